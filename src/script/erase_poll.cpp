@@ -1,0 +1,58 @@
+#include "script/erase_poll.h"
+
+#include "device/device_commands.h"
+#include "device/device_ops.h"
+#include "worker/famicom_thread.h"
+
+#include <QThread>
+
+namespace
+{
+
+constexpr unsigned long kPollIntervalMs = 1000;
+constexpr std::uint8_t kErased = 0xFF;
+
+void sleepBetweenLooks(unsigned long timeMs)
+{
+    QThread::msleep(timeMs);
+}
+
+PollWaiter pollWaiter = sleepBetweenLooks;
+
+// `look` reads the first byte of the chip.
+template <typename Look> bool pollUntilErased(const FamicomThread &job, Look look)
+{
+    for (;;) {
+        pollWaiter(kPollIntervalMs);
+        if (look() == kErased)
+            return true;
+        if (job.cancel_flag.load(std::memory_order_relaxed) == 1)
+            return false;
+    }
+}
+
+} // namespace
+
+void setPollWaiter(PollWaiter waiter)
+{
+    pollWaiter = waiter == nullptr ? sleepBetweenLooks : waiter;
+}
+
+bool waitForGbErase(const FamicomThread &job)
+{
+    return pollUntilErased(job, [] {
+        std::uint8_t byte = 0;
+        deviceOps.gbRead(0, &byte, sizeof(byte));
+        return byte;
+    });
+}
+
+bool eraseGbaSave(const FamicomThread &job)
+{
+    gbaSaveErase();
+    return pollUntilErased(job, [] {
+        std::uint8_t bytes[10] = {};
+        gbaSramRead(0, bytes, sizeof(bytes));
+        return bytes[0];
+    });
+}

@@ -1,0 +1,207 @@
+#include "script/natives.h"
+
+#include "device/device_commands.h"
+#include "device/device_ops.h"
+#include "script/fatal_assertion.h"
+#include "worker/famicom_thread.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+
+namespace
+{
+
+constexpr SQInteger kDevIndex = 2;
+constexpr SQInteger kFirstArgument = 3;
+
+// Bus addresses of the GB are 16 bits wide; save memory begins at 0xA000 there.
+constexpr std::uint32_t kGbMask = 0xFFFF;
+constexpr std::uint32_t kGbSaveBase = 0xA000;
+constexpr std::uint32_t kGbaLongestRead = 0x100000;
+constexpr std::uint32_t kMostPairs = 8;
+
+// Scripts and bug reports know the assertion by this place.
+constexpr const char *kAssertionFile = "src/script/script";
+constexpr unsigned kAssertionLine = 132;
+
+// The two integers of a transfer native, and the job.
+struct Transfer {
+    const char *native = "";
+    FamicomThread *job = nullptr;
+    std::uint32_t address = 0;
+    std::uint32_t length = 0;
+};
+
+SQRESULT getJob(HSQUIRRELVM v, FamicomThread **job)
+{
+    if (sq_gettype(v, kDevIndex) != OT_USERPOINTER)
+        failAssertion("sq_gettype(v, 2) == OT_USERPOINTER", kAssertionFile, kAssertionLine,
+                      "getJob");
+    SQUserPointer pointer = nullptr;
+    if (SQ_FAILED(sq_getuserpointer(v, kDevIndex, &pointer)))
+        return sq_throwerror(v, "1st argument must be d (userpointer)");
+    *job = static_cast<FamicomThread *>(pointer);
+    return SQ_OK;
+}
+
+// Reads the integer at `index`; its low 32 bits are what the reader works with.
+SQRESULT getInteger(HSQUIRRELVM v, SQInteger index, std::uint32_t *value)
+{
+    if (sq_gettype(v, index) != OT_INTEGER)
+        return sq_throwerror(v, "argument type error");
+    SQInteger integer = 0;
+    sq_getinteger(v, index, &integer);
+    *value = static_cast<std::uint32_t>(integer);
+    return SQ_OK;
+}
+
+SQRESULT getTransfer(HSQUIRRELVM v, const char *native, Transfer *transfer)
+{
+    if (sq_gettop(v) < kFirstArgument + 1)
+        return sq_throwerror(v, "argument number error");
+    transfer->native = native;
+    if (SQ_FAILED(getInteger(v, kFirstArgument, &transfer->address)) ||
+        SQ_FAILED(getInteger(v, kFirstArgument + 1, &transfer->length)))
+        return SQ_ERROR;
+    return getJob(v, &transfer->job);
+}
+
+// A transfer must stay inside the job's buffer. The cursor can stand below zero, because a failed
+// read moves it back by one.
+SQRESULT checkBounds(HSQUIRRELVM v, const Transfer &transfer)
+{
+    const std::int64_t cursor = transfer.job->data_pos;
+    const std::int64_t size = jobBufferSize(*transfer.job);
+    if (cursor >= 0 && cursor + transfer.length <= size)
+        return SQ_OK;
+    char message[160];
+    std::snprintf(message, sizeof(message),
+                  "%s: cursor %lld, length %lu: outside the buffer of %lld bytes", transfer.native,
+                  static_cast<long long>(cursor), static_cast<unsigned long>(transfer.length),
+                  static_cast<long long>(size));
+    return sq_throwerror(v, message);
+}
+
+void advance(FamicomThread *job, std::uint32_t count, int maximum)
+{
+    job->data_pos += static_cast<int>(count);
+    emit job->set_progress(job->data_pos, maximum);
+}
+
+// What a read returns is added unchecked: 0xFFFFFFFF, a failed read, moves the cursor back by one.
+SQInteger readToBuffer(HSQUIRRELVM v, DeviceOperation read, const Transfer &transfer, int maximum)
+{
+    if (SQ_FAILED(checkBounds(v, transfer)))
+        return SQ_ERROR;
+    FamicomThread *job = transfer.job;
+    const std::uint32_t count =
+        read(transfer.address, job->data_buf + job->data_pos, transfer.length);
+    advance(job, count, maximum);
+    return 0;
+}
+
+SQInteger writeFromBuffer(HSQUIRRELVM v, DeviceOperation write, const Transfer &transfer,
+                          int maximum)
+{
+    if (SQ_FAILED(checkBounds(v, transfer)))
+        return SQ_ERROR;
+    FamicomThread *job = transfer.job;
+    write(transfer.address, job->data_buf + job->data_pos, transfer.length);
+    advance(job, transfer.length, maximum);
+    return 0;
+}
+
+} // namespace
+
+SQInteger nat_cpu_write(HSQUIRRELVM v)
+{
+    const SQInteger top = sq_gettop(v);
+    if (top < kFirstArgument + 1)
+        return sq_throwerror(v, "argument number error");
+    std::uint32_t addresses[kMostPairs] = {};
+    std::uint32_t values[kMostPairs] = {};
+    std::uint32_t count = 0;
+    for (SQInteger index = kFirstArgument; count < kMostPairs && index < top; index += 2) {
+        if (SQ_FAILED(getInteger(v, index, &addresses[count])) ||
+            SQ_FAILED(getInteger(v, index + 1, &values[count])))
+            return SQ_ERROR;
+        ++count;
+    }
+    return deviceOps.gbWrite(addresses, values, count) == 0 ? SQ_ERROR : 0;
+}
+
+SQInteger nat_cpu_read_gb(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "cpu_read", &transfer)))
+        return SQ_ERROR;
+    transfer.address &= kGbMask;
+    transfer.length &= kGbMask;
+    return readToBuffer(v, deviceOps.gbRead, transfer, transfer.job->rom_size);
+}
+
+SQInteger nat_cpu_read_gba(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "cpu_read", &transfer)))
+        return SQ_ERROR;
+    transfer.length = std::min(transfer.length, kGbaLongestRead);
+    return readToBuffer(v, deviceOps.gbaRead, transfer, transfer.job->rom_size);
+}
+
+SQInteger nat_ram_read(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "ram_read", &transfer)))
+        return SQ_ERROR;
+    return readToBuffer(v, deviceOps.saveRead, transfer, transfer.job->ram_size);
+}
+
+SQInteger nat_ram_write_gb(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "ram_write", &transfer)))
+        return SQ_ERROR;
+    transfer.address = (transfer.address & kGbMask) | kGbSaveBase;
+    transfer.length &= kGbMask;
+    return writeFromBuffer(v, deviceOps.gbSaveWrite, transfer, transfer.job->ram_size);
+}
+
+SQInteger nat_ram_write_gba(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "ram_write", &transfer)))
+        return SQ_ERROR;
+    return writeFromBuffer(v, deviceOps.saveWrite, transfer, transfer.job->ram_size);
+}
+
+SQInteger nat_ram_erase(HSQUIRRELVM v)
+{
+    if (sq_gettop(v) < 1)
+        return sq_throwerror(v, "argument number error");
+    gbaSaveErase();
+    return 0;
+}
+
+SQInteger nat_rom_write(HSQUIRRELVM v)
+{
+    Transfer transfer;
+    if (SQ_FAILED(getTransfer(v, "rom_write", &transfer)))
+        return SQ_ERROR;
+    transfer.address &= kGbMask;
+    transfer.length &= kGbMask;
+    return writeFromBuffer(v, deviceOps.gbRomWrite, transfer, transfer.job->rom_size);
+}
+
+SQInteger nat_rom_flash_cfg(HSQUIRRELVM v)
+{
+    if (sq_gettop(v) < kFirstArgument)
+        return sq_throwerror(v, "argument number error");
+    std::uint32_t config = 0;
+    FamicomThread *job = nullptr;
+    if (SQ_FAILED(getInteger(v, kFirstArgument, &config)) || SQ_FAILED(getJob(v, &job)))
+        return SQ_ERROR;
+    selectGbFlashOpcode(config & 1U);
+    return 0;
+}

@@ -1,0 +1,42 @@
+// The natives: the functions that a mapper script calls. Each checks its arguments, calls one
+// operation of the cartridge access table, moves bytes between the cartridge and the job's buffer
+// at the job's cursor, and reports progress. docs/mapper-scripts.md tells script authors about
+// them.
+//
+// Stack of every native: 1 `this`, 2 the job as user pointer, 3.. integer arguments. A negative
+// result is an error in the script.
+//
+// Thread: the worker's, inside a script call.
+#pragma once
+
+#include <squirrel.h>
+
+// (dev, addr1, val1 [, addr2, val2 ...]): up to 8 GB bus writes in one command.
+SQInteger nat_cpu_write(HSQUIRRELVM v);
+// (dev, addr, len): reads from the bus and appends to the buffer.
+SQInteger nat_cpu_read_gb(HSQUIRRELVM v);
+SQInteger nat_cpu_read_gba(HSQUIRRELVM v);
+// (dev, addr, len): reads GBA save memory and appends to the buffer.
+SQInteger nat_ram_read(HSQUIRRELVM v);
+// (dev, addr, len): writes save memory from the buffer.
+SQInteger nat_ram_write_gb(HSQUIRRELVM v);
+SQInteger nat_ram_write_gba(HSQUIRRELVM v);
+// (): starts the erase of a GBA FLASH save.
+SQInteger nat_ram_erase(HSQUIRRELVM v);
+// (dev, addr, len): programs flash from the buffer.
+SQInteger nat_rom_write(HSQUIRRELVM v);
+// (dev, cfg): even selects flash opcode 14, odd 15, until the next GB mode selection.
+SQInteger nat_rom_flash_cfg(HSQUIRRELVM v);
+
+struct NativeEntry {
+    const SQChar *name;
+    SQFUNCTION function;
+};
+
+struct NativeSet {
+    const NativeEntry *natives; // static; in the order of registration
+    int count;                  // 0: no such operation
+};
+
+// The natives that the scripts of an operation (a JobCode) get.
+NativeSet nativesOf(int operate);
