@@ -1,0 +1,61 @@
+#include "cli/progress_printer.h"
+
+#include "cli/progress_text.h"
+
+namespace
+{
+
+// A terminal is drawn at most this often, so that drawing costs nothing beside the transfer.
+constexpr qint64 kRedrawMs = 100;
+
+} // namespace
+
+ProgressPrinter::ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes)
+    : m_stream(stream), m_isTerminal(isTerminal), m_totalBytes(totalBytes)
+{
+    m_clock.start();
+}
+
+void ProgressPrinter::printLine(const QString &line)
+{
+    finish();
+    QString text = line;
+    while (text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    std::fprintf(m_stream, "%s\n", text.toLocal8Bit().constData());
+}
+
+bool ProgressPrinter::isDue(qint64 doneBytes)
+{
+    const bool isLast = doneBytes >= m_totalBytes;
+    if (m_isTerminal) {
+        const qint64 now = m_clock.elapsed();
+        if (!isLast && m_lastShownMs >= 0 && now - m_lastShownMs < kRedrawMs)
+            return false;
+        m_lastShownMs = now;
+        return true;
+    }
+    const int tenth = progressPercent(doneBytes, m_totalBytes) / 10;
+    if (tenth == m_lastTenth)
+        return false;
+    m_lastTenth = tenth;
+    return true;
+}
+
+void ProgressPrinter::showProgress(qint64 doneBytes)
+{
+    if (m_totalBytes <= 0 || !isDue(doneBytes))
+        return;
+    const QByteArray text = progressText(doneBytes, m_totalBytes, m_clock.elapsed()).toLocal8Bit();
+    // "\033[K" clears what a longer line left behind.
+    std::fprintf(m_stream, m_isTerminal ? "\r%s\033[K" : "%s\n", text.constData());
+    std::fflush(m_stream);
+    m_barIsOpen = m_isTerminal;
+}
+
+void ProgressPrinter::finish()
+{
+    if (m_barIsOpen)
+        std::fputc('\n', m_stream);
+    m_barIsOpen = false;
+}

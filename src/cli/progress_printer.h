@@ -1,0 +1,36 @@
+// Prints a job's log lines and its progress to a stream: on a terminal one bar that is drawn over,
+// elsewhere a plain line for every tenth.
+//
+// Thread: the application's main thread.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+#include <cstdio>
+
+class ProgressPrinter
+{
+public:
+    ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes);
+
+    // One log line as the worker sent it. Trailing line breaks are left out, and so is the markup
+    // of a rule.
+    void printLine(const QString &line);
+
+    void showProgress(qint64 doneBytes);
+
+    // Ends the bar's line.
+    void finish();
+
+private:
+    bool isDue(qint64 doneBytes);
+
+    std::FILE *m_stream;
+    bool m_isTerminal;
+    bool m_barIsOpen = false;
+    qint64 m_totalBytes;
+    qint64 m_lastShownMs = -1;
+    int m_lastTenth = -1;
+    QElapsedTimer m_clock;
+};

@@ -1,0 +1,4 @@
+// What the program's output goes to.
+#pragma once
+
+bool standardErrorIsTerminal();
