@@ -19,6 +19,14 @@ function(gbdriver_library name)
     target_link_libraries(${name} PUBLIC gbdriver_options)
 endfunction()
 
+# What every test program runs with. Leaks of the system's libraries are listed in lsan.supp.
+set(GBDRIVER_TEST_ENVIRONMENT
+    QT_QPA_PLATFORM=offscreen
+    LC_ALL=C.UTF-8
+    ASAN_OPTIONS=detect_stack_use_after_return=1
+    LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0
+    UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
+
 # gbdriver_test(NAME SOURCES file... [LIBRARIES library...] [LABELS label...] [TIMEOUT seconds]):
 # registers one Qt Test program. Widget tests run on the offscreen platform unless the test itself
 # starts an X server and asks for another.
@@ -34,5 +42,5 @@ function(gbdriver_test name)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${arg_TIMEOUT}
         LABELS "${arg_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT "${GBDRIVER_TEST_ENVIRONMENT}")
 endfunction()

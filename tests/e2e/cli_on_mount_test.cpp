@@ -1,0 +1,150 @@
+// The real headless program against the virtual reader on a real mount that is as strict about
+// sectors as a disk.
+#include "cartridge_files.h"
+#include "mounted_reader.h"
+
+#include <QDir>
+#include <QtTest>
+
+namespace
+{
+
+constexpr int kJobMs = 100000;
+constexpr std::uint32_t kKibi = 1024;
+constexpr std::uint32_t kMebi = 1024 * 1024;
+
+struct Outcome {
+    int exitCode = -1;
+    QString log;
+};
+
+Outcome runCli(const MountedReader &reader, const QStringList &arguments)
+{
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("GBDRIVER_DRIVES", reader.declaration());
+    environment.remove("GBDRIVER_VIRTUAL_READER");
+    program.setProcessEnvironment(environment);
+    program.start(CLI_PROGRAM, arguments);
+    if (!program.waitForFinished(kJobMs) || program.exitStatus() != QProcess::NormalExit)
+        return {-1, program.errorString()};
+    return {program.exitCode(), QString::fromLocal8Bit(program.readAllStandardError())};
+}
+
+// Anything that the reader refused: a block that is not valid, a read that no disk would serve.
+QStringList refusals(const QVector<QJsonObject> &operations)
+{
+    QStringList found;
+    for (const QJsonObject &operation : operations) {
+        const QByteArray text = QJsonDocument(operation).toJson(QJsonDocument::Compact);
+        if (text.contains("\"refused\""))
+            found << text;
+    }
+    return found;
+}
+
+} // namespace
+
+class CliOnMountTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dumpIsTheImageByteForByte_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("mapper");
+        QTest::addColumn<uint>("romSize");
+        QTest::addColumn<int>("bankSwitches");
+        QTest::addColumn<int>("reads");
+
+        // One read serves banks 0 and 1; MBC1 has such a pair in each of its four groups.
+        QTest::newRow("ROM only, 32 KiB") << 0x00 << "none" << 32 * kKibi << 0 << 1;
+        QTest::newRow("MBC1, 2 MiB") << 0x01 << "mbc1" << 2 * kMebi << 124 << 124;
+        QTest::newRow("MBC5, 8 MiB") << 0x19 << "mbc5" << 8 * kMebi << 511 << 511;
+    }
+
+    void dumpIsTheImageByteForByte()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, mapper);
+        QFETCH(uint, romSize);
+        QFETCH(int, bankSwitches);
+        QFETCH(int, reads);
+
+        CartridgeFiles files;
+        const QString image = files.addImage(static_cast<std::uint8_t>(type), romSize, 0);
+        MountedReader reader;
+        const QString problem = reader.start(image);
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));
+        const QString dump = files.path("dump file ä.gb");
+
+        const Outcome outcome = runCli(reader, {"dump", dump, "--system", "gb", "--mapper", mapper,
+                                                "--rom-size", QString::number(romSize)});
+
+        QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.log));
+        QVERIFY(contentOf(dump) == contentOf(image));
+        const QVector<QJsonObject> operations = reader.operations();
+        QCOMPARE(refusals(operations), QStringList());
+        // Two writes select the mode, one leaves the mapper at rest; no mapper needs no writes.
+        const int fixed = bankSwitches == 0 ? 2 : 3;
+        QCOMPARE(countCommandRuns(operations), fixed + bankSwitches);
+        // The kernel may split a large read, so 32 KiB can arrive as more than one.
+        QVERIFY(countReads(operations, "DUMP.ROM") >= reads);
+        QVERIFY(countReads(operations, "DUMP.ROM") <= 2 * reads);
+    }
+
+    void saveIsReadChangedWrittenAndReadBack()
+    {
+        constexpr std::uint32_t kSaveSize = 32 * kKibi;
+        CartridgeFiles files;
+        const QString image = files.addImage(0x1B, kMebi, kSaveSize);
+        const QString chip = files.addNoise("chip.sav", kSaveSize, 5);
+        const QByteArray original = contentOf(chip);
+        const QStringList kind = {"--system", "gb", "--mapper", "mbc5", "--ram-size", "32K"};
+
+        const QString backup = files.path("backup.sav");
+        {
+            MountedReader reader;
+            QCOMPARE(reader.start(image, chip), QString());
+            const Outcome outcome = runCli(reader, QStringList{"read-ram", backup} + kind);
+            QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.log));
+            QVERIFY(contentOf(backup) == original);
+
+            const QString changed = files.addNoise("changed.sav", kSaveSize, 6);
+            const Outcome written = runCli(reader, QStringList{"write-ram", changed} + kind);
+            QVERIFY2(written.exitCode == 0, qPrintable(written.log));
+            QCOMPARE(refusals(reader.operations()), QStringList());
+            QCOMPARE(reader.unmount(), QString());
+        }
+        MountedReader fresh;
+        QCOMPARE(fresh.start(image, chip), QString());
+        const QString readBack = files.path("back.sav");
+        const Outcome outcome = runCli(fresh, QStringList{"read-ram", readBack} + kind);
+        QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.log));
+        QVERIFY(contentOf(readBack) == contentOf(files.path("changed.sav")));
+        QVERIFY(contentOf(readBack) != original);
+    }
+
+    void anUnmountedReaderIsNotFoundAndItsFolderStaysEmpty()
+    {
+        CartridgeFiles files;
+        const QString image = files.addImage(0x00, 32 * kKibi, 0);
+        QTemporaryDir mountPoint;
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("GBDRIVER_DRIVES", "E=" + mountPoint.filePath("not there"));
+        program.setProcessEnvironment(environment);
+        const QString dump = files.path("dump.gb");
+        program.start(CLI_PROGRAM,
+                      {"dump", dump, "--system", "gb", "--mapper", "none", "--rom-size", "32K"});
+        QVERIFY(program.waitForFinished(kJobMs));
+        QCOMPARE(program.exitCode(), 1);
+        QVERIFY(program.readAllStandardError().contains("Can not found device."));
+        QVERIFY(!QFile::exists(dump));
+        QVERIFY(QDir(mountPoint.path()).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(CliOnMountTest)
+#include "cli_on_mount_test.moc"

@@ -1,0 +1,97 @@
+#include "mounted_reader.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+namespace
+{
+
+constexpr int kMountMs = 30000;
+constexpr int kUnmountMs = 30000;
+
+QString failure(const QString &what, QProcess &process)
+{
+    return what + QStringLiteral(": ") + process.errorString() + QLatin1Char(' ') +
+           QString::fromLocal8Bit(process.readAllStandardError());
+}
+
+} // namespace
+
+MountedReader::MountedReader() = default;
+
+MountedReader::~MountedReader()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.terminate();
+    if (!m_process.waitForFinished(kUnmountMs))
+        m_process.kill();
+}
+
+QString MountedReader::start(const QString &cartPath, const QString &savePath)
+{
+    QStringList arguments = {
+        "--mount",         m_folder.path(), "--cart", cartPath,
+        "--label",         "READER",        "--log",  m_logFolder.filePath("log"),
+        "--strict-sectors"};
+    if (!savePath.isEmpty())
+        arguments << "--save" << savePath;
+    m_process.start(VIRTUAL_READER_PROGRAM, arguments);
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(kMountMs))
+            return failure("The virtual reader can not be mounted (is FUSE there?)", m_process);
+    }
+    const QByteArray line = m_process.readLine();
+    return line.startsWith("mounted ") ? QString()
+                                       : failure(QString::fromLocal8Bit(line), m_process);
+}
+
+QString MountedReader::unmount()
+{
+    const QString refusal = unmountFolder(m_folder.path());
+    if (refusal.isEmpty() && !m_process.waitForFinished(kUnmountMs))
+        return failure("The virtual reader does not end", m_process);
+    return refusal;
+}
+
+QString MountedReader::declaration() const
+{
+    return "E=" + m_folder.path() + ":READER";
+}
+
+QVector<QJsonObject> MountedReader::operations() const
+{
+    QVector<QJsonObject> operations;
+    QFile log(m_logFolder.filePath("log"));
+    if (!log.open(QIODevice::ReadOnly))
+        return operations;
+    const QList<QByteArray> lines = log.readAll().split('\n');
+    // What stands behind the last line break is empty, or a line that is just being written.
+    for (int i = 0; i + 1 < lines.size(); ++i)
+        operations << QJsonDocument::fromJson(lines[i]).object();
+    return operations;
+}
+
+QString unmountFolder(const QString &folder)
+{
+    QProcess unmount;
+    unmount.start("fusermount3", {"-u", folder});
+    const bool done = unmount.waitForFinished(kUnmountMs) && unmount.exitCode() == 0;
+    return done ? QString() : failure("fusermount3 -u", unmount);
+}
+
+int countCommandRuns(const QVector<QJsonObject> &operations)
+{
+    int count = 0;
+    for (const QJsonObject &operation : operations)
+        count += operation["op"] == "command";
+    return count;
+}
+
+int countReads(const QVector<QJsonObject> &operations, const QString &file)
+{
+    int count = 0;
+    for (const QJsonObject &operation : operations)
+        count += operation["op"] == "read" && operation["file"] == file;
+    return count;
+}

@@ -1,0 +1,44 @@
+// The virtual reader as a program of its own, mounted as a real file system. Without FUSE a test
+// that needs it fails.
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QVector>
+
+class MountedReader
+{
+public:
+    MountedReader();
+    ~MountedReader();
+
+    // Mounts a reader with this image in its slot; sectors are as strict as a disk's. `savePath`
+    // may be empty. Waits until the mount stands.
+    // Returns: why it does not; empty on success.
+    QString start(const QString &cartPath, const QString &savePath = QString());
+
+    // Unmounts as a user does, refused while anybody has a file open. Returns: the refusal; empty
+    // on success.
+    QString unmount();
+
+    // Value of GBDRIVER_DRIVES that declares the mount as drive E with the label "READER".
+    QString declaration() const;
+    QString folder() const { return m_folder.path(); }
+
+    // Everything that reached the reader since it was mounted, in order.
+    QVector<QJsonObject> operations() const;
+
+private:
+    QTemporaryDir m_folder;
+    QTemporaryDir m_logFolder;
+    QProcess m_process;
+};
+
+// The unmounting alone; any thread.
+QString unmountFolder(const QString &folder);
+
+// How often the reader took a command run, and how often it served a read, in a log.
+int countCommandRuns(const QVector<QJsonObject> &operations);
+int countReads(const QVector<QJsonObject> &operations, const QString &file);
