@@ -1,0 +1,89 @@
+#include "virtual/backend_choice.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace
+{
+
+bool setPart(const std::string &name, const std::string &text, VirtualReaderRequest *request)
+{
+    if (name == "cart")
+        request->setup.cartPath = text;
+    else if (name == "save")
+        request->setup.savePath = text;
+    else if (name == "label")
+        request->drive.label = text;
+    else if (name == "identity")
+        request->setup.config.identity = text;
+    else if (name == "drive" && text.size() == 1 &&
+             std::isalpha(static_cast<unsigned char>(text[0])) != 0)
+        request->drive.letter =
+            static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+    else if (name == "strict" && (text == "0" || text == "1"))
+        request->setup.config.strictSectors = text == "1";
+    else
+        return false;
+    return !text.empty();
+}
+
+bool parsePart(const std::string &part, VirtualReaderRequest *request)
+{
+    if (part == "demo") {
+        request->setup.demo = true;
+        return true;
+    }
+    const std::size_t equals = part.find('=');
+    return equals != std::string::npos &&
+           setPart(part.substr(0, equals), part.substr(equals + 1), request);
+}
+
+std::string explain(const std::string &what)
+{
+    return std::string(kVirtualReaderVariable) + ": " + what +
+           "; it takes demo or cart=FILE, then save=FILE, label=TEXT, drive=LETTER, "
+           "identity=TEXT, strict=0 or strict=1, separated by commas";
+}
+
+} // namespace
+
+bool parseVirtualReaderRequest(const std::string &value, VirtualReaderRequest *request,
+                               std::string *error)
+{
+    std::size_t start = 0;
+    while (start <= value.size()) {
+        const std::size_t end = std::min(value.find(',', start), value.size());
+        const std::string part = value.substr(start, end - start);
+        if (!parsePart(part, request)) {
+            *error = explain("\"" + part + "\" is not understood");
+            return false;
+        }
+        start = end + 1;
+    }
+    if (request->setup.demo == !request->setup.cartPath.empty()) {
+        *error = explain("either demo or cart=FILE must be given");
+        return false;
+    }
+    return true;
+}
+
+ChosenBackend chooseDriveBackend(const char *value)
+{
+    ChosenBackend choice;
+    choice.platform = createPlatformBackend();
+    if (value == nullptr || *value == '\0')
+        return choice;
+    VirtualReaderRequest request;
+    if (!parseVirtualReaderRequest(value, &request, &choice.error))
+        return choice;
+    request.setup.config.keepOperations = false; // the counters are enough
+    auto reader = KeptReader::create(request.setup, &choice.error);
+    if (reader == nullptr) {
+        choice.error = std::string(kVirtualReaderVariable) + ": " + choice.error;
+        return choice;
+    }
+    choice.virtualDrive =
+        std::make_unique<InProcessDrive>(std::move(reader), *choice.platform, request.drive);
+    return choice;
+}

@@ -1,0 +1,8 @@
+#include "virtual/disk_sync.h"
+
+#include <unistd.h>
+
+bool syncToDisk(std::FILE *stream)
+{
+    return fsync(fileno(stream)) == 0;
+}

@@ -1,0 +1,76 @@
+// A drive that fails on demand: wraps any backend and lets a test say which call goes wrong.
+//
+// Faults are counted, never random, so that every run of a test fails in the same place.
+#pragma once
+
+#include "device/drive_backend.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+enum class DriveCall {
+    LogicalDrives,
+    DriveType,
+    VolumeLabel,
+    OpenForRead,
+    OpenForWrite,
+    Read,
+    Write,
+    Size,
+    Close
+};
+
+struct DriveFault {
+    static constexpr std::uint32_t kForever = 0;
+
+    DriveCall call = DriveCall::Read;
+    // Only paths (roots) that end with this; empty: all of them.
+    std::string pathEnd;
+    // Matching calls that still go through before the fault.
+    std::uint32_t after = 0;
+    // Matching calls that fail then.
+    std::uint32_t times = 1;
+    // What a failing call reports. With None a read or write succeeds but moves only `bytes`, and
+    // any other call goes through.
+    DriveErrorCode code = DriveErrorCode::InputOutput;
+    // Bytes that a failing read or write still moves. A read with an error reports none of them.
+    std::uint32_t bytes = 0;
+    // The drive vanishes with the failing call, as if pulled out.
+    bool driveVanishes = false;
+};
+
+class FaultyDrive : public DriveBackend
+{
+public:
+    // Wraps `inner`, which is not owned. `letter` is the drive that can vanish.
+    explicit FaultyDrive(DriveBackend &inner, char letter = 'E');
+    ~FaultyDrive() override;
+
+    void addFault(DriveFault fault);
+    void clearFaults();
+
+    // While the drive is gone it is in no scan, its files cannot be opened, and files that are open
+    // fail with Gone.
+    void setGone(bool gone);
+    bool gone() const;
+
+    // Calls so far on paths that end with `pathEnd`, failed ones included.
+    std::uint32_t callCount(DriveCall call, const std::string &pathEnd = {}) const;
+
+    std::uint32_t logicalDrives() override;
+    DriveType driveType(const char *root) override;
+    DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) override;
+    DriveStatus openForRead(const char *path, Buffering buffering,
+                            std::unique_ptr<DriveFile> *file) override;
+    DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;
+    void releaseDrive() override;
+
+    // Faults and counts; shared with the open files.
+    struct State;
+
+private:
+    DriveBackend &m_inner;
+    std::shared_ptr<State> m_state;
+};

@@ -1,0 +1,71 @@
+#include "virtual/reader_setup.h"
+
+#include "virtual/cartridge_factory.h"
+#include "virtual/gb_cartridges.h"
+#include "virtual/image_generator.h"
+
+#include <utility>
+
+namespace
+{
+
+constexpr std::uint32_t kDemoRomSize = 1024 * 1024;
+constexpr std::uint32_t kDemoRamSize = 32 * 1024;
+constexpr std::uint8_t kDemoType = 0x1B; // MBC5+RAM+BATTERY
+constexpr std::uint64_t kDemoSeed = 2024;
+
+std::unique_ptr<Cartridge> loadCartridge(const std::string &path, std::string *error)
+{
+    ByteVector image;
+    if (!readWholeFile(path, &image, error))
+        return nullptr;
+    std::unique_ptr<Cartridge> cartridge = makeCartridge(std::move(image), error);
+    if (cartridge == nullptr)
+        *error = path + ": " + *error;
+    return cartridge;
+}
+
+} // namespace
+
+std::unique_ptr<Cartridge> makeDemoCartridge()
+{
+    ByteVector image;
+    std::string error;
+    makeGbImage({kDemoType, kDemoRomSize, kDemoRamSize, "DEMO CARTRIDGE", kDemoSeed}, &image,
+                &error);
+    auto cartridge = std::make_unique<Mbc5Cartridge>(std::move(image), kDemoRamSize);
+    cartridge->loadSave(makeNoise(kDemoRamSize, kDemoSeed));
+    return cartridge;
+}
+
+std::unique_ptr<KeptReader> KeptReader::create(const ReaderSetup &setup, std::string *error)
+{
+    error->clear();
+    if (setup.config.identity.size() > kReaderIdentitySize) {
+        *error = "identity \"" + setup.config.identity + "\": must have 16 bytes at most";
+        return nullptr;
+    }
+    std::unique_ptr<Cartridge> cartridge;
+    if (setup.demo)
+        cartridge = makeDemoCartridge();
+    else if (!setup.cartPath.empty())
+        cartridge = loadCartridge(setup.cartPath, error);
+    else
+        cartridge = std::make_unique<NoCartridge>();
+    SaveFile save(setup.savePath);
+    if (cartridge == nullptr || !save.load(cartridge.get(), error))
+        return nullptr;
+    return std::make_unique<KeptReader>(std::move(cartridge), setup.config, std::move(save));
+}
+
+KeptReader::KeptReader(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig config,
+                       SaveFile save)
+    : m_reader(std::move(cartridge), std::move(config)), m_save(std::move(save))
+{
+}
+
+bool KeptReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size, std::string *error)
+{
+    m_reader.commandFileWritten(bytes, size);
+    return m_save.storeIfChanged(m_reader.cartridge(), error);
+}

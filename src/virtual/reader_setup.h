@@ -1,0 +1,42 @@
+// A virtual reader with its cartridge and save file, put together from a user's request. Every
+// front end starts here.
+#pragma once
+
+#include "virtual/save_file.h"
+#include "virtual/virtual_reader.h"
+
+#include <memory>
+#include <string>
+
+struct ReaderSetup {
+    bool demo = false;    // a generated MBC5 cartridge instead of an image file
+    std::string cartPath; // image file; empty without `demo`: no cartridge
+    std::string savePath; // empty: the save memory is not kept
+    VirtualReaderConfig config;
+};
+
+// Default volume label of the drive.
+constexpr char kDefaultReaderLabel[] = "VIRTUAL";
+
+// The demo cartridge: MBC5, 1 MiB, 32 KiB of save memory with something in it.
+std::unique_ptr<Cartridge> makeDemoCartridge();
+
+// A reader whose save memory is written back to the save file whenever a command run changed it.
+class KeptReader
+{
+public:
+    // Returns: null with the reason in `*error`.
+    static std::unique_ptr<KeptReader> create(const ReaderSetup &setup, std::string *error);
+
+    KeptReader(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig config, SaveFile save);
+
+    VirtualReader &reader() { return m_reader; }
+
+    // VirtualReader::commandFileWritten(), then the save file. Returns: false with the reason in
+    // `*error` if the save file could not be written; the commands took effect all the same.
+    bool commandFileWritten(const std::uint8_t *bytes, std::size_t size, std::string *error);
+
+private:
+    VirtualReader m_reader;
+    SaveFile m_save;
+};

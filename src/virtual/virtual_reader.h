@@ -1,0 +1,102 @@
+// The cartridge reader itself, modelled from its side of the drive: three files, a command
+// interpreter, two cartridge buses, one slot.
+//
+// A front end presents the files to a host: it hands over every command file that took effect, and
+// every read of any file. docs/reader-protocol.md says what is known of the reader and what is
+// assumed.
+//
+// Thread: one user at a time.
+#pragma once
+
+#include "virtual/cartridge.h"
+#include "virtual/operation_record.h"
+#include "virtual/payload_decipher.h"
+#include "virtual/reader_files.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct VirtualReaderConfig {
+    // Up to 16 bytes; shorter ones are padded with NUL.
+    std::string identity = "QDX_PCB02_FW303";
+    // Key of the flash payloads, first half of the information reply.
+    CipherKey key = {0x3B, 0xA7, 0x10, 0xE4, 0x5C, 0x92, 0xF8, 0x6D};
+    // Refuse unbuffered reads that a disk refuses: offset and length must be multiples of 512.
+    bool strictSectors = false;
+    // Keep every operation in memory; counters run either way.
+    bool keepOperations = true;
+};
+
+class VirtualReader
+{
+public:
+    // `cartridge` may be null: an empty slot.
+    explicit VirtualReader(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig config = {});
+
+    // Swaps the cartridge; null empties the slot. The reader keeps its bus.
+    void insertCartridge(std::unique_ptr<Cartridge> cartridge);
+    Cartridge &cartridge() { return *m_cartridge; }
+
+    // The command file holds these `size` bytes and takes effect: its blocks are executed in order.
+    // A block that is not valid is recorded as refused and has no effect; the ones behind it are
+    // executed all the same.
+    void commandFileWritten(const std::uint8_t *bytes, std::size_t size);
+
+    // Size of a file in bytes.
+    std::uint32_t fileSize(ReaderFile file) const;
+
+    // Reads up to `length` bytes at `offset` to `destination`. Reading DUMP.ROM makes bus cycles at
+    // every address transferred.
+    // Returns: bytes read, fewer than `length` only at the end of the file; nothing if the request
+    // was refused, which only strict sectors do.
+    std::optional<std::uint32_t> readFile(ReaderFile file, std::uint32_t offset,
+                                          std::uint8_t *destination, std::uint32_t length,
+                                          bool unbuffered);
+
+    // Everything recorded since the last clear.
+    const std::vector<Operation> &operations() const { return m_operations; }
+    const OperationCounters &counters() const { return m_counters; }
+    void clearOperations();
+    // Called with every operation after it is done; empty for none.
+    void setListener(std::function<void(const Operation &)> listener);
+
+    const CipherKey &key() const { return m_config.key; }
+
+private:
+    enum class Bus { None, Gb, Gba };
+
+    BlockRecord executeBlock(const std::uint8_t *bytes, std::size_t size);
+    std::string busRefusal(const DecodedBlock &block) const;
+    // The reason if the command has no effect; empty if it was executed.
+    std::string execute(const DecodedBlock &block);
+    void selectBus(Bus bus);
+    void gbRamWrite(const DecodedBlock &block);
+    std::string gbProgram(const DecodedBlock &block, std::uint32_t unlock1, std::uint32_t unlock2);
+    std::string gbaSaveRead(const DecodedBlock &block);
+    std::string gbaSaveWrite(const DecodedBlock &block);
+    void queryInfo();
+    std::uint8_t *clearedReply();
+
+    // `count` bytes that lie within the file.
+    void copyFile(ReaderFile file, std::uint32_t offset, std::uint8_t *destination,
+                  std::uint32_t count);
+    // `count` bytes of what DUMP.ROM shows, by bus cycles.
+    void readBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
+    void readGbaBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
+    void record(Operation operation);
+
+    VirtualReaderConfig m_config;
+    std::unique_ptr<Cartridge> m_cartridge;
+    std::optional<PayloadDecipher> m_decipher; // made when the first payload comes
+    Bus m_bus = Bus::None;
+    bool m_started = false;         // the selected bus was started
+    std::uint32_t m_gbaAddress = 0; // halfwords; what offset 0 of DUMP.ROM shows
+    ByteVector m_commandFile;
+    ByteVector m_driverFile;
+    std::vector<Operation> m_operations;
+    OperationCounters m_counters;
+    std::function<void(const Operation &)> m_listener;
+};
