@@ -1,0 +1,44 @@
+#include "app/application.h"
+
+#include "app/tab_dialog.h"
+#include "app/translation.h"
+#include "device/device_link.h"
+#include "virtual/backend_choice.h"
+
+#include <QApplication>
+#include <QTranslator>
+
+#include <cstdio>
+
+namespace
+{
+// The file named on the command line; the current folder without one.
+QString fileArgument(int argc, char **argv)
+{
+    return argc >= 2 ? QString::fromUtf8(argv[1]) : QStringLiteral(".");
+}
+
+int runWindow(int &argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    const QString fileName = fileArgument(argc, argv);
+    QTranslator translator;
+    installTranslation(QCoreApplication::applicationDirPath(), &translator);
+    TabDialog dialog(fileName);
+    dialog.show();
+    return QApplication::exec();
+}
+} // namespace
+
+int startApplication(int &argc, char **argv)
+{
+    // Outlives the window, whose worker may use the drive to the very end.
+    const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
+    if (chosen.backend() == nullptr) {
+        std::fprintf(stderr, "gbdriver: %s\n", chosen.error.c_str());
+        return 1;
+    }
+    setDriveBackend(chosen.backend());
+    return runWindow(argc, argv);
+}

@@ -1,0 +1,25 @@
+#include "app/translation.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTranslator>
+
+QString chooseTranslation(const QString &folder)
+{
+    for (const char *name : {"/gb3_chs.qm", "/gb3_jpn.qm"}) {
+        const QString path = folder + QString::fromLatin1(name);
+        if (QFile::exists(path))
+            return path;
+    }
+    return QString();
+}
+
+bool installTranslation(const QString &folder, QTranslator *translator)
+{
+    const QString path = chooseTranslation(folder);
+    if (path.isEmpty())
+        return false;
+    translator->load(path);
+    QCoreApplication::installTranslator(translator);
+    return true;
+}

@@ -1,0 +1,264 @@
+#include "ui/main_tab.h"
+
+#include "device/device_link.h"
+#include "device/device_ops.h"
+#include "ui/console.h"
+#include "ui/device_report.h"
+#include "ui/file_action.h"
+#include "ui/flash_chip_probe.h"
+#include "ui/settings.h"
+#include "worker/famicom_thread.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace
+{
+// Closes a job's block in the log. The only log text that is not translated.
+const char kRule[] = "<hr><br>";
+
+void createWidgets(MainTab *tab)
+{
+    tab->settings = new Settings(tab);
+    tab->console = new Console(tab);
+    tab->progress = new QProgressBar(tab);
+    tab->cancelButton = new QPushButton(MainTab::tr("Cancel"), tab);
+    tab->infoButton = new QPushButton(MainTab::tr("Info"), tab);
+    tab->dumpButton = new QPushButton(MainTab::tr("Dump"), tab);
+    tab->flashButton = new QPushButton(MainTab::tr("FLASH"), tab);
+    tab->readRamButton = new QPushButton(MainTab::tr("Read RAM"), tab);
+    tab->writeRamButton = new QPushButton(MainTab::tr("Write RAM"), tab);
+
+    tab->infoButton->setToolTip(MainTab::tr("Show cartridge information!"));
+    tab->dumpButton->setToolTip(MainTab::tr("Dump ROM from cartridge!"));
+    tab->flashButton->setToolTip(MainTab::tr("Flash ROM to a writeable cartridge!"));
+    tab->readRamButton->setToolTip(MainTab::tr("Read SRAM from cartridge!"));
+    tab->writeRamButton->setToolTip(MainTab::tr("Write SRAM to cartridge!"));
+}
+
+void layOutWidgets(MainTab *tab)
+{
+    tab->buttonLayout = new QVBoxLayout;
+    tab->consoleLayout = new QVBoxLayout;
+    tab->progressLayout = new QHBoxLayout;
+    tab->topLayout = new QHBoxLayout;
+    tab->mainLayout = new QVBoxLayout;
+
+    for (QPushButton *button : {tab->infoButton, tab->dumpButton, tab->flashButton,
+                                tab->readRamButton, tab->writeRamButton})
+        tab->buttonLayout->addWidget(button);
+    tab->consoleLayout->addWidget(tab->console);
+    tab->progressLayout->addWidget(tab->progress);
+    tab->progressLayout->addWidget(tab->cancelButton);
+    tab->topLayout->addWidget(tab->settings);
+    tab->topLayout->addLayout(tab->buttonLayout);
+    tab->mainLayout->addLayout(tab->topLayout);
+    tab->mainLayout->addLayout(tab->consoleLayout);
+    tab->mainLayout->addLayout(tab->progressLayout);
+    tab->setLayout(tab->mainLayout);
+}
+
+void connectButtons(MainTab *tab)
+{
+    QObject::connect(tab->infoButton, SIGNAL(clicked(bool)), tab, SLOT(push_info()));
+    QObject::connect(tab->dumpButton, SIGNAL(clicked(bool)), tab, SLOT(push_read_rom()));
+    QObject::connect(tab->readRamButton, SIGNAL(clicked(bool)), tab, SLOT(push_read_ram()));
+    QObject::connect(tab->flashButton, SIGNAL(clicked(bool)), tab, SLOT(push_write_flash()));
+    QObject::connect(tab->writeRamButton, SIGNAL(clicked(bool)), tab, SLOT(push_write_ram()));
+}
+
+void createWorker(MainTab *tab)
+{
+    tab->worker = new FamicomThread;
+    QObject::connect(tab->worker, SIGNAL(set_progress(int, int)), tab, SLOT(setProgress(int, int)));
+    QObject::connect(tab->worker, SIGNAL(error(int)), tab, SLOT(print_error(int)));
+    QObject::connect(tab->worker, SIGNAL(log(QString)), tab, SLOT(info(QString)));
+    QObject::connect(tab->cancelButton, SIGNAL(clicked()), tab->worker, SLOT(canceled()));
+}
+
+void greet(MainTab *tab)
+{
+    tab->info(MainTab::tr("Velora Driver Series for GB/GBC/GBA 3.0 started."));
+    tab->info(MainTab::tr("Support all functions, need <span style=\"color: "
+                          "#ffcc00;\">QDX_PCB02_FW303</span> firmware."));
+    tab->info(MainTab::tr("To dump GB/GBC cartridge,please switch power to 5V."));
+    tab->info(MainTab::tr("To dump GBA cartridge,please switch power to 3.3V."));
+    tab->info(MainTab::tr("Part of homebrew GB/GBC flash cart need 3.3V power."));
+    tab->info(MainTab::tr("\r\n"));
+}
+
+// The mapper script that the settings ask for, as a full path.
+QString scriptPath(Settings *settings)
+{
+    const QString name =
+        settings->sysType == kSystemGba ? MainTab::tr("gba.nut") : settings->getMbcScript();
+    return QCoreApplication::applicationDirPath() + MainTab::tr("/mapper/") + name;
+}
+
+void fillJobSizes(const Settings &settings, FamicomThread *worker)
+{
+    if (settings.sysType == kSystemGba) {
+        worker->rom_size = settings.gbaRomSize;
+        worker->ram_size = settings.gbaRamSize;
+        worker->save_type = settings.gbaRamType;
+    } else {
+        worker->rom_size = settings.gbRomSize;
+        worker->ram_size = settings.gbRamSize;
+    }
+}
+
+// Starts the prepared job. The line about it comes from this thread, while the worker's lines are
+// queued, so it always stands above them.
+void startJob(MainTab *tab, const FileAction &action)
+{
+    tab->setEnabledButtons(false);
+    tab->worker->start(QThread::NormalPriority);
+    tab->info(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name);
+}
+
+void reportFlashChip(MainTab *tab, const FlashChip &chip)
+{
+    if (!chip.isWide) {
+        tab->info(MainTab::tr("Flash chip is 8bit width"));
+        return;
+    }
+    tab->info(MainTab::tr("Flash chip is 16bit width"));
+    tab->info(MainTab::tr("Flash chip size is :") + QString::number(chip.sizeBytes / 1024) +
+              MainTab::tr("KB"));
+}
+} // namespace
+
+MainTab::MainTab(QWidget *parent) : QWidget(parent)
+{
+    createWidgets(this);
+    layOutWidgets(this);
+    connectButtons(this);
+    createWorker(this);
+    setProgress(0, 1);
+    setEnabledButtons(true);
+    greet(this);
+}
+
+MainTab::~MainTab()
+{
+    // A job that has only just been started clears the flag once more, so the wish is repeated.
+    constexpr unsigned long kAskAgainMs = 100;
+    do {
+        worker->canceled();
+    } while (!worker->wait(kAskAgainMs));
+    delete worker;
+}
+
+void MainTab::push_info()
+{
+    const ReaderSession session;
+    QStringList lines;
+    reportDevice(&lines);
+    for (const QString &line : lines)
+        info(line);
+}
+
+void MainTab::push_read_rom()
+{
+    const QString fileName = askForFile(this, kReadRomAction, settings->sysType);
+    if (!prepareJob(fileName))
+        return;
+    worker->operate = jobCode(kReadRomAction, settings->sysType);
+    startJob(this, kReadRomAction);
+}
+
+void MainTab::push_read_ram()
+{
+    const QString fileName = askForFile(this, kReadRamAction, settings->sysType);
+    if (!prepareJob(fileName))
+        return;
+    worker->operate = jobCode(kReadRamAction, settings->sysType);
+    startJob(this, kReadRamAction);
+}
+
+void MainTab::push_write_flash()
+{
+    const QString fileName = askForFile(this, kWriteFlashAction, settings->sysType);
+    if (!prepareJob(fileName))
+        return;
+    if (settings->sysType != kSystemGba) {
+        const FlashChip chip = probeFlashChip();
+        worker->flash_width = chip.isWide ? 1 : 0;
+        reportFlashChip(this, chip);
+    }
+    worker->operate = jobCode(kWriteFlashAction, settings->sysType);
+    startJob(this, kWriteFlashAction);
+}
+
+void MainTab::push_write_ram()
+{
+    const QString fileName = askForFile(this, kWriteRamAction, settings->sysType);
+    if (!prepareJob(fileName))
+        return;
+    worker->operate = jobCode(kWriteRamAction, settings->sysType);
+    startJob(this, kWriteRamAction);
+}
+
+void MainTab::info(QString msg)
+{
+    appendLog(console, msg);
+}
+
+void MainTab::setProgress(int ile, int max)
+{
+    progress->setMinimum(0);
+    progress->setMaximum(max);
+    progress->setValue(ile);
+}
+
+void MainTab::setEnabledButtons(bool stan)
+{
+    for (QPushButton *button : {infoButton, dumpButton, readRamButton, flashButton, writeRamButton})
+        button->setEnabled(stan);
+    cancelButton->setEnabled(!stan);
+}
+
+void MainTab::print_error(int err)
+{
+    if (err == 0)
+        info(tr(">Operation failure."));
+    else if (err == 1)
+        info(tr(">Success!"));
+    info(QString::fromLatin1(kRule));
+    setProgress(0, 1);
+    // The job has told its end, but its thread may still be on the way out. The actions come back
+    // only when it has let go of the reader.
+    worker->wait();
+    setEnabledButtons(true);
+}
+
+bool MainTab::prepareJob(const QString &fileName)
+{
+    const auto refuse = [] {
+        releaseReader();
+        return false;
+    };
+    const QString script = scriptPath(settings);
+    if ((settings->sysType == kSystemGba ? selectGbaMode() : selectGbMode()) == 0) {
+        info(tr("Initialize device error."));
+        return refuse();
+    }
+    if (!QFile::exists(script)) {
+        info(tr("Not exists script file :"));
+        info(script);
+        info(QString::fromLatin1(kRule));
+        return refuse();
+    }
+    if (fileName.isEmpty())
+        return refuse();
+
+    worker->script_name = script;
+    worker->file_name = fileName;
+    fillJobSizes(*settings, worker);
+    worker->verify = settings->verify;
+    return true;
+}
