@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# Installs what building needs (run) or building and testing (test) and this machine lacks.
+# Does nothing, quickly, where nothing is missing; never asks a question.
+#
+# usage: tools/setup.sh run|test
+set -euo pipefail
+
+tools=$(dirname "${BASH_SOURCE[0]}")
+
+# xz-utils and patch unpack and mend the Squirrel source.
+forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libfuse3-dev fuse3
+    patch xz-utils)
+# An X server with a client to type into it and fonts to draw; oracles for cipher and checksums; a
+# compiler that checks the Windows part; one that fuzzes.
+forTest=(xvfb xdotool x11-utils fonts-dejavu-core libssl-dev zlib1g-dev
+    g++-mingw-w64-x86-64-posix clang libclang-rt-dev)
+
+case ${1:-} in
+run) wanted=("${forRun[@]}") ;;
+test) wanted=("${forRun[@]}" "${forTest[@]}") ;;
+*)
+    echo "usage: tools/setup.sh run|test" >&2
+    exit 2
+    ;;
+esac
+
+if ! command -v apt-get >/dev/null; then
+    cat <<'END'
+There is no apt-get here to install what is missing. These packages are needed:
+  Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist fuse3-devel fuse3
+          squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo dejavu-sans-fonts
+          openssl-devel zlib-devel mingw64-gcc-c++ clang compiler-rt
+  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools fuse3 squirrel; to test:
+          xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu openssl zlib mingw-w64-gcc clang
+          compiler-rt
+  MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,squirrel}
+Going on with what is there; the configuration names what it does not find.
+END
+    exit 0
+fi
+
+# Prints those of the given packages that are not installed.
+missingOf() {
+    local have
+    have=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
+        sed -n 's/ installed$//p') || true
+    grep -vxF -e "$have" < <(printf '%s\n' "$@") || true
+}
+
+# Prints how many of the given packages apt could install.
+availableOf() {
+    LC_ALL=C apt-cache policy "$@" 2>/dev/null | grep -c 'Candidate: [^(]' || true
+}
+
+# Runs a command as root, with no input. On a terminal sudo may want the user's password; where
+# nobody can type one it is not tried.
+asRoot() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@" </dev/null
+    elif command -v sudo >/dev/null && { [ -t 0 ] || sudo -n true 2>/dev/null; }; then
+        sudo "$@" </dev/null
+    else
+        return 1
+    fi
+}
+
+aptGet() {
+    asRoot env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 "$@"
+}
+
+installPackages() {
+    [ "$(availableOf "$@")" = $# ] || aptGet update || true
+    # The index may be older than the mirror, which then no longer has the versions it names.
+    aptGet install -y --no-install-recommends "$@" >/dev/null ||
+        { aptGet update && aptGet install -y --no-install-recommends "$@" >/dev/null; } ||
+        {
+            echo "Could not install the packages. As root, run:" >&2
+            echo "  apt-get update && apt-get install $*" >&2
+            exit 1
+        }
+}
+
+mapfile -t missing < <(missingOf "${wanted[@]}")
+squirrel=
+if [ -n "$(missingOf libsquirrel-dev)" ] && ! "$tools/squirrel.sh" --cached 2>/dev/null; then
+    squirrel="Squirrel 3.1"
+fi
+[ ${#missing[@]} != 0 ] || [ -n "$squirrel" ] || exit 0
+
+echo "Installing:" "${missing[@]}" ${squirrel:+"$squirrel"}
+[ ${#missing[@]} = 0 ] || installPackages "${missing[@]}"
+if [ -n "$squirrel" ]; then
+    if [ "$(availableOf libsquirrel-dev)" = 1 ]; then
+        installPackages libsquirrel-dev
+    else
+        "$tools/squirrel.sh"
+    fi
+fi
