@@ -47,6 +47,7 @@ public:
         DriveStatus status;
         if (!m_written)
             status = m_kept->writeAt(nullptr, 0, 0, &count);
+        m_kept->finish();
         m_kept = nullptr;
         return status;
     }
@@ -66,6 +67,9 @@ public:
 
     DriveType driveType(const char *root) override
     {
+        // A letter may be asked for before any scan has handed out letters.
+        if (m_drives.find(root[0]) == nullptr)
+            (void)m_drives.scan();
         const LinuxDrive *drive = m_drives.find(root[0]);
         return drive != nullptr && m_drives.isPresent(*drive) ? DriveType::Removable
                                                               : DriveType::NoRoot;
@@ -94,8 +98,10 @@ public:
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override
     {
         const Location location = locate(path);
-        if (!location.status.ok())
+        if (!location.status.ok()) {
+            m_commandFile.release();
             return location.status;
+        }
         if (!location.isOnDrive)
             return openUserFileForWrite(location.path, file);
         const DriveStatus opened = m_commandFile.open(location.path);

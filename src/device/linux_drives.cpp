@@ -47,7 +47,8 @@ bool isFolder(const std::string &path)
 
 std::string folderName(const std::string &folder)
 {
-    return fs::path(folder).filename().string();
+    const fs::path path(folder);
+    return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 
 // "E=/mnt/reader[:LABEL]" without the "E=".
@@ -84,7 +85,8 @@ std::vector<LinuxDrive> parseDeclaredDrives(const std::string &declared,
         start = end + 1;
         if (entry.empty())
             continue;
-        const bool valid = entry.size() > 2 && entry[1] == '=' && isDriveLetter(entry[0]);
+        const bool valid =
+            entry.size() > 2 && isDriveLetter(entry[0]) && entry[1] == '=' && entry[2] != ':';
         const bool taken = std::any_of(drives.begin(), drives.end(), [&](const LinuxDrive &drive) {
             return drive.letter == entry[0];
         });

@@ -290,8 +290,12 @@ bool KeptFile::isStill(const std::string &path) const
 
 DriveStatus KeptFile::open(const std::string &path)
 {
-    if (isStill(path))
+    if (m_isInUse)
+        return statusFromErrno(EBUSY, "open", path);
+    if (isStill(path)) {
+        m_isInUse = true;
         return {};
+    }
     release();
     // Not truncated: that would move the file to other clusters with every command.
     m_file = FileDescriptor(openRetrying(path, O_WRONLY | O_CREAT));
@@ -300,6 +304,8 @@ DriveStatus KeptFile::open(const std::string &path)
         return fail(errno, "open");
     if (!lockForWriting(m_file.get()))
         return fail(EWOULDBLOCK, "lock");
+    m_isInUse = true;
+    m_isEntrySynced = false;
     return {};
 }
 
@@ -317,8 +323,11 @@ DriveStatus KeptFile::writeAt(const void *source, std::uint32_t length, std::uin
     if (error != 0)
         return fail(error, "write");
     // With an unchanged size there is no metadata to write, and fdatasync moves the data alone.
-    const int synced = status.st_size == end ? ::fdatasync(m_file.get()) : ::fsync(m_file.get());
-    return synced == 0 ? DriveStatus{} : fail(errno, "sync");
+    const bool isDataOnly = m_isEntrySynced && status.st_size == end;
+    if ((isDataOnly ? ::fdatasync(m_file.get()) : ::fsync(m_file.get())) != 0)
+        return fail(errno, "sync");
+    m_isEntrySynced = true;
+    return {};
 }
 
 DriveStatus KeptFile::size(std::uint32_t *size)

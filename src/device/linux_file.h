@@ -44,8 +44,10 @@ class KeptFile
 {
 public:
     // Makes the descriptor good for `path`: keeps it if it still is that file, else opens the file
-    // (creating it if need be) and locks it against a second writer.
+    // (creating it if need be) and locks it against a second writer. Refused while the file is in
+    // use, which it is from a successful call to the next finish().
     DriveStatus open(const std::string &path);
+    void finish() { m_isInUse = false; }
 
     // Writes at `offset`; the file ends behind these bytes. In place: cut first if the file is
     // longer, then written, then synced. A failure gives the descriptor up.
@@ -61,4 +63,6 @@ private:
 
     FileDescriptor m_file;
     std::string m_path;
+    bool m_isInUse = false;
+    bool m_isEntrySynced = false; // the directory entry of a file just opened may be new
 };

@@ -8,7 +8,15 @@ namespace
 
 using BlockOperation = void (*)(const CipherState &, std::uint32_t *, std::uint32_t *);
 
-CipherState cipherState;
+CipherState unkeyedState()
+{
+    CipherState state;
+    std::memcpy(state.subkeys, kInitialSubkeys, sizeof(state.subkeys));
+    std::memcpy(state.boxes, kInitialBoxes, sizeof(state.boxes));
+    return state;
+}
+
+CipherState cipherState = unkeyedState();
 
 std::uint32_t roundFunction(const CipherState &state, std::uint32_t half)
 {
@@ -83,8 +91,7 @@ void cipherSetKey(const std::uint8_t *key, std::uint32_t length)
 {
     if (length == 0)
         return;
-    std::memcpy(cipherState.subkeys, kInitialSubkeys, sizeof(cipherState.subkeys));
-    std::memcpy(cipherState.boxes, kInitialBoxes, sizeof(cipherState.boxes));
+    cipherState = unkeyedState();
     mixKeyIntoSubkeys(&cipherState, key, length);
 
     std::uint32_t left = 0;
