@@ -128,7 +128,11 @@ SQInteger nat_cpu_write(HSQUIRRELVM v)
             return SQ_ERROR;
         ++count;
     }
-    return deviceOps.gbWrite(addresses, values, count) == 0 ? SQ_ERROR : 0;
+    if (deviceOps.gbWrite(addresses, values, count) != 0)
+        return 0;
+    // An error without a message of its own must not show the last one that somebody caught.
+    sq_reseterror(v);
+    return SQ_ERROR;
 }
 
 SQInteger nat_cpu_read_gb(HSQUIRRELVM v)

@@ -127,8 +127,10 @@ bool readInputFile(FamicomThread &job)
 
 bool saveDump(FamicomThread &job)
 {
+    // A negative size has no buffer, and as a count it would look like a failure that was expected.
     const auto size = static_cast<std::uint32_t>(jobBufferSize(job));
-    if (writeFileWhole(localPath(job.file_name).constData(), job.data_buf, size) == size)
+    if (job.data_buf != nullptr &&
+        writeFileWhole(localPath(job.file_name).constData(), job.data_buf, size) == size)
         return true;
     emit job.log(FamicomThread::tr("Save file error."));
     return false;
