@@ -24,16 +24,18 @@ function rest(dev)
     cpu_write(dev, 0x0000, 0x00, 0x6000, 0, 0x4000, 0, 0x2000, 1);
 }
 
-// Leaves the cartridge at rest, also after an error.
+// Leaves the cartridge at rest, also after an error. `work` returns true if it ended at rest itself.
 function guarded(dev, work)
 {
+    local isAtRest = false;
     try {
-        work();
+        isAtRest = work();
     } catch (error) {
         try { rest(dev); } catch (ignored) {}
         throw error;
     }
-    rest(dev);
+    if (!isAtRest)
+        rest(dev);
 }
 
 function cpu_dump(dev, size, _)
@@ -41,7 +43,11 @@ function cpu_dump(dev, size, _)
     check_size("ROM", size, [0x8000, 0x10000, 0x20000, 0x40000, 0x80000, 0x100000, 0x200000]);
     local banks = size / ROM_BANK;
     guarded(dev, function() {
-        for (local bank = 0; bank < banks; bank++) {
+        rest(dev);
+        cpu_read(dev, 0x0000, 2 * ROM_BANK); // banks 0 and 1
+        if (banks == 2)
+            return true;
+        for (local bank = 2; bank < banks; bank++) {
             if (bank % GROUP_BANKS == 0) {
                 // The group's first two banks lie side by side at 0x0000 and 0x4000.
                 cpu_write(dev, 0x0000, 0x00, 0x6000, 1, 0x4000, bank / GROUP_BANKS, 0x2000, 1);

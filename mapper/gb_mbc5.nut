@@ -24,16 +24,18 @@ function rest(dev)
     cpu_write(dev, 0x0000, 0x00, 0x4000, 0, 0x3000, 0, 0x2000, 1);
 }
 
-// Leaves the cartridge at rest, also after an error.
+// Leaves the cartridge at rest, also after an error. `work` returns true if it ended at rest itself.
 function guarded(dev, work)
 {
+    local isAtRest = false;
     try {
-        work();
+        isAtRest = work();
     } catch (error) {
         try { rest(dev); } catch (ignored) {}
         throw error;
     }
-    rest(dev);
+    if (!isAtRest)
+        rest(dev);
 }
 
 function cpu_dump(dev, size, _)
@@ -44,6 +46,8 @@ function cpu_dump(dev, size, _)
     guarded(dev, function() {
         rest(dev);
         cpu_read(dev, 0x0000, 2 * ROM_BANK); // banks 0 and 1
+        if (banks == 2)
+            return true;
         for (local bank = 2; bank < banks; bank++) {
             if (bank % 256 == 0)
                 cpu_write(dev, 0x3000, bank / 256, 0x2000, 0);

@@ -1,0 +1,173 @@
+// Saves: every size of every mapper read, changed, written, and read back from another reader.
+#include "mapper_fixture.h"
+
+#include <QtTest>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr unsigned kRamStart = 0xA000;
+constexpr unsigned kRamEnd = 0xC000;
+
+// Every byte differs from the one before.
+QByteArray changed(QByteArray bytes)
+{
+    for (char &byte : bytes)
+        byte = static_cast<char>(~byte);
+    return bytes;
+}
+
+int ramAddressedOutside(const VirtualReader &reader)
+{
+    constexpr std::uint8_t kGbRamWriteOpcode = 12;
+    int outside = 0;
+    for (const Operation &operation : reader.operations()) {
+        for (const BlockRecord &block : operation.blocks) {
+            if (block.commandClass == kClassGb && block.opcode == kGbRamWriteOpcode &&
+                (block.address < kRamStart || block.address + block.length > kRamEnd))
+                ++outside;
+        }
+    }
+    return outside;
+}
+
+bool onlyRegistersWritten(MapperFixture *fixture, const MapperFacts &facts)
+{
+    const QVector<BlockRecord> writes = fixture->busWrites();
+    return std::all_of(writes.begin(), writes.end(), [&](const BlockRecord &write) {
+        return facts.registers.contains(write.address);
+    });
+}
+
+} // namespace
+
+class MapperSaveTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+    }
+
+    void saveSurvivesAChangeOfReaders_data() { addRamRows(); }
+    void saveSurvivesAChangeOfReaders()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        const QByteArray original = noise(size, 1);
+        QVERIFY(writeFile(path("kept.sav"), original));
+        {
+            MapperFixture first(facts(mapper), smallestRom(mapper), size, path("kept.sav"));
+            first.disturbRegisters();
+            QVERIFY(first.run(GB_READ_RAM, size, path("read.sav")).succeeded());
+            QVERIFY(fileBytes(path("read.sav")) == original);
+            QVERIFY(writeFile(path("new.sav"), changed(original)));
+            first.disturbRegisters();
+            const JobOutcome outcome = first.run(GB_WRITE_RAM, size, path("new.sav"));
+            QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
+        }
+        QVERIFY(fileBytes(path("kept.sav")) == changed(original));
+
+        MapperFixture second(facts(mapper), smallestRom(mapper), size, path("kept.sav"));
+        QVERIFY(second.run(GB_READ_RAM, size, path("again.sav")).succeeded());
+        QVERIFY(fileBytes(path("again.sav")) == changed(original));
+    }
+
+    void logsTheSteps_data() { addRamRows(); }
+    void logsTheSteps()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        QCOMPARE(fixture.run(GB_READ_RAM, size, path("read.sav")).log,
+                 QStringList({"Start dump save...", "Dump save finish."}));
+        QCOMPARE(fixture.run(GB_WRITE_RAM, size, path("read.sav")).log,
+                 QStringList({"Read file :" + path("read.sav"),
+                              "Read " + QString::number(size) + " Bytes", "Start write save...",
+                              "Write save finish."}));
+    }
+
+    void readTakesTheFewestOperations_data() { addRamRows(); }
+    void readTakesTheFewestOperations()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
+        compareTraffic(&fixture, saveReadTraffic(facts(mapper), size));
+    }
+
+    void writeTakesTheFewestOperations_data() { addRamRows(); }
+    void writeTakesTheFewestOperations()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        QVERIFY(writeFile(path("new.sav"), noise(size, 2)));
+        QVERIFY(fixture.run(GB_WRITE_RAM, size, path("new.sav")).succeeded());
+        compareTraffic(&fixture, saveWriteTraffic(facts(mapper), size));
+    }
+
+    void onlyRegistersAndTheSaveAreWrittenTo_data() { addRamRows(); }
+    void onlyRegistersAndTheSaveAreWrittenTo()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
+        QVERIFY(onlyRegistersWritten(&fixture, facts(mapper)));
+        QVERIFY(writeFile(path("new.sav"), noise(size, 2)));
+        QVERIFY(fixture.run(GB_WRITE_RAM, size, path("new.sav")).succeeded());
+        QVERIFY(onlyRegistersWritten(&fixture, facts(mapper)));
+        QCOMPARE(ramAddressedOutside(fixture.reader()), 0);
+    }
+
+    void readChangesNoByteOfTheSave_data() { addRamRows(); }
+    void readChangesNoByteOfTheSave()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        fixture.setSave(noise(size, 3));
+        QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
+        QCOMPARE(fixture.reader().cartridge().saveChanges(), std::uint64_t{0});
+    }
+
+    // A save file can be longer than the save memory; the rest of it is not sent.
+    void writeUsesTheBeginningOfALongerFile_data() { addRamRows(); }
+    void writeUsesTheBeginningOfALongerFile()
+    {
+        QFETCH(int, mapper);
+        QFETCH(int, size);
+        MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
+        const QByteArray longer = noise(size + 512, 4);
+        QVERIFY(writeFile(path("long.sav"), longer));
+        QVERIFY(fixture.run(GB_WRITE_RAM, size, path("long.sav")).succeeded());
+        QVERIFY(fixture.save() == longer.left(size));
+    }
+
+private:
+    static const MapperFacts &facts(int mapper) { return mapperFacts()[mapper]; }
+    static int smallestRom(int mapper) { return facts(mapper).romSizes.first(); }
+    QString path(const char *name) const { return m_folder->filePath(name); }
+
+    static void compareTraffic(MapperFixture *fixture, const Traffic &expected)
+    {
+        const Traffic sent = trafficOf(fixture->reader().counters());
+        QCOMPARE(sent.commandRuns, expected.commandRuns);
+        QCOMPARE(sent.reads, expected.reads);
+        QCOMPARE(sent.blocks, expected.blocks);
+        QCOMPARE(fixture->reader().counters().refusedBlocks, std::uint64_t{0});
+        QCOMPARE(fixture->reader().counters().refusedReads, std::uint64_t{0});
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_GUILESS_MAIN(MapperSaveTest)
+#include "mapper_save_test.moc"
