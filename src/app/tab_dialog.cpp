@@ -1,21 +1,24 @@
 #include "app/tab_dialog.h"
 
+#include "ui/firmware_update_tab.h"
 #include "ui/main_tab.h"
+#include "ui/tab_about.h"
 #include "worker/famicom_thread.h"
 
+#include <QFileInfo>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
 TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
 {
     setWindowTitle(tr("GB Driver 3.0 build - ") + QStringLiteral(__DATE__));
-    Q_UNUSED(fileName)
+    const QFileInfo fileInfo(fileName);
 
     tabWidget = new QTabWidget;
     m_mainTab = new MainTab;
     tabWidget->addTab(m_mainTab, tr("GB"));
-    tabWidget->addTab(new QWidget, tr("Update"));
-    tabWidget->addTab(new QWidget, tr("About"));
+    tabWidget->addTab(new FirmwareUpdateTab, tr("Update"));
+    tabWidget->addTab(new TabAbout(fileInfo), tr("About"));
 
     auto *layout = new QVBoxLayout;
     layout->addWidget(tabWidget);

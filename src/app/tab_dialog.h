@@ -19,7 +19,7 @@ class TabDialog : public QDialog
     Q_OBJECT
 
 public:
-    // `fileName`: the program's first argument, meant for the About tab.
+    // `fileName`: the program's first argument, handed to the About tab.
     explicit TabDialog(const QString &fileName, QWidget *parent = nullptr);
 
     // Every way to close a dialog ends here. Does not close while a job runs, see above.

@@ -3,10 +3,10 @@
 #include "device/device_link.h"
 #include "device/device_ops.h"
 #include "ui/console.h"
-#include "ui/device_report.h"
 #include "ui/file_action.h"
 #include "ui/flash_chip_probe.h"
 #include "ui/settings.h"
+#include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
 
 #include <QCoreApplication>
@@ -111,6 +111,18 @@ void fillJobSizes(const Settings &settings, FamicomThread *worker)
     }
 }
 
+// A value that a list does not offer leaves the list as it is.
+void select(Settings *settings, const DetectedSettings &detected)
+{
+    settings->selectSysType(detected.sysType);
+    if (detected.item1)
+        settings->selectItem1(*detected.item1);
+    if (detected.item2)
+        settings->selectItem2(*detected.item2);
+    if (detected.item3)
+        settings->selectItem3(*detected.item3);
+}
+
 // Starts the prepared job. The line about it comes from this thread, while the worker's lines are
 // queued, so it always stands above them.
 void startJob(MainTab *tab, const FileAction &action)
@@ -156,10 +168,10 @@ MainTab::~MainTab()
 void MainTab::push_info()
 {
     const ReaderSession session;
-    QStringList lines;
-    reportDevice(&lines);
-    for (const QString &line : lines)
-        info(line);
+    ReportOutput output;
+    output.line = [this](const QString &line) { info(line); };
+    output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
+    makeCartridgeReport(output);
 }
 
 void MainTab::push_read_rom()

@@ -47,7 +47,7 @@ public:
     FamicomThread *worker;
 
 public slots:
-    void push_info();        // looks for the reader and reports what it says about itself
+    void push_info();        // reports reader and cartridge, selects the settings that fit
     void push_read_rom();    // dumps the ROM into a file
     void push_read_ram();    // reads the save memory into a file
     void push_write_flash(); // writes a ROM file into a flash cartridge

@@ -1,0 +1,285 @@
+// The window: title and tabs, and that closing it never leaves a job.
+#include "app/tab_dialog.h"
+#include "file_dialog_answer.h"
+#include "log_check.h"
+#include "reader_fixture.h"
+
+#include "ui/settings.h"
+#include "worker/famicom_thread.h"
+
+#include <QDate>
+#include <QLocale>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+namespace
+{
+constexpr int kJobTimeoutMs = 60000;
+const QString kClosingLine =
+    "A job is running and has been asked to stop. The window closes when it has ended.";
+
+// Erasing this cartridge takes for ever: its first byte never reads as erased.
+std::unique_ptr<Cartridge> makeStubbornCartridge()
+{
+    return std::make_unique<GbCartridge>(ByteVector(32 * 1024, 0x11), 0);
+}
+
+constexpr char kFlashScript[] = "function cpu_erase(dev, size, width) {}\n"
+                                "function cpu_flash(dev, size, max) {}\n";
+constexpr char kDumpScript[] = "function cpu_dump(dev, size, max) {\n"
+                               "    cpu_read(dev, 0, 0x4000);\n"
+                               "    cpu_read(dev, 0x4000, 0x4000);\n"
+                               "}\n";
+
+QStringList *threadWarnings = nullptr;
+
+void collectThreadWarnings(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    if (message.contains("QThread") || message.contains("QObject"))
+        *threadWarnings << message;
+}
+} // namespace
+
+using CloseFunction = std::function<void(TabDialog &)>;
+Q_DECLARE_METATYPE(CloseFunction)
+
+class TabDialogTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void titleHasTheBuildDate();
+    void tabsStandInOrder();
+    void dialogHasNoSlotsOrSignalsOfItsOwn();
+    void dialogHoldsOnlyTheTabs();
+    void fileNameChangesNothing();
+
+    void idleWindowCloses_data();
+    void idleWindowCloses();
+    void windowWaitsForTheJob_data();
+    void windowWaitsForTheJob();
+    void forgottenCancelIsAskedAgain();
+    void dumpIsFinishedBeforeTheWindowCloses();
+    void finishedJobDoesNotCloseTheWindow();
+    void destroyedWindowWaitsForTheJob();
+
+private:
+    void use(std::unique_ptr<Cartridge> cartridge, const QByteArray &script);
+    void press(QPushButton *button, const QString &path);
+    void startErasing();
+
+    QStringList m_warnings;
+    std::unique_ptr<ReaderFixture> m_fixture;
+    std::unique_ptr<TabDialog> m_dialog;
+    MainTab *m_tab = nullptr;
+};
+
+void TabDialogTest::init()
+{
+    m_warnings.clear();
+    threadWarnings = &m_warnings;
+    qInstallMessageHandler(collectThreadWarnings);
+    use(makeStubbornCartridge(), kFlashScript);
+}
+
+void TabDialogTest::cleanup()
+{
+    m_dialog.reset();
+    m_fixture.reset();
+    qInstallMessageHandler(nullptr);
+    QCOMPARE(m_warnings, QStringList());
+}
+
+void TabDialogTest::use(std::unique_ptr<Cartridge> cartridge, const QByteArray &script)
+{
+    m_dialog.reset();
+    m_fixture.reset();
+    m_fixture = std::make_unique<ReaderFixture>(std::move(cartridge));
+    m_fixture->findReader();
+    ReaderFixture::addScript("gb_mbc5.nut", script);
+    m_dialog = std::make_unique<TabDialog>(".");
+    m_tab = m_dialog->findChild<MainTab *>();
+    QVERIFY(m_tab);
+    m_dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
+}
+
+void TabDialogTest::press(QPushButton *button, const QString &path)
+{
+    FileDialogAnswer answer(path);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(answer.wasAsked);
+}
+
+void TabDialogTest::startErasing()
+{
+    press(m_tab->flashButton, m_fixture->addFile("rom.gb", "rom"));
+    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start erase flash chip..."));
+    QVERIFY(isBusy(*m_tab));
+}
+
+void TabDialogTest::titleHasTheBuildDate()
+{
+    const QRegularExpression pattern("^GB Driver 3\\.0 build - ([A-Z][a-z]{2} [ 1-3]\\d \\d{4})$");
+    const QRegularExpressionMatch match = pattern.match(m_dialog->windowTitle());
+    QVERIFY2(match.hasMatch(), qPrintable(m_dialog->windowTitle()));
+    const QDate date = QLocale::c().toDate(match.captured(1).simplified(), "MMM d yyyy");
+    QVERIFY(date.isValid());
+    QVERIFY(date <= QDate::currentDate().addDays(1));
+}
+
+void TabDialogTest::tabsStandInOrder()
+{
+    auto *tabs = m_dialog->findChild<QTabWidget *>();
+    QVERIFY(tabs);
+    QStringList titles;
+    for (int i = 0; i < tabs->count(); ++i)
+        titles << tabs->tabText(i);
+    QCOMPARE(titles, (QStringList{"GB", "Update", "About"}));
+    QCOMPARE(tabs->currentIndex(), 0);
+    QCOMPARE(tabs->widget(0), m_tab);
+}
+
+void TabDialogTest::dialogHasNoSlotsOrSignalsOfItsOwn()
+{
+    const QMetaObject &meta = TabDialog::staticMetaObject;
+    QCOMPARE(QString(meta.className()), QString("TabDialog"));
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
+}
+
+void TabDialogTest::dialogHoldsOnlyTheTabs()
+{
+    auto *layout = qobject_cast<QVBoxLayout *>(m_dialog->layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->count(), 1);
+    QCOMPARE(layout->itemAt(0)->widget(), m_dialog->findChild<QTabWidget *>());
+    QCOMPARE(layout->stretch(0), 0);
+    QCOMPARE(m_dialog->layout()->sizeConstraint(), QLayout::SetDefaultConstraint);
+    QCOMPARE(m_dialog->width(), m_dialog->sizeHint().width());
+    QVERIFY(m_dialog->width() > 400);
+}
+
+void TabDialogTest::fileNameChangesNothing()
+{
+    TabDialog other(m_fixture->addFile("some.gb", "x"));
+    QCOMPARE(other.windowTitle(), m_dialog->windowTitle());
+    QCOMPARE(other.findChild<MainTab *>()->console->toPlainText(), m_tab->console->toPlainText());
+}
+
+void TabDialogTest::idleWindowCloses_data()
+{
+    QTest::addColumn<CloseFunction>("closeWindow");
+    QTest::newRow("close button") << CloseFunction([](TabDialog &dialog) { dialog.close(); });
+    QTest::newRow("Escape") << CloseFunction(
+        [](TabDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    QTest::newRow("accepted") << CloseFunction([](TabDialog &dialog) { dialog.accept(); });
+    QTest::newRow("log-out") << CloseFunction([](TabDialog &) { QApplication::closeAllWindows(); });
+}
+
+void TabDialogTest::idleWindowCloses()
+{
+    QFETCH(CloseFunction, closeWindow);
+    closeWindow(*m_dialog);
+    QVERIFY(!m_dialog->isVisible());
+    COMPARE_LOG(*m_tab, QStringList());
+}
+
+void TabDialogTest::windowWaitsForTheJob_data()
+{
+    idleWindowCloses_data();
+}
+
+void TabDialogTest::windowWaitsForTheJob()
+{
+    QFETCH(CloseFunction, closeWindow);
+    startErasing();
+    auto *tabs = m_dialog->findChild<QTabWidget *>();
+    tabs->setCurrentIndex(2);
+
+    closeWindow(*m_dialog);
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(m_tab->worker->isRunning());
+    QCOMPARE(m_tab->worker->cancel_flag.load(), 1);
+    QCOMPARE(tabs->currentIndex(), 0);
+    QVERIFY(m_tab->console->toPlainText().endsWith(kClosingLine));
+    closeWindow(*m_dialog); // impatience changes nothing and says nothing more
+    QVERIFY(m_dialog->isVisible());
+
+    QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
+    QVERIFY(isIdle(*m_tab));
+    const QString path = m_fixture->path("rom.gb");
+    COMPARE_LOG(
+        *m_tab,
+        (QStringList{"Flash chip is 8bit width", "Writing rom to cartridge from file:\n" + path,
+                     "Read file :" + path, "Read 3 Bytes", "Start erase flash chip...",
+                     kClosingLine, ">Operation failure.", "<hr><br>"}));
+}
+
+// A job that has only just been started clears the flag as it begins, and with it the wish of a
+// window that was quicker. The window must ask again.
+void TabDialogTest::forgottenCancelIsAskedAgain()
+{
+    startErasing();
+    m_dialog->close();
+    m_tab->worker->cancel_flag.store(0);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
+    QVERIFY(isIdle(*m_tab));
+}
+
+// A dump cannot be cancelled. It goes on to its end, and the file is whole.
+void TabDialogTest::dumpIsFinishedBeforeTheWindowCloses()
+{
+    QSemaphore mayGoOn;
+    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
+    m_fixture->reader().setListener([&](const Operation &operation) {
+        if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
+            mayGoOn.acquire();
+    });
+    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
+    m_dialog->close();
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(isBusy(*m_tab));
+
+    mayGoOn.release(2);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
+    QCOMPARE(m_fixture->fileBytes("dump.gb"),
+             toByteArray(m_fixture->reader().cartridge().romImage()));
+    COMPARE_LOG(*m_tab,
+                (QStringList{"Reading data from ROM to file:\n" + m_fixture->path("dump.gb"),
+                             "Start dump rom...", kClosingLine, "Dump rom finish.", ">Success!",
+                             "<hr><br>"}));
+}
+
+void TabDialogTest::finishedJobDoesNotCloseTheWindow()
+{
+    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
+    const QSignalSpy finished(m_tab->worker, &QThread::finished);
+    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, kJobTimeoutMs);
+    QTRY_VERIFY(isIdle(*m_tab));
+    QVERIFY(m_dialog->isVisible());
+}
+
+void TabDialogTest::destroyedWindowWaitsForTheJob()
+{
+    press(m_tab->flashButton, m_fixture->addFile("rom.gb", "rom"));
+    const QPointer<FamicomThread> worker = m_tab->worker;
+    QVERIFY(worker->isRunning());
+    m_dialog.reset();
+    QVERIFY(worker.isNull());
+}
+
+QTEST_MAIN(TabDialogTest)
+#include "tab_dialog_test.moc"
