@@ -1,5 +1,7 @@
 #include "cli/cli.h"
 
+#include "cli/cli_detection.h"
+#include "cli/cli_info.h"
 #include "cli/cli_job.h"
 #include "cli/cli_options.h"
 #include "cli/one_drive_backend.h"
@@ -17,11 +19,53 @@ namespace
 constexpr int kSuccess = 0;
 constexpr int kFailure = 1;
 
-int runOn(DriveBackend &backend, const CliJob &job)
+void printError(const QString &text)
 {
-    OneDriveBackend oneDrive(backend, job.driveLetter != 0 ? job.driveLetter : 'A');
-    setDriveBackend(job.driveLetter != 0 ? static_cast<DriveBackend *>(&oneDrive) : &backend);
-    const bool succeeded = runCliJob(job, stderr, standardErrorIsTerminal());
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+}
+
+// Looks at the cartridge and completes what the user said. Returns: false if something is missing
+// still; it has been printed.
+bool detectJob(const CliOptions &options, CliJob *job)
+{
+    const CartridgeReport report =
+        detectCartridge([](const QString &line) { printError(line + QLatin1Char('\n')); });
+    const CartridgeValues found = valuesFound(report);
+    if (report.outcome == ReportOutcome::NoReader || report.outcome == ReportOutcome::NoMode ||
+        report.outcome == ReportOutcome::ShortRead)
+        return false;
+    if (found.system && options.values.system && found.system != options.values.system) {
+        printError(withUsageHint(QStringLiteral("The cartridge is of another system than --system "
+                                                "says.")));
+        return false;
+    }
+    const CartridgeValues values = mergeValues(options.values, found);
+    QString problem;
+    if (!completeJob(*options.command, options.fileName, values, job, &problem)) {
+        printError(withUsageHint(QStringLiteral("The report does not say everything. ") + problem));
+        return false;
+    }
+    printError(QStringLiteral("Using: %1.\n").arg(describeValues(values)));
+    return true;
+}
+
+bool runRequest(const CliOptions &options)
+{
+    const bool isTerminal = standardErrorIsTerminal();
+    if (options.request == CliRequest::ShowInfo)
+        return runCliInfo(options.asJson, options.isQuick, isTerminal);
+    CliJob job = options.job;
+    if (options.request == CliRequest::DetectThenRun && !detectJob(options, &job))
+        return false;
+    return runCliJob(job, stderr, isTerminal);
+}
+
+int runOn(DriveBackend &backend, const CliOptions &options)
+{
+    const bool isOneDrive = options.driveLetter != 0;
+    OneDriveBackend oneDrive(backend, isOneDrive ? options.driveLetter : 'A');
+    setDriveBackend(isOneDrive ? static_cast<DriveBackend *>(&oneDrive) : &backend);
+    const bool succeeded = runRequest(options);
     setDriveBackend(nullptr);
     return succeeded ? kSuccess : kFailure;
 }
@@ -32,8 +76,8 @@ int runCli(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const CliOptions options = parseCliOptions(QCoreApplication::arguments());
-    if (options.request != CliRequest::RunJob) {
-        const bool isHelp = options.request == CliRequest::ShowText;
+    const bool isHelp = options.request == CliRequest::ShowText;
+    if (isHelp || options.request == CliRequest::Refuse) {
         std::fputs(options.text.toLocal8Bit().constData(), isHelp ? stdout : stderr);
         return isHelp ? kSuccess : kFailure;
     }
@@ -42,5 +86,5 @@ int runCli(int &argc, char **argv)
         std::fprintf(stderr, "gbdriver-cli: %s\n", chosen.error.c_str());
         return kFailure;
     }
-    return runOn(*chosen.backend(), options.job);
+    return runOn(*chosen.backend(), options);
 }

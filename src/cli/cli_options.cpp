@@ -1,7 +1,8 @@
 #include "cli/cli_options.h"
 
 #include "cart/setting_tables.h"
-#include "worker/famicom_thread.h"
+#include "cli/choices.h"
+#include "cli/cli_command.h"
 
 #include <QCommandLineParser>
 
@@ -10,40 +11,35 @@ namespace
 
 constexpr int kLargestSize = 64 * 1024 * 1024;
 
-struct CommandRow {
-    const char *name;
-    int gbCode;
-    int gbaCode;
-    bool movesSave;
-};
-
-constexpr CommandRow kCommands[] = {
-    {"dump", GB_READ_ROM, GBA_READ_ROM, false},
-    {"read-ram", GB_READ_RAM, GBA_READ_RAM, true},
-    {"write-ram", GB_WRITE_RAM, GBA_WRITE_RAM, true},
-};
-
 const QString kSystem = QStringLiteral("system");
 const QString kMapper = QStringLiteral("mapper");
 const QString kRomSize = QStringLiteral("rom-size");
 const QString kRamSize = QStringLiteral("ram-size");
 const QString kSaveType = QStringLiteral("save-type");
 const QString kDrive = QStringLiteral("drive");
+const QString kAuto = QStringLiteral("auto");
+const QString kJson = QStringLiteral("json");
+const QString kHelp = QStringLiteral("help");
+const QString kQuick = QStringLiteral("quick");
+const QString kCommandNames = QStringLiteral("info, dump, read-ram or write-ram");
 
 void describeCommandLine(QCommandLineParser *parser)
 {
     parser->setApplicationDescription(QStringLiteral(
         "Reads and writes Game Boy, Game Boy Color and Game Boy Advance cartridges.\n\n"
         "Commands:\n"
+        "  info            say what the reader and its cartridge are\n"
         "  dump FILE       copy the cartridge's ROM into FILE\n"
         "  read-ram FILE   copy the cartridge's save into FILE\n"
         "  write-ram FILE  write the save in FILE into the cartridge\n\n"
-        "Example:\n"
+        "Without --system the cartridge is looked at first, and what its header says is used.\n"
+        "An option that is given as well wins over the header.\n\n"
+        "Examples:\n"
+        "  gbdriver-cli dump game.gb\n"
         "  gbdriver-cli dump game.gb --system gb --mapper mbc5 --rom-size 4M"));
-    parser->addHelpOption();
+    parser->addOption({{QStringLiteral("h"), kHelp}, QStringLiteral("Show this help.")});
     parser->addVersionOption();
-    parser->addPositionalArgument(QStringLiteral("command"),
-                                  QStringLiteral("dump, read-ram or write-ram."));
+    parser->addPositionalArgument(QStringLiteral("command"), kCommandNames);
     parser->addPositionalArgument(QStringLiteral("file"),
                                   QStringLiteral("The file on this computer."));
     parser->addOptions({
@@ -56,35 +52,19 @@ void describeCommandLine(QCommandLineParser *parser)
         {kRamSize, QStringLiteral("Save size in bytes, or with suffix K or M."),
          QStringLiteral("size")},
         {kSaveType, QStringLiteral("GBA save memory: sram, flash or eep."), QStringLiteral("type")},
+        {kAuto, QStringLiteral("Look at the cartridge first, also when --system is given.")},
+        {kJson, QStringLiteral("info: print one JSON object.")},
+        {kQuick, QStringLiteral("info: leave out the global checksum, which needs the whole ROM.")},
         {kDrive, QStringLiteral("Look for the reader on this drive only."),
          QStringLiteral("letter")},
     });
 }
 
-const CommandRow *findCommand(const QString &name)
-{
-    for (const CommandRow &row : kCommands) {
-        if (name == QLatin1String(row.name))
-            return &row;
-    }
-    return nullptr;
-}
-
-// Labels of a table for an error message: "none, mbc1, mbc2".
-template <typename Table> QString choices(const Table &table)
-{
-    QStringList labels;
-    for (const auto &row : table)
-        labels << QString::fromLatin1(row.label).toLower();
-    return labels.join(QStringLiteral(", "));
-}
-
-// Fills a CliJob from the options, one question after the other; the first one that has no good
-// answer leaves its reason in `problem`.
-struct JobReader {
+// Reads the options one after the other; the first one without a good answer leaves its reason in
+// `problem`.
+struct OptionReader {
     const QCommandLineParser &parser;
-    const CommandRow &command;
-    CliJob job;
+    CliOptions options;
     QString problem;
 
     bool refuse(const QString &reason)
@@ -93,27 +73,44 @@ struct JobReader {
         return false;
     }
 
-    bool readSize(const QString &option, int *size)
+    bool readSize(const QString &option, std::optional<int> *size)
     {
         if (!parser.isSet(option))
-            return refuse(QStringLiteral("Missing --%1: the size can not be guessed.").arg(option));
-        if (parseSize(parser.value(option), size))
             return true;
-        return refuse(QStringLiteral("--%1 %2: not a size. Give bytes, or a number with suffix K "
-                                     "or M, up to 64M.")
-                          .arg(option, parser.value(option)));
+        int bytes = 0;
+        if (!parseSize(parser.value(option), &bytes))
+            return refuse(QStringLiteral("--%1 %2: not a size. Give bytes, or a number with suffix "
+                                         "K or M, up to 64M.")
+                              .arg(option, parser.value(option)));
+        *size = bytes;
+        return true;
     }
 
-    // The row that `option` names in `table`.
-    template <typename Table> bool readChoice(const QString &option, const Table &table, int *row)
+    // The value of the row that `option` names in `table`.
+    template <typename Table>
+    bool readChoice(const QString &option, const Table &table, std::optional<int> *value)
     {
-        *row = rowWithLabel(table, parser.value(option).toStdString());
-        if (*row != kNoRow)
-            return true;
         if (!parser.isSet(option))
-            return refuse(QStringLiteral("Missing --%1: one of %2.").arg(option, choices(table)));
-        return refuse(QStringLiteral("--%1 %2: not one of %3.")
-                          .arg(option, parser.value(option), choices(table)));
+            return true;
+        const int row = rowWithLabel(table, parser.value(option).toStdString());
+        if (row == kNoRow)
+            return refuse(QStringLiteral("--%1 %2: not one of %3.")
+                              .arg(option, parser.value(option), choices(table)));
+        *value = table[static_cast<std::size_t>(row)].value;
+        return true;
+    }
+
+    bool readSystem()
+    {
+        const QString system = parser.value(kSystem).toLower();
+        if (system == QLatin1String("gb"))
+            options.values.system = kSystemGb;
+        else if (system == QLatin1String("gba"))
+            options.values.system = kSystemGba;
+        else if (parser.isSet(kSystem))
+            return refuse(
+                QStringLiteral("--system %1: not one of gb, gba.").arg(parser.value(kSystem)));
+        return true;
     }
 
     bool readDrive()
@@ -124,71 +121,62 @@ struct JobReader {
         if (letter.size() != 1 || letter[0] < QLatin1Char('A') || letter[0] > QLatin1Char('Z'))
             return refuse(QStringLiteral("--drive %1: not a drive letter from A to Z.")
                               .arg(parser.value(kDrive)));
-        job.driveLetter = letter[0].toLatin1();
+        options.driveLetter = letter[0].toLatin1();
         return true;
     }
 
-    bool readGb()
+    bool readValues()
     {
-        int mapper = kNoRow;
-        if (!readChoice(kMapper, kMappers, &mapper))
-            return false;
-        job.operate = command.gbCode;
-        job.scriptName = QString::fromLatin1(kMappers[static_cast<std::size_t>(mapper)].script);
-        return command.movesSave ? readSize(kRamSize, &job.ramSize)
-                                 : readSize(kRomSize, &job.romSize);
+        CartridgeValues &values = options.values;
+        options.asJson = parser.isSet(kJson);
+        options.isQuick = parser.isSet(kQuick);
+        return readDrive() && readSystem() && readChoice(kMapper, kMappers, &values.mapper) &&
+               readChoice(kSaveType, kGbaSaveTypes, &values.saveType) &&
+               readSize(kRomSize, &values.romSize) && readSize(kRamSize, &values.ramSize);
     }
 
-    // Any other pair of type and size would silently be handled as SRAM.
-    bool checkSaveSize()
+    bool readInfo(const QStringList &words)
     {
-        const auto first = static_cast<std::size_t>(offeredSaveSizes(job.saveType));
-        for (std::size_t row = first; row < first + kOfferedSaveSizes; ++row) {
-            if (kGbaSaveSizes[row].value == job.ramSize)
-                return true;
+        if (words.size() != 1)
+            return refuse(QStringLiteral("info takes no file name."));
+        options.request = CliRequest::ShowInfo;
+        return readValues();
+    }
+
+    bool readJob(const QStringList &words)
+    {
+        options.command = findCliCommand(words[0]);
+        if (options.command == nullptr)
+            return refuse(
+                QStringLiteral("\"%1\" is no command: use %2.").arg(words[0], kCommandNames));
+        if (words.size() != 2)
+            return refuse(QStringLiteral("%1 takes exactly one file name.").arg(words[0]));
+        options.fileName = words[1];
+        if (!readValues())
+            return false;
+        if (parser.isSet(kAuto) || !options.values.system) {
+            options.request = CliRequest::DetectThenRun;
+            return true;
         }
-        return refuse(QStringLiteral("--ram-size %1: a save of type %2 has %3 or %4 bytes.")
-                          .arg(job.ramSize)
-                          .arg(parser.value(kSaveType))
-                          .arg(kGbaSaveSizes[first].value)
-                          .arg(kGbaSaveSizes[first + 1].value));
+        options.request = CliRequest::RunJob;
+        return completeJob(*options.command, options.fileName, options.values, &options.job,
+                           &problem);
     }
 
-    bool readGba()
+    bool read(const QStringList &words)
     {
-        job.operate = command.gbaCode;
-        job.scriptName = QStringLiteral("gba.nut");
-        if (!command.movesSave)
-            return readSize(kRomSize, &job.romSize);
-        int saveType = kNoRow;
-        if (!readChoice(kSaveType, kGbaSaveTypes, &saveType) || !readSize(kRamSize, &job.ramSize))
-            return false;
-        job.saveType = kGbaSaveTypes[static_cast<std::size_t>(saveType)].value;
-        return checkSaveSize();
-    }
-
-    bool read()
-    {
-        const QString system = parser.value(kSystem).toLower();
-        if (!readDrive())
-            return false;
-        if (system == QLatin1String("gb"))
-            return readGb();
-        if (system == QLatin1String("gba"))
-            return readGba();
-        return refuse(
-            parser.isSet(kSystem)
-                ? QStringLiteral("--system %1: not one of gb, gba.").arg(parser.value(kSystem))
-                : QStringLiteral("Missing --system: one of gb, gba."));
+        if (words.isEmpty())
+            return refuse(QStringLiteral("Missing command: %1.").arg(kCommandNames));
+        return words[0] == QLatin1String("info") ? readInfo(words) : readJob(words);
     }
 };
 
-CliOptions refusal(const QString &reason)
+CliOptions answer(CliRequest request, const QString &text)
 {
-    return {CliRequest::Refuse,
-            reason +
-                QStringLiteral("\nTry \"gbdriver-cli --help\". Nothing was read or written.\n"),
-            {}};
+    CliOptions options;
+    options.request = request;
+    options.text = text;
+    return options;
 }
 
 } // namespace
@@ -205,10 +193,15 @@ bool parseSize(const QString &text, int *sizeBytes)
         digits.chop(1);
     bool isNumber = false;
     const qlonglong number = digits.toLongLong(&isNumber);
-    if (!isNumber || number < 1 || number > kLargestSize / unit)
+    if (!isNumber || !digits.at(0).isDigit() || number < 1 || number > kLargestSize / unit)
         return false;
     *sizeBytes = static_cast<int>(number * unit);
     return true;
+}
+
+QString withUsageHint(const QString &reason)
+{
+    return reason + QStringLiteral("\nTry \"gbdriver-cli --help\". Nothing was read or written.\n");
 }
 
 CliOptions parseCliOptions(const QStringList &arguments)
@@ -216,25 +209,14 @@ CliOptions parseCliOptions(const QStringList &arguments)
     QCommandLineParser parser;
     describeCommandLine(&parser);
     if (!parser.parse(arguments))
-        return refusal(parser.errorText());
-    if (parser.isSet(QStringLiteral("help")))
-        return {CliRequest::ShowText, parser.helpText(), {}};
+        return answer(CliRequest::Refuse, withUsageHint(parser.errorText()));
+    if (parser.isSet(kHelp))
+        return answer(CliRequest::ShowText, parser.helpText());
     if (parser.isSet(QStringLiteral("version")))
-        return {CliRequest::ShowText, QStringLiteral("gbdriver-cli " GBDRIVER_VERSION "\n"), {}};
+        return answer(CliRequest::ShowText, QStringLiteral("gbdriver-cli " GBDRIVER_VERSION "\n"));
 
-    const QStringList words = parser.positionalArguments();
-    if (words.isEmpty())
-        return refusal(QStringLiteral("Missing command: dump, read-ram or write-ram."));
-    const CommandRow *command = findCommand(words[0]);
-    if (command == nullptr)
-        return refusal(
-            QStringLiteral("\"%1\" is no command: use dump, read-ram or write-ram.").arg(words[0]));
-    if (words.size() != 2)
-        return refusal(QStringLiteral("%1 takes exactly one file name.").arg(words[0]));
-
-    JobReader reader{parser, *command, {}, {}};
-    reader.job.fileName = words[1];
-    if (!reader.read())
-        return refusal(reader.problem);
-    return {CliRequest::RunJob, {}, reader.job};
+    OptionReader reader{parser, {}, {}};
+    if (!reader.read(parser.positionalArguments()))
+        return answer(CliRequest::Refuse, withUsageHint(reader.problem));
+    return reader.options;
 }

@@ -14,8 +14,7 @@ class ProgressPrinter
 public:
     ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes);
 
-    // One log line as the worker sent it. Trailing line breaks are left out, and so is the markup
-    // of a rule.
+    // One log line as the worker sent it, without trailing line breaks.
     void printLine(const QString &line);
 
     void showProgress(qint64 doneBytes);
