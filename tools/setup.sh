@@ -90,6 +90,8 @@ fi
 echo "Installing:" "${missing[@]}" ${squirrel:+"$squirrel"}
 [ ${#missing[@]} = 0 ] || installPackages "${missing[@]}"
 if [ -n "$squirrel" ]; then
+    # With an empty package index nothing can be known about the distribution's own package.
+    [ "$(availableOf libsquirrel-dev)" = 1 ] || aptGet update || true
     if [ "$(availableOf libsquirrel-dev)" = 1 ]; then
         installPackages libsquirrel-dev
     else

@@ -24,7 +24,7 @@ cxx=${CXX:-g++}
 # Debian's own compilers name their architecture like its library folders, others have no such name.
 arch=$("$cxx" -print-multiarch)
 arch=${arch:-$("$cxx" -dumpmachine)}
-cache=${XDG_CACHE_HOME:-$HOME/.cache}/gbdriver
+cache=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/gbdriver
 build=squirrel-$version-$suite-r$recipe-$arch
 # FindSquirrel.cmake looks here; it stays the same when the build's own name changes.
 link=$cache/squirrel-$arch
@@ -48,22 +48,34 @@ trap 'rm -rf "$work" "$stage"' EXIT
 # As root, apt downloads as the user _apt, who must get through to the download folder.
 chmod 755 "$work"
 mkdir -p "$work/lists/partial" "$work/cache/archives/partial" "$work/download" "$work/source"
-[ "$(id -u)" != 0 ] || chown _apt "$work/download"
+[ "$(id -u)" != 0 ] || chown _apt "$work/download" 2>/dev/null || chmod 777 "$work/download"
 
-# The address of the first plain release (no -updates, no -security) among the machine's sources.
-mirror=$(apt-get --print-uris update | sed -nE "s,^'(.*/)dists/[a-z]+/(In)?Release' .*,\1,p")
-mirror=${mirror%%$'\n'*}
-[ -n "$mirror" ] || fail "apt has no Debian mirror configured"
+# The addresses of plain releases (no -updates, no -security) among the machine's sources. Which of
+# them is a Debian mirror shows when it is asked for the suite.
+mapfile -t mirrors < <(apt-get --print-uris update |
+    sed -nE "s,^'(https?://.*/)dists/[a-z]+/(In)?Release' .*,\1,p" | sort -u)
+[ ${#mirrors[@]} != 0 ] || fail "apt has no Debian mirror configured"
 
 signedBy=
 [ ! -r "$keyring" ] || signedBy="[signed-by=$keyring]"
-echo "deb-src $signedBy $mirror $suite main" >"$work/sources.list"
-
 apt=(-qq -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=-
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache")
 # Without the error mode a failed download would count as a warning.
-apt-get update "${apt[@]}" -o APT::Update::Error-Mode=any </dev/null ||
-    fail "cannot read the package index of $suite from the configured mirror"
+readIndex() {
+    echo "deb-src $signedBy $1 $suite main" >"$work/sources.list"
+    apt-get update "${apt[@]}" -o APT::Update::Error-Mode=any </dev/null
+}
+served=
+for mirror in "${mirrors[@]}"; do
+    if readIndex "$mirror" 2>>"$work/complaints"; then
+        served=yes
+        break
+    fi
+done
+[ -n "$served" ] || {
+    cat "$work/complaints" >&2
+    fail "cannot read the package index of $suite from any configured mirror"
+}
 
 # fetch PATTERN NAME: downloads the one file of the source package whose name matches.
 files=$(apt-get --print-uris source "${apt[@]}" squirrel3)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 namespace
 {
@@ -67,6 +68,7 @@ public:
 
     DriveType driveType(const char *root) override
     {
+        m_askedLetters.insert(root[0]);
         // A letter may be asked for before any scan has handed out letters.
         if (m_drives.find(root[0]) == nullptr)
             (void)m_drives.scan();
@@ -119,16 +121,16 @@ private:
         DriveStatus status;
     };
 
-    // A letter that no scan has ever listed belongs to no drive, and the path is an ordinary one. A
-    // letter whose drive is gone stays a drive's: its folder must not be mistaken for the drive.
+    // A letter that no scan has ever listed and nobody has asked for belongs to no drive, and the
+    // path is an ordinary one. A letter whose drive is gone stays a drive's: neither its empty
+    // folder nor the current one must be mistaken for the drive.
     Location locate(const char *path) const
     {
-        const LinuxDrive *drive = nullptr;
-        if (path[0] != '\0' && std::strncmp(path + 1, ":\\", 2) == 0)
-            drive = m_drives.find(path[0]);
-        if (drive == nullptr)
+        const bool hasLetter = path[0] != '\0' && std::strncmp(path + 1, ":\\", 2) == 0;
+        const LinuxDrive *drive = hasLetter ? m_drives.find(path[0]) : nullptr;
+        if (drive == nullptr && !(hasLetter && m_askedLetters.count(path[0]) != 0))
             return {path, false, {}};
-        if (!m_drives.isPresent(*drive))
+        if (drive == nullptr || !m_drives.isPresent(*drive))
             return {path,
                     true,
                     {DriveErrorCode::Gone, std::string("The drive of \"") + path +
@@ -139,6 +141,7 @@ private:
     }
 
     LinuxDrives m_drives;
+    std::set<char> m_askedLetters;
     KeptFile m_commandFile;
 };
 

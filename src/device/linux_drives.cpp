@@ -51,13 +51,17 @@ std::string folderName(const std::string &folder)
     return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 
-// "E=/mnt/reader[:LABEL]" without the "E=".
+// "E=/mnt/reader[:LABEL]" without the "E=". The folder is made absolute as long as there is a
+// current folder.
 LinuxDrive declaredDrive(char letter, const std::string &place)
 {
     const std::size_t colon = place.rfind(':');
+    const fs::path folder = place.substr(0, colon);
+    std::error_code error;
+    const fs::path absolute = fs::absolute(folder, error);
     LinuxDrive drive;
     drive.letter = letter;
-    drive.folder = fs::absolute(place.substr(0, colon)).lexically_normal().string();
+    drive.folder = (error ? folder : absolute).lexically_normal().string();
     drive.label = colon == std::string::npos ? folderName(drive.folder) : place.substr(colon + 1);
     return drive;
 }
@@ -111,7 +115,8 @@ bool isRemovableDevice(const std::string &device, const std::string &blockFolder
     std::error_code error;
     const fs::path node = fs::weakly_canonical(device, error);
     fs::path folder = fs::canonical(fs::path(blockFolder) / node.filename(), error);
-    if (error || node.filename().empty())
+    // The source of a network mount ("//nas/sdb1") is no device node, whatever its name.
+    if (error || node.filename().empty() || !fs::exists(node, error))
         return false;
     if (fs::exists(folder / "partition", error))
         folder = folder.parent_path(); // only the disk has the flag

@@ -127,10 +127,20 @@ private:
         if (m_policy == CachePolicy::DropFirst)
             (void)::posix_fadvise(m_file.get(), 0, 0, POSIX_FADV_DONTNEED);
         const ssize_t got = preadRetrying(m_file.get(), destination, length, offset);
+        if (got < 0 && errno == EINVAL && m_policy == CachePolicy::Direct && giveUpDirect())
+            return readAt(destination, offset, length, count);
         if (got < 0)
             return statusFromErrno(errno, "read", m_path);
         *count = static_cast<std::uint32_t>(got);
         return {};
+    }
+
+    // Some file systems accept O_DIRECT and refuse the read, as a disk with larger sectors does.
+    bool giveUpDirect()
+    {
+        const int flags = ::fcntl(m_file.get(), F_GETFL);
+        m_policy = CachePolicy::DropFirst;
+        return flags >= 0 && ::fcntl(m_file.get(), F_SETFL, flags & ~O_DIRECT) == 0;
     }
 
     FileDescriptor m_file;

@@ -12,7 +12,7 @@
 
 // The logical sector size of USB sticks and of the reader.
 constexpr std::uint32_t kSectorSize = 512;
-// Alignment of the bounce buffer: a page, which satisfies disks with larger sectors as well.
+// Alignment of the bounce buffer: a page.
 constexpr std::uint32_t kBounceAlignment = 4096;
 
 // The run of whole sectors around a request. `skip` bytes at its start belong to nobody.

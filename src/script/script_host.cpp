@@ -29,7 +29,8 @@ void printToLog(HSQUIRRELVM v, const SQChar *format, ...)
     va_start(arguments, format);
     std::vsnprintf(text, sizeof(text) - 1, format, arguments);
     va_end(arguments);
-    auto *owner = static_cast<FamicomThread *>(sq_getforeignptr(v));
+    // Coroutines of a script are machines of their own; only the shared pointer reaches them.
+    auto *owner = static_cast<FamicomThread *>(sq_getsharedforeignptr(v));
     emit owner->log(QString::fromUtf8(text));
 }
 
@@ -94,6 +95,7 @@ HSQUIRRELVM createVm(FamicomThread *owner)
     SQPRINTFUNCTION print = printNothing;
     if (owner != nullptr) {
         sq_setforeignptr(v, owner);
+        sq_setsharedforeignptr(v, owner);
         print = printToLog;
     }
     sq_setprintfunc(v, print, print);

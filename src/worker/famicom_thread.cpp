@@ -10,6 +10,7 @@
 #include <QFileInfo>
 
 #include <limits>
+#include <new>
 
 namespace
 {
@@ -89,15 +90,21 @@ void keyCipher()
 }
 
 // Cleared, so that a script which fills too little leaves zeros and not bytes of an older job.
-void allocateBuffer(FamicomThread &job)
+// Returns: false if there is not enough memory.
+bool allocateBuffer(FamicomThread &job)
 {
     if (isFlashJob(job.operate)) {
         job.rom_size = flashFileSize(job);
         keyCipher();
     }
     const int size = jobBufferSize(job);
-    if (size >= 0 && (isDumpJob(job.operate) || isWriteJob(job.operate)))
-        job.data_buf = new unsigned char[static_cast<std::size_t>(size) + kTransferSlack]();
+    if (size < 0 || !(isDumpJob(job.operate) || isWriteJob(job.operate)))
+        return true;
+    job.data_buf =
+        new (std::nothrow) unsigned char[static_cast<std::size_t>(size) + kTransferSlack]();
+    if (job.data_buf == nullptr)
+        emit job.log(FamicomThread::tr("Not enough memory."));
+    return job.data_buf != nullptr;
 }
 
 bool readWholeFile(FamicomThread &job, DriveFile *file)
@@ -144,7 +151,8 @@ bool runJob(FamicomThread &job)
     }
     if (!selectBus(job))
         return false;
-    allocateBuffer(job);
+    if (!allocateBuffer(job))
+        return false;
     if (isWriteJob(job.operate) && !readInputFile(job))
         return false;
     if (!runOperation(&job))

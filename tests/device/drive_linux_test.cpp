@@ -38,6 +38,7 @@ private slots:
     void pathsOnTheDriveUseItsFolder();
     void blanksAndOtherScriptsInTheFolder();
     void letterOfNoScanIsAnOrdinaryPath();
+    void letterThatWasAskedForIsNeverAnOrdinaryPath();
     void goneFolderServesNothing();
     void returnedFolderServesAgain();
 
@@ -186,6 +187,21 @@ void DriveLinuxTest::letterOfNoScanIsAnOrdinaryPath()
             DriveErrorCode::NotFound);
     QVERIFY(!backend->openForWrite("", &file).ok());
     QVERIFY(file == nullptr);
+}
+
+// The link stores the letter of a failed probe; commands to it must not end up in a file beside the
+// user's own.
+void DriveLinuxTest::letterThatWasAskedForIsNeverAnOrdinaryPath()
+{
+    const LinuxReaderFolder reader(QDir::tempPath());
+    const QTemporaryDir current;
+    QVERIFY(QDir::setCurrent(current.path()));
+    const auto backend = createPlatformBackend();
+    setDriveBackend(backend.get());
+    QCOMPARE(findDevice('Z', nullptr), 0);
+    QCOMPARE(gbaSaveErase(), 0U);
+    setDriveBackend(nullptr);
+    QVERIFY(QDir(current.path()).isEmpty());
 }
 
 void DriveLinuxTest::goneFolderServesNothing()

@@ -141,7 +141,8 @@ void LinuxDrivesTest::removableFlag()
     addDisk("sdf", "");
     const std::string path = device.isEmpty() ? std::string() : inside("/" + device);
     QCOMPARE(isRemovableDevice(path, inside("/class/block")), removable);
-    for (const char *other : {"tmpfs", "host:/export", "/dev/root-of-nothing"})
+    for (const char *other :
+         {"tmpfs", "host:/export", "host:/sdb1", "//nas/sdb1", "/dev/root-of-nothing"})
         QVERIFY(!isRemovableDevice(other, inside("/class/block")));
 }
 

@@ -64,6 +64,7 @@ private slots:
 
     void everyPrintIsOneLogLine_data();
     void everyPrintIsOneLogLine();
+    void coroutinesPrintToTheSameLog();
     void longPrintIsCut_data();
     void longPrintIsCut();
 
@@ -208,6 +209,16 @@ void ScriptHostTest::everyPrintIsOneLogLine()
     QFETCH(QStringList, lines);
     QVERIFY(SQ_SUCCEEDED(execute(script)));
     QCOMPARE(logs(), lines);
+}
+
+// A coroutine is a machine of its own, without the foreign pointer of the one that started it.
+void ScriptHostTest::coroutinesPrintToTheSameLog()
+{
+    QVERIFY(execute("::newthread(@() print(\"from inside\")).call();") >= 0);
+    QCOMPARE(logs(), QStringList({"from inside"}));
+    m_events.clear();
+    QVERIFY(execute("::newthread(function() { throw \"lost\"; }).call();") < 0);
+    QVERIFY(logs().join(QString()).contains("[lost]"));
 }
 
 void ScriptHostTest::longPrintIsCut_data()
