@@ -24,6 +24,16 @@ void printError(const QString &text)
     std::fputs(text.toLocal8Bit().constData(), stderr);
 }
 
+// Ends a job that the report can not complete.
+bool refuseJob(const CartridgeValues &found, const QString &problem)
+{
+    const QString values = describeValues(found);
+    printError(QStringLiteral("Found: %1.\n%2\nTry \"gbdriver-cli --help\". The cartridge was only "
+                              "looked at.\n")
+                   .arg(values.isEmpty() ? QStringLiteral("nothing") : values, problem));
+    return false;
+}
+
 // Looks at the cartridge and completes what the user said. Returns: false if something is missing
 // still; it has been printed.
 bool detectJob(const CliOptions &options, CliJob *job)
@@ -34,17 +44,13 @@ bool detectJob(const CliOptions &options, CliJob *job)
     if (report.outcome == ReportOutcome::NoReader || report.outcome == ReportOutcome::NoMode ||
         report.outcome == ReportOutcome::ShortRead)
         return false;
-    if (found.system && options.values.system && found.system != options.values.system) {
-        printError(withUsageHint(QStringLiteral("The cartridge is of another system than --system "
-                                                "says.")));
-        return false;
-    }
+    if (found.system && options.values.system && found.system != options.values.system)
+        return refuseJob(found, QStringLiteral("The cartridge is of another system than --system "
+                                               "says."));
     const CartridgeValues values = mergeValues(options.values, found);
     QString problem;
-    if (!completeJob(*options.command, options.fileName, values, job, &problem)) {
-        printError(withUsageHint(QStringLiteral("The report does not say everything. ") + problem));
-        return false;
-    }
+    if (!completeJob(*options.command, options.fileName, values, job, &problem))
+        return refuseJob(found, problem);
     printError(QStringLiteral("Using: %1.\n").arg(describeValues(values)));
     return true;
 }

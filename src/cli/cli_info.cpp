@@ -117,8 +117,7 @@ void addGbaGame(const GbaHeaderInfo &gba, QJsonObject *object)
         object->insert("saveType", QString::fromLatin1(kGbaSaveTypes[type].label).toLower());
 }
 
-void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks,
-               const QStringList &lines)
+void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks)
 {
     QJsonObject object;
     if (report.outcome != ReportOutcome::NoReader)
@@ -129,7 +128,7 @@ void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks
     else if (!checks.isEmpty())
         addGbaHeader(report.header, &object);
     else
-        object.insert("error", lines.isEmpty() ? QString() : lines.first());
+        object.insert("error", report.error);
     if (report.outcome == ReportOutcome::GbaCartridge)
         addGbaGame(report.gba, &object);
     for (const HeaderCheck &check : checks)
@@ -141,16 +140,14 @@ void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks
 
 bool runCliInfo(bool asJson, bool isQuick, bool isTerminal)
 {
-    QStringList lines;
     const CartridgeReport report = detectCartridge([&](const QString &line) {
-        lines << line;
         if (!asJson)
             printLine(line);
     });
     std::fflush(stdout);
     const QVector<HeaderCheck> checks = checkHeader(report, isQuick, isTerminal);
     if (asJson)
-        printJson(report, checks, lines);
+        printJson(report, checks);
     else
         printText(report, checks);
     return !checks.isEmpty();

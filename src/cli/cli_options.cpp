@@ -6,6 +6,8 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -171,12 +173,28 @@ struct OptionReader {
     }
 };
 
+// Neither signs nor blanks, which a conversion would let pass.
+bool isDigitsOnly(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character >= QLatin1Char('0') && character <= QLatin1Char('9');
+    });
+}
+
 CliOptions answer(CliRequest request, const QString &text)
 {
     CliOptions options;
     options.request = request;
     options.text = text;
     return options;
+}
+
+// Every refusal says where to read on, and that nothing has happened.
+CliOptions refusal(const QString &reason)
+{
+    return answer(CliRequest::Refuse,
+                  reason + QStringLiteral("\nTry \"gbdriver-cli --help\". Nothing was read or "
+                                          "written.\n"));
 }
 
 } // namespace
@@ -193,15 +211,10 @@ bool parseSize(const QString &text, int *sizeBytes)
         digits.chop(1);
     bool isNumber = false;
     const qlonglong number = digits.toLongLong(&isNumber);
-    if (!isNumber || !digits.at(0).isDigit() || number < 1 || number > kLargestSize / unit)
+    if (!isNumber || !isDigitsOnly(digits) || number < 1 || number > kLargestSize / unit)
         return false;
     *sizeBytes = static_cast<int>(number * unit);
     return true;
-}
-
-QString withUsageHint(const QString &reason)
-{
-    return reason + QStringLiteral("\nTry \"gbdriver-cli --help\". Nothing was read or written.\n");
 }
 
 CliOptions parseCliOptions(const QStringList &arguments)
@@ -209,7 +222,7 @@ CliOptions parseCliOptions(const QStringList &arguments)
     QCommandLineParser parser;
     describeCommandLine(&parser);
     if (!parser.parse(arguments))
-        return answer(CliRequest::Refuse, withUsageHint(parser.errorText()));
+        return refusal(parser.errorText());
     if (parser.isSet(kHelp))
         return answer(CliRequest::ShowText, parser.helpText());
     if (parser.isSet(QStringLiteral("version")))
@@ -217,6 +230,6 @@ CliOptions parseCliOptions(const QStringList &arguments)
 
     OptionReader reader{parser, {}, {}};
     if (!reader.read(parser.positionalArguments()))
-        return answer(CliRequest::Refuse, withUsageHint(reader.problem));
+        return refusal(reader.problem);
     return reader.options;
 }

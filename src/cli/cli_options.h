@@ -60,6 +60,3 @@ bool completeJob(const CliCommand &command, const QString &fileName, const Cartr
 // Reads a size in bytes, decimal, or with suffix K or M (1024, 1048576). Returns: false unless it
 // is a whole number from 1 to 64 MiB, the largest cartridge.
 bool parseSize(const QString &text, int *sizeBytes);
-
-// Ends every refusal: where to read on, and that nothing has happened.
-QString withUsageHint(const QString &reason);

@@ -27,7 +27,8 @@ class Reporter
     Q_DECLARE_TR_FUNCTIONS(MainTab)
 
 public:
-    explicit Reporter(const ReportOutput &output) : m_output(output)
+    Reporter(const ReportOutput &output, const HeaderDecoders &decoders)
+        : m_output(output), m_decoders(decoders)
     {
         m_report.header.fill('\0', static_cast<int>(kReportedBytes));
     }
@@ -35,18 +36,18 @@ public:
     CartridgeReport make()
     {
         if (findDevice(0, nullptr) == 0) {
-            line(tr("Can not found dump device."));
+            fail(ReportOutcome::NoReader, tr("Can not found dump device."));
             return m_report;
         }
         reportDevice();
         if (!readHeader(selectGbMode, &DeviceOps::gbRead))
             return m_report;
-        if (decodeGbHeader(header(), &m_report.gb) != 0) {
+        if (m_decoders.gb(header(), &m_report.gb) != 0) {
             reportGb();
             return m_report;
         }
         if (readHeader(selectGbaMode, &DeviceOps::gbaRead))
-            reportGba(decodeGbaHeader(header(), &m_report.gba));
+            reportGba(m_decoders.gba(header(), &m_report.gba));
         return m_report;
     }
 
@@ -70,6 +71,7 @@ private:
     bool fail(ReportOutcome outcome, const QString &message)
     {
         m_report.outcome = outcome;
+        m_report.error = message;
         line(message);
         return false;
     }
@@ -124,10 +126,9 @@ private:
 
     void reportUnknown()
     {
-        m_report.outcome = ReportOutcome::Unknown;
+        fail(ReportOutcome::Unknown, tr("Can not auto detect cartridge information."));
         for (const QString &message :
-             {tr("Can not auto detect cartridge information."),
-              tr("Maybe no insert cart or it's a black cart."), tr("Also try:"),
+             {tr("Maybe no insert cart or it's a black cart."), tr("Also try:"),
               tr(" 1.Turn off anti-virus software."), tr(" 2.Damaged or Dirty."),
               tr(" 3.Switch correct volte on dump board."), tr(" 4.Try again.")})
             line(message);
@@ -138,8 +139,7 @@ private:
     // present one returns the ROM size for both and never leads here.
     void reportGbaWithoutDetail()
     {
-        m_report.outcome = ReportOutcome::Unknown;
-        line(tr("Detect GBA cartridge, but can not detect detail."));
+        fail(ReportOutcome::Unknown, tr("Detect GBA cartridge, but can not detect detail."));
         m_output.settings({kSystemGba, {}, {}, {}});
         line(QString::fromLatin1(kRule));
     }
@@ -160,14 +160,15 @@ private:
     }
 
     const ReportOutput &m_output;
+    const HeaderDecoders m_decoders;
     CartridgeReport m_report;
 };
 
 } // namespace
 
-CartridgeReport makeCartridgeReport(const ReportOutput &output)
+CartridgeReport makeCartridgeReport(const ReportOutput &output, const HeaderDecoders &decoders)
 {
-    return Reporter(output).make();
+    return Reporter(output, decoders).make();
 }
 
 bool isUnknownGbaGame(const CartridgeReport &report)

@@ -32,6 +32,12 @@ struct ReportOutput {
     std::function<void(const DetectedSettings &)> settings;
 };
 
+// What recognises a header.
+struct HeaderDecoders {
+    int (*gb)(const std::uint8_t *header, GbHeaderInfo *info) = decodeGbHeader;
+    int (*gba)(const std::uint8_t *header, GbaHeaderInfo *info) = decodeGbaHeader;
+};
+
 enum class ReportOutcome {
     NoReader,     // no drive answered
     NoMode,       // a bus mode could not be selected
@@ -45,12 +51,14 @@ struct CartridgeReport {
     ReportOutcome outcome = ReportOutcome::NoReader;
     QString label;    // of the reader's drive
     QString firmware; // the reader's name for itself
+    QString error;    // the line that says why no cartridge was recognised; empty if one was
     GbHeaderInfo gb;
     GbaHeaderInfo gba;
     QByteArray header; // the last kReportedBytes bytes read; zeros where nothing arrived
 };
 
-CartridgeReport makeCartridgeReport(const ReportOutput &output);
+CartridgeReport makeCartridgeReport(const ReportOutput &output,
+                                    const HeaderDecoders &decoders = {});
 
 // True for a GBA cartridge whose game stands in no row of the table. The window's report can not
 // tell it from an empty slot; its header's title and code can still be shown.

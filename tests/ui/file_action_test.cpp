@@ -425,10 +425,7 @@ void FileActionTest::shippedScriptsDumpByteForByte()
     m_tab->settings->selectItem1(mapper);
     m_tab->settings->selectItem2(romSize);
     m_tab->settings->selectItem3(ramSize);
-    const QString script = m_tab->settings->getMbcScript();
-    QFile shipped(QString(GBDRIVER_MAPPER_FOLDER "/") + script);
-    QVERIFY2(shipped.open(QIODevice::ReadOnly), qPrintable(shipped.fileName()));
-    ReaderFixture::addScript(script, shipped.readAll());
+    ReaderFixture::addShippedScripts();
 
     pressAndWait(&MainTab::dumpButton, m_fixture->path("dump.gb"));
     QVERIFY2(m_tab->console->toPlainText().contains(">Success!"),

@@ -43,12 +43,6 @@ private slots:
     void workerSignalsReachTheTab();
     void cancelReachesTheWorker();
 
-    void reportWithoutReader();
-    void reportNamesTheReader();
-    void reportBoundsTheFirmwareName();
-    void reportReadsUtf8();
-    void reportGivesUpTheDrive();
-
 private:
     void useReader(VirtualReaderConfig config = {});
 
@@ -255,52 +249,6 @@ void MainTabTest::cancelReachesTheWorker()
     QTest::mouseClick(m_tab->cancelButton, Qt::LeftButton);
     QCOMPARE(m_tab->worker->cancel_flag.load(), 1);
     COMPARE_LOG(*m_tab, QStringList());
-}
-
-void MainTabTest::reportWithoutReader()
-{
-    m_fixture->drive().setGone(true);
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    COMPARE_LOG(*m_tab, QStringList{"Can not found dump device."});
-    QVERIFY(isIdle(*m_tab));
-}
-
-void MainTabTest::reportNamesTheReader()
-{
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    COMPARE_LOG(*m_tab, (QStringList{"--Device information--", "Driver label: VIRTUAL",
-                                     "Device firmware: QDX_PCB02_FW303", "\r\n"}));
-    QCOMPARE(static_cast<char>(deviceLink.driveLetter), 'E');
-    QVERIFY(isIdle(*m_tab));
-}
-
-void MainTabTest::reportBoundsTheFirmwareName()
-{
-    VirtualReaderConfig config;
-    config.identity = "0123456789ABCDEF"; // all 16 bytes, no NUL
-    useReader(config);
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    COMPARE_LOG(*m_tab, (QStringList{"--Device information--", "Driver label: VIRTUAL",
-                                     "Device firmware: 0123456789ABCDEF", "\r\n"}));
-}
-
-void MainTabTest::reportReadsUtf8()
-{
-    VirtualReaderConfig config;
-    config.identity = "FW \xC3\xA9\xE2\x82\xAC";
-    useReader(config);
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    COMPARE_LOG(*m_tab, (QStringList{"--Device information--", "Driver label: VIRTUAL",
-                                     QStringLiteral(u"Device firmware: FW \u00e9\u20ac"), "\r\n"}));
-}
-
-void MainTabTest::reportGivesUpTheDrive()
-{
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    QCOMPARE(m_fixture->drive().releases, 1);
-    m_fixture->drive().setGone(true);
-    QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
-    QCOMPARE(m_fixture->drive().releases, 2);
 }
 
 QTEST_MAIN(MainTabTest)

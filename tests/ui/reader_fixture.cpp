@@ -94,6 +94,17 @@ QString ReaderFixture::addScript(const QString &name, const QByteArray &text)
     return scriptPath(name);
 }
 
+void ReaderFixture::addShippedScripts()
+{
+    const QDir folder(GBDRIVER_MAPPER_FOLDER);
+    for (const QString &name : folder.entryList({"*.nut"}, QDir::Files)) {
+        QFile script(folder.filePath(name));
+        if (!script.open(QIODevice::ReadOnly))
+            qFatal("cannot read %s", qPrintable(script.fileName()));
+        addScript(name, script.readAll());
+    }
+}
+
 QString ReaderFixture::addFile(const QString &name, const QByteArray &bytes) const
 {
     if (!writeFile(path(name), bytes))

@@ -45,6 +45,8 @@ public:
     // Writes a mapper script beside the program. Returns: its full path.
     static QString addScript(const QString &name, const QByteArray &text);
     static QString scriptPath(const QString &name);
+    // The mapper scripts that the program ships; they load each other, so all of them.
+    static void addShippedScripts();
 
     // A file in the user's folder: its path, its contents.
     QString path(const QString &name) const { return m_folder.filePath(name); }

@@ -1,0 +1,157 @@
+// From the report to the values of a job.
+#include "cli/cli_detection.h"
+
+#include "cart/setting_tables.h"
+#include "cli/cli_command.h"
+#include "worker/famicom_thread.h"
+
+#include <QtTest>
+
+namespace
+{
+
+CartridgeReport gbReport(int mapper, int romSize, int ramSize)
+{
+    CartridgeReport report;
+    report.outcome = ReportOutcome::GbCartridge;
+    report.header.fill('\0', static_cast<int>(kReportedBytes));
+    report.gb.mbcType = mapper;
+    report.gb.romSize = romSize;
+    report.gb.ramSize = ramSize;
+    return report;
+}
+
+CartridgeReport gbaReport(int romSize, int saveSize, int saveType)
+{
+    CartridgeReport report;
+    report.outcome = ReportOutcome::GbaCartridge;
+    report.header.fill('\0', static_cast<int>(kReportedBytes));
+    report.gba.romSize = romSize;
+    report.gba.saveSize = saveSize;
+    report.gba.saveType = saveType;
+    return report;
+}
+
+const CartridgeValues kNothing;
+const CartridgeValues kGb = {kSystemGb, 4, 65536, 8192, {}};
+const CartridgeValues kGba = {kSystemGba, {}, 4194304, 512, kSaveEeprom};
+
+} // namespace
+
+class CliDetectionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void gbValues()
+    {
+        QCOMPARE(describeValues(valuesFound(gbReport(1, 131072, 8192))),
+                 QString("system gb, mapper mbc1, ROM 131072 bytes, save 8192 bytes"));
+        const CartridgeValues values = valuesFound(gbReport(6, 32768, 0));
+        QCOMPARE(*values.mapper, 6);
+        QVERIFY(!values.ramSize);
+        QVERIFY(!values.saveType);
+    }
+
+    void gbaValues()
+    {
+        QCOMPARE(describeValues(valuesFound(gbaReport(8388608, 131072, kSaveFlash))),
+                 QString("system gba, ROM 8388608 bytes, save type flash, save 131072 bytes"));
+        // Type SRAM of a game without a known save means nothing.
+        const CartridgeValues values = valuesFound(gbaReport(8388608, 0, kSaveSram));
+        QVERIFY(!values.mapper);
+        QVERIFY(!values.ramSize);
+        QVERIFY(!values.saveType);
+    }
+
+    void otherOutcomesFindNothing_data()
+    {
+        QTest::addColumn<int>("outcome");
+        QTest::newRow("no reader") << static_cast<int>(ReportOutcome::NoReader);
+        QTest::newRow("no mode") << static_cast<int>(ReportOutcome::NoMode);
+        QTest::newRow("short read") << static_cast<int>(ReportOutcome::ShortRead);
+        QTest::newRow("unknown") << static_cast<int>(ReportOutcome::Unknown);
+    }
+    void otherOutcomesFindNothing()
+    {
+        QFETCH(int, outcome);
+        CartridgeReport report = gbReport(4, 65536, 8192);
+        report.outcome = static_cast<ReportOutcome>(outcome);
+        QCOMPARE(describeValues(valuesFound(report)), QString());
+    }
+
+    void everyMapperIsNamed()
+    {
+        QStringList names;
+        for (const MapperRow &row : kMappers)
+            names << describeValues({{}, row.value, {}, {}, {}});
+        QCOMPARE(names, (QStringList{"mapper none", "mapper mbc1", "mapper mbc2", "mapper mbc3",
+                                     "mapper mbc5", "mapper mbc7", "mapper tama5"}));
+    }
+
+    // Said, found, merged: each as describeValues() prints it.
+    void saidWinsOverFound_data()
+    {
+        QTest::addColumn<CartridgeValues>("said");
+        QTest::addColumn<CartridgeValues>("found");
+        QTest::addColumn<QString>("merged");
+        const auto add = [](const char *name, const CartridgeValues &said,
+                            const CartridgeValues &found,
+                            const char *merged) { QTest::newRow(name) << said << found << merged; };
+        const char kGbText[] = "system gb, mapper mbc5, ROM 65536 bytes, save 8192 bytes";
+        add("nothing said", kNothing, kGb, kGbText);
+        add("nothing found", kGb, kNothing, kGbText);
+        add("nothing at all", kNothing, kNothing, "");
+        add("same system", {kSystemGb, {}, {}, {}, {}}, kGb, kGbText);
+        add("mapper", {{}, 1, {}, {}, {}}, kGb,
+            "system gb, mapper mbc1, ROM 65536 bytes, save 8192 bytes");
+        add("mapper none", {{}, 0, {}, {}, {}}, kGb,
+            "system gb, mapper none, ROM 65536 bytes, save 8192 bytes");
+        add("ROM size", {{}, {}, 32768, {}, {}}, kGb,
+            "system gb, mapper mbc5, ROM 32768 bytes, save 8192 bytes");
+        add("RAM size", {{}, {}, {}, 32768, {}}, kGb,
+            "system gb, mapper mbc5, ROM 65536 bytes, save 32768 bytes");
+        add("save type", {{}, {}, {}, {}, kSaveSram}, kGba,
+            "system gba, ROM 4194304 bytes, save type sram, save 512 bytes");
+        add("other system", {kSystemGba, {}, {}, {}, {}}, kGb, "system gba");
+        add("values without a system", {{}, 1, 32768, {}, {}}, kNothing,
+            "mapper mbc1, ROM 32768 bytes");
+    }
+    void saidWinsOverFound()
+    {
+        QFETCH(CartridgeValues, said);
+        QFETCH(CartridgeValues, found);
+        QTEST(describeValues(mergeValues(said, found)), "merged");
+    }
+
+    void foundValuesMakeAJob()
+    {
+        CliJob job;
+        QString problem;
+        QVERIFY(completeJob(*findCliCommand("write-ram"), "f", kGba, &job, &problem));
+        QCOMPARE(job.operate, int(GBA_WRITE_RAM));
+        QCOMPARE(job.scriptName, QString("gba.nut"));
+        QCOMPARE(job.fileName, QString("f"));
+        QCOMPARE(job.romSize, 0);
+        QCOMPARE(job.ramSize, 512);
+        QCOMPARE(job.saveType, int(kSaveEeprom));
+        QVERIFY(completeJob(*findCliCommand("dump"), "f", kGb, &job, &problem));
+        QCOMPARE(job.operate, int(GB_READ_ROM));
+        QCOMPARE(job.scriptName, QString("gb_mbc5.nut"));
+        QCOMPARE(job.romSize, 65536);
+        QCOMPARE(problem, QString());
+    }
+
+    void commandsAreFoundByTheirWholeName()
+    {
+        for (const char *name : {"dump", "read-ram", "write-ram"})
+            QVERIFY2(findCliCommand(name) != nullptr, name);
+        for (const char *name : {"", "info", "Dump", "dum", "dumps"})
+            QVERIFY2(findCliCommand(name) == nullptr, name);
+    }
+};
+
+Q_DECLARE_METATYPE(CartridgeValues)
+
+QTEST_GUILESS_MAIN(CliDetectionTest)
+#include "cli_detection_test.moc"

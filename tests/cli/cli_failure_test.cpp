@@ -1,0 +1,313 @@
+// The built command-line program when something is wrong: exit code 1, the reason on standard
+// error, nothing on standard output, and the user's file left alone where nothing was read.
+#include "program_run.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace
+{
+
+constexpr std::uint32_t kRomSize = 64 * 1024;
+constexpr std::uint32_t kRamSize = 32 * 1024;
+constexpr int kDriverFileSize = 64 * 1024;
+const char kDumpOptions[] = "--system gb --mapper mbc5 --rom-size 64K";
+const char kSaveOptions[] = "--system gb --mapper mbc5 --ram-size 32K";
+
+// Reads every bank and looks at nothing.
+const char kTrustingScript[] = "function cpu_dump(dev, size, max)\n"
+                               "{\n"
+                               "    cpu_read(dev, 0, 0x8000);\n"
+                               "    for (local bank = 2; bank * 0x4000 < size; bank++)\n"
+                               "        cpu_read(dev, 0x4000, 0x4000);\n"
+                               "}\n";
+
+} // namespace
+
+class CliFailureTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+        QVERIFY(writeFile(path("cart.gb"), mbc5Image(kRomSize, kRamSize)));
+        QVERIFY(writeFile(path("file"), "old"));
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("nothing") << ""
+                                 << "Missing command";
+        QTest::newRow("unknown option") << "dump FILE --fast"
+                                        << "Unknown option 'fast'.";
+        QTest::newRow("unknown command") << "erase FILE"
+                                         << "\"erase\" is no command";
+        QTest::newRow("missing file") << "dump"
+                                      << "exactly one file name";
+        QTest::newRow("option of a library") << "--help-all"
+                                             << "Unknown option 'help-all'.";
+        QTest::newRow("size with a sign") << "dump FILE --system gb --mapper mbc5 --rom-size +1M"
+                                          << "--rom-size +1M: not a size";
+        QTest::newRow("file name for info") << "info FILE"
+                                            << "info takes no file name.";
+        QTest::newRow("missing option") << "dump FILE --system gb --rom-size 64K"
+                                        << "Missing --mapper";
+        QTest::newRow("wrong value") << "dump FILE --system gb --mapper mbc9 --rom-size 64K"
+                                     << "--mapper mbc9: not one of";
+        QTest::newRow("too large") << "dump FILE --system gb --mapper mbc5 --rom-size 65M"
+                                   << "up to 64M";
+    }
+    void wrongUsage()
+    {
+        QFETCH(QString, words);
+        QFETCH(QString, reason);
+        checkFailure(run(words.replace("FILE", path("file")), "demo"), reason);
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void noReader_data()
+    {
+        QTest::addColumn<QString>("drives");
+        QTest::newRow("empty list") << ";";
+        QTest::newRow("no such folder") << "E=/nonexistent/reader";
+        QTest::newRow("list that is not understood") << "reader";
+    }
+    void noReader()
+    {
+        QFETCH(QString, drives);
+        const ProgramResult result = runProgram(CLI_PROGRAM, dump(path("file")), {"", drives});
+        checkFailure(result, "Can not found device.");
+        QVERIFY2(result.err.endsWith(">Operation failure.\n"), qPrintable(result.err));
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void otherDriveLetter()
+    {
+        checkFailure(run(dump(path("file")) + " --drive F", cart()), "Can not found device.");
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void badVirtualReader_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("no request") << "something"
+                                    << "\"something\" is not understood";
+        QTest::newRow("no cartridge") << "save=x.sav"
+                                      << "either demo or cart=FILE must be given";
+        QTest::newRow("two cartridges") << "demo,cart=x.gb"
+                                        << "either demo or cart=FILE";
+        QTest::newRow("missing file") << "cart=/nonexistent.gb"
+                                      << "/nonexistent.gb";
+        QTest::newRow("no name") << "cart="
+                                 << "\"cart=\" is not understood";
+        QTest::newRow("bad letter") << "demo,drive=7"
+                                    << "\"drive=7\" is not understood";
+    }
+    void badVirtualReader()
+    {
+        QFETCH(QString, value);
+        QFETCH(QString, reason);
+        const ProgramResult result = run(dump(path("file")), value);
+        checkFailure(result, reason);
+        QVERIFY2(result.err.startsWith("gbdriver-cli: GBDRIVER_VIRTUAL_READER: "),
+                 qPrintable(result.err));
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void missingMapperFolder()
+    {
+        const QString program = path("gbdriver-cli");
+        QVERIFY(QFile::copy(CLI_PROGRAM, program));
+        const ProgramResult result = runProgram(program, dump(path("file")), {cart(), ""});
+        checkFailure(result, "There is no mapper script \"" + QFileInfo(program).canonicalPath() +
+                                 "/mapper/gb_mbc5.nut\"");
+        QVERIFY2(result.err.contains("Install the mapper folder beside the program."),
+                 qPrintable(result.err));
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void brokenMapperScript()
+    {
+        const QString program = programWithScript("function cpu_dump(\n");
+        const ProgramResult result = runProgram(program, dump(path("file")), {cart(), ""});
+        checkFailure(result, "dump core script error");
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void sizeThatTheMapperCanNotHave()
+    {
+        checkFailure(
+            run("dump " + path("file") + " --system gb --mapper mbc5 --rom-size 48K", cart()),
+            "49152 bytes");
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    void outputThatCanNotBeWritten_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("folder does not exist") << "none/file";
+        QTest::newRow("is a folder") << ".";
+    }
+    void outputThatCanNotBeWritten()
+    {
+        QFETCH(QString, name);
+        const ProgramResult result = run(dump(path(name)), cart());
+        checkFailure(result, "Save file error.");
+        // The system's own reason names the file.
+        QVERIFY2(result.err.contains(path(name) + "\":"), qPrintable(result.err));
+    }
+
+    void inputThatIsTooShort()
+    {
+        const QByteArray save = noise(kRamSize, 1);
+        QVERIFY(writeFile(path("kept.sav"), save));
+        QVERIFY(writeFile(path("file"), noise(kRamSize - 1, 2)));
+        const ProgramResult result = run(QString("write-ram %1 %2").arg(path("file"), kSaveOptions),
+                                         cart() + ",save=" + path("kept.sav"));
+        checkFailure(result, "Read File error.");
+        QVERIFY(fileBytes(path("kept.sav")) == save);
+    }
+
+    // Natives do not report payload that does not arrive, so the job itself ends well.
+    void saveThatDoesNotArriveIsNoSuccess()
+    {
+        QVERIFY(writeFile(path("file"), noise(kRamSize, 2)));
+        const ProgramResult result = run(QString("write-ram %1 %2").arg(path("file"), kSaveOptions),
+                                         cart() + ",save=" + path("none/kept.sav"));
+        checkFailure(result, path("none/kept.sav"));
+    }
+
+    void inputThatDoesNotExist()
+    {
+        checkFailure(run(QString("write-ram %1 %2").arg(path("none"), kSaveOptions), cart()),
+                     "Open File error.");
+    }
+
+    void saveFileThatDoesNotFitTheCartridge()
+    {
+        QVERIFY(writeFile(path("kept.sav"), noise(100, 1)));
+        checkFailure(run(dump(path("file")), cart() + ",save=" + path("kept.sav")), "kept.sav");
+    }
+
+    // A folder in place of the reader whose data file ends too early, and a script that does not
+    // mind.
+    void readsThatComeShort_data()
+    {
+        QTest::addColumn<QString>("romSize");
+        QTest::addColumn<int>("dataSize");
+        QTest::addColumn<QString>("reason");
+        // One read of 0x8000 at 0.
+        QTest::newRow("in the only read")
+            << "32K" << 0x6000 << "Only 24576 of 32768 bytes were transferred.";
+        // One read of 0x8000 at 0, two of 0x4000 at 0x4000.
+        QTest::newRow("in every read")
+            << "64K" << 0x6000 << "Only 40960 of 65536 bytes were transferred.";
+        QTest::newRow("no byte at all") << "32K" << 0 << "Only 0 of 32768 bytes were transferred.";
+    }
+    void readsThatComeShort()
+    {
+        QFETCH(QString, romSize);
+        QFETCH(int, dataSize);
+        QFETCH(QString, reason);
+        makeReaderFolder(dataSize);
+        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), romSize);
+        checkFailure(result, reason);
+        QVERIFY2(result.err.contains("check the reader's connection and try again"),
+                 qPrintable(result.err));
+        QVERIFY2(result.err.endsWith(">Operation failure.\n"), qPrintable(result.err));
+    }
+
+    // The same with all the data, so that the rows above fail for their shortness alone.
+    void readsThatComeWhole()
+    {
+        makeReaderFolder(0x8000);
+        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), "64K");
+        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        const QByteArray data = fileBytes(path("reader/DUMP.ROM"));
+        QVERIFY(fileBytes(path("file")) == data + data.mid(0x4000) + data.mid(0x4000));
+    }
+
+    void dataFileThatIsMissing()
+    {
+        makeReaderFolder(0x8000);
+        QVERIFY(QFile::remove(path("reader/DUMP.ROM")));
+        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), "32K");
+        checkFailure(result, "Only 0 of 32768 bytes were transferred.");
+        QVERIFY2(result.err.contains("DUMP.ROM\": No such file"), qPrintable(result.err));
+    }
+
+    void commandFileThatCanNotBeWritten()
+    {
+        makeReaderFolder(0x8000);
+        QVERIFY(QDir(path("reader")).mkdir("CMD.CMD"));
+        checkFailure(runOnFolder(CLI_PROGRAM, "64K"), "Initialize device error.");
+        QVERIFY(fileBytes(path("file")) == "old");
+    }
+
+    // Nor do the scripts that come with the program make a success of it.
+    void readsThatComeShortInShippedScripts()
+    {
+        makeReaderFolder(0x6000);
+        const ProgramResult result = runOnFolder(CLI_PROGRAM, "64K");
+        checkFailure(result, ">Operation failure.");
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QString cart() const { return "cart=" + path("cart.gb"); }
+    static QString dump(const QString &file) { return "dump " + file + ' ' + kDumpOptions; }
+
+    static ProgramResult run(const QString &words, const QString &virtualReader)
+    {
+        return runProgram(CLI_PROGRAM, words, {virtualReader, ""});
+    }
+
+    // A drive that is no reader but has its files.
+    void makeReaderFolder(int dataSize)
+    {
+        QVERIFY(QDir(path("")).mkdir("reader"));
+        QVERIFY(writeFile(path("reader/K-DRIVER.DMP"), QByteArray(kDriverFileSize, '\0')));
+        QVERIFY(writeFile(path("reader/DUMP.ROM"), noise(static_cast<std::uint32_t>(dataSize), 3)));
+    }
+
+    // A copy of the program that has `script` for MBC5 cartridges.
+    QString programWithScript(const QByteArray &script) const
+    {
+        const QString program = path("gbdriver-cli");
+        if (!QFile::copy(CLI_PROGRAM, program) || !QDir(path("")).mkdir("mapper") ||
+            !writeFile(path("mapper/gb_mbc5.nut"), script))
+            qFatal("cannot lay out the program in %s", qPrintable(path("")));
+        return program;
+    }
+
+    ProgramResult runOnFolder(const QString &program, const QString &romSize) const
+    {
+        return runProgram(
+            program, "dump " + path("file") + " --system gb --mapper mbc5 --rom-size " + romSize,
+            {"", "E=" + path("reader")});
+    }
+
+    static void checkFailure(const ProgramResult &result, const QString &reason)
+    {
+        QVERIFY2(result.exitCode == 1,
+                 qPrintable(QString("exit code %1: %2").arg(result.exitCode).arg(result.err)));
+        QVERIFY2(result.err.contains(reason), qPrintable(result.err));
+        QVERIFY2(!result.err.contains(">Success!"), qPrintable(result.err));
+        QCOMPARE(result.out, QString());
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_GUILESS_MAIN(CliFailureTest)
+#include "cli_failure_test.moc"

@@ -1,0 +1,87 @@
+// An installed copy of the build: complete, and working from where it stands.
+#include "program_run.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+constexpr std::uint32_t kRomSize = 128 * 1024;
+constexpr std::uint32_t kRamSize = 8 * 1024;
+
+} // namespace
+
+class InstallTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_prefix.isValid());
+        QVERIFY(m_files.isValid());
+        const ProgramResult result = runProgram(
+            CMAKE_PROGRAM, QStringList({"--install", BUILD_FOLDER, "--prefix", m_prefix.path()}));
+        QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.err));
+        m_image = mbc5Image(kRomSize, kRamSize);
+        QVERIFY(writeFile(m_files.filePath("cart.gb"), m_image));
+    }
+
+    void everyMapperScriptStandsBesideTheProgram()
+    {
+        const QStringList scripts = QDir(MAPPER_FOLDER).entryList({"*.nut"}, QDir::Files);
+        const QDir installed(m_prefix.filePath(PROGRAM_FOLDER "/mapper"));
+        QVERIFY(!scripts.isEmpty());
+        QCOMPARE(installed.entryList(QDir::Files), scripts);
+        for (const QString &script : scripts)
+            QVERIFY2(fileBytes(installed.filePath(script)) ==
+                         fileBytes(QDir(MAPPER_FOLDER).filePath(script)),
+                     qPrintable(script));
+    }
+
+    void installedProgramsExist_data()
+    {
+        QTest::addColumn<QString>("path");
+        for (const char *path :
+             {PROGRAM_FOLDER "/gbdriver", PROGRAM_FOLDER "/gbdriver-cli", LINK_FOLDER "/gbdriver",
+              LINK_FOLDER "/gbdriver-cli", LINK_FOLDER "/gbdriver-virtual-reader"})
+            QTest::newRow(path) << path;
+    }
+    void installedProgramsExist()
+    {
+        QFETCH(QString, path);
+        const QFileInfo program(m_prefix.filePath(path));
+        QVERIFY2(program.isFile() && program.isExecutable(), qPrintable(program.filePath()));
+    }
+
+    // The link on the user's path must lead to the scripts as well.
+    void installedProgramDumps_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::newRow("program") << PROGRAM_FOLDER "/gbdriver-cli";
+        QTest::newRow("link") << LINK_FOLDER "/gbdriver-cli";
+    }
+    void installedProgramDumps()
+    {
+        QFETCH(QString, program);
+        const QString dump = m_files.filePath("dump.gb");
+        QFile::remove(dump);
+        const ProgramResult result =
+            runProgram(m_prefix.filePath(program),
+                       "dump " + dump + " --system gb --mapper mbc5 --rom-size 128K",
+                       {"cart=" + m_files.filePath("cart.gb"), ""});
+        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        QVERIFY(fileBytes(dump) == m_image);
+    }
+
+private:
+    QTemporaryDir m_prefix;
+    QTemporaryDir m_files;
+    QByteArray m_image;
+};
+
+QTEST_GUILESS_MAIN(InstallTest)
+#include "install_test.moc"

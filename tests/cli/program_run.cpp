@@ -1,0 +1,103 @@
+#include "program_run.h"
+
+#include "virtual/image_generator.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+namespace
+{
+
+constexpr int kDeadlineMs = 120 * 1000;
+constexpr std::uint8_t kMbc5RamBattery = 0x1B;
+
+QByteArray toByteArray(const ByteVector &bytes)
+{
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
+}
+
+QProcessEnvironment environmentFor(const ReaderChoice &reader)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("GBDRIVER_VIRTUAL_READER");
+    environment.remove("GBDRIVER_DRIVES");
+    if (!reader.virtualReader.isEmpty())
+        environment.insert("GBDRIVER_VIRTUAL_READER", reader.virtualReader);
+    if (!reader.drives.isEmpty())
+        environment.insert("GBDRIVER_DRIVES", reader.drives);
+    return environment;
+}
+
+} // namespace
+
+ProgramResult runProgram(const QString &program, const QStringList &arguments,
+                         const ReaderChoice &reader)
+{
+    QProcess process;
+    process.setProcessEnvironment(environmentFor(reader));
+    process.start(program, arguments);
+    if (!process.waitForFinished(kDeadlineMs)) {
+        const QString reason = program + ": " + process.errorString();
+        process.kill();
+        process.waitForFinished();
+        return {-1, {}, reason};
+    }
+    const bool crashed = process.exitStatus() != QProcess::NormalExit;
+    return {crashed ? -1 : process.exitCode(),
+            QString::fromLocal8Bit(process.readAllStandardOutput()),
+            QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+ProgramResult runProgram(const QString &program, const QString &words, const ReaderChoice &reader)
+{
+    const QString tidy = words.simplified();
+    return runProgram(program, tidy.isEmpty() ? QStringList() : tidy.split(' '), reader);
+}
+
+QByteArray gbImage(std::uint8_t type, std::uint32_t romSize, std::uint32_t ramSize)
+{
+    GbImageSpec spec;
+    spec.type = type;
+    spec.romSize = romSize;
+    spec.ramSize = ramSize;
+    ByteVector image;
+    std::string error;
+    if (!makeGbImage(spec, &image, &error))
+        qFatal("no image: %s", error.c_str());
+    return toByteArray(image);
+}
+
+QByteArray gbaImage(const QString &code, std::uint32_t romSize)
+{
+    GbaImageSpec spec;
+    spec.code = code.toStdString();
+    spec.romSize = romSize;
+    ByteVector image;
+    std::string error;
+    if (!makeGbaImage(spec, &image, &error))
+        qFatal("no image: %s", error.c_str());
+    return toByteArray(image);
+}
+
+QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize)
+{
+    return gbImage(kMbc5RamBattery, romSize, ramSize);
+}
+
+QByteArray noise(std::uint32_t size, unsigned seed)
+{
+    return toByteArray(makeNoise(size, seed));
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

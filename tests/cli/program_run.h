@@ -1,0 +1,45 @@
+// Runs a built program to its end and looks at what it said.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+
+struct ProgramResult {
+    int exitCode = -1; // -1: did not start, did not end, or crashed
+    QString out;       // standard output
+    QString err;       // standard error; or why there is no exit code
+
+    QStringList errLines() const { return err.split('\n'); }
+};
+
+// The two variables that choose the reader; an empty one is not set.
+struct ReaderChoice {
+    QString virtualReader; // GBDRIVER_VIRTUAL_READER
+    QString drives;        // GBDRIVER_DRIVES
+};
+
+// Blocks until the program has ended, for two minutes at most.
+ProgramResult runProgram(const QString &program, const QStringList &arguments,
+                         const ReaderChoice &reader = {});
+
+// As above, for a command line without names that have spaces.
+ProgramResult runProgram(const QString &program, const QString &words,
+                         const ReaderChoice &reader = {});
+
+// Image of a GB cartridge with this type in its header; sizes in bytes.
+QByteArray gbImage(std::uint8_t type, std::uint32_t romSize, std::uint32_t ramSize);
+
+// Image of a GBA cartridge with the game code `code`, "VIRTUAL" being the header's own title.
+QByteArray gbaImage(const QString &code, std::uint32_t romSize);
+
+// Image of an MBC5 cartridge with RAM; sizes in bytes.
+QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize);
+
+// `size` bytes that differ from one place to the next and between seeds.
+QByteArray noise(std::uint32_t size, unsigned seed);
+
+bool writeFile(const QString &path, const QByteArray &bytes);
+QByteArray fileBytes(const QString &path);
