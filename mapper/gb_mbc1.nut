@@ -1,88 +1,74 @@
 // MBC1: up to 2 MiB of ROM, up to 32 KiB of RAM. Registers, by the address that is written:
-//   0x0000  RAM gate: 0x0A opens, 0x00 closes
+//   0x0000  RAM gate: 0x0A in the low bits opens
 //   0x2000  BANK1, 5 bits: ROM bank at 0x4000-0x7FFF; 0 selects 1
 //   0x4000  BANK2, 2 bits: bits 5-6 of the ROM bank, or the RAM bank
 //   0x6000  mode: 1 lets BANK2 also choose the RAM bank and the ROM bank at 0x0000-0x3FFF
-// Because BANK1 can not be 0, banks 0x20, 0x40 and 0x60 show up only at 0x0000, in mode 1.
+// Because BANK1 cannot be 0, banks 0x20, 0x40 and 0x60 show up only at 0x0000, in mode 1. Boards
+// with several games leave bit 4 of BANK1 out, which a script cannot see. Such a ROM of 1 MiB is
+// read as one of 2 MiB, in the layout of a single game: every bank is then in the file.
 // Source: Pan Docs, "MBC1"; Game Boy: Complete Technical Reference, "MBC1".
 
-const ROM_BANK = 0x4000;
-const GROUP_BANKS = 32;
-const RAM_BASE = 0xA000;
-const RAM_BANK = 0x2000;
+dofile(getstackinfos(1).src.slice(0, -"gb_mbc1.nut".len()) + "common.nut");
+dofile(FOLDER + "flash.nut");
 
-function check_size(what, size, sizes)
-{
-    if (sizes.find(size) == null)
-        throw "MBC1: there is no " + what + " of " + size + " bytes. Choose the size that the " +
-            "cartridge has. Nothing was sent to the cartridge.";
-}
+MAPPER = "MBC1";
 
-// RAM closed, mode 0, bank 1: the state after power-on.
+const LARGEST_ROM = 0x200000;
+
+// The bytes programmed at 0x4000-0x7FFF reach BANK2 and the mode. Boards with chips up to this size
+// do not use BANK2.
+const LARGEST_FLASH = 0x80000;
+
+SAVE_SIZES <- [0x2000, 0x8000];
+
+// RAM closed, a flash chip in read mode, mode 0, RAM bank 0, ROM bank 1.
 function rest(dev)
 {
-    cpu_write(dev, 0x0000, 0x00, 0x6000, 0, 0x4000, 0, 0x2000, 1);
+    cpu_write(dev, 0x0000, 0xF0, 0x6000, 0, 0x4000, 0, 0x2000, 1);
 }
 
-// Leaves the cartridge at rest, also after an error. `work` returns true if it ended at rest itself.
-function guarded(dev, work)
+function show_rom(dev, bank)
 {
-    local isAtRest = false;
-    try {
-        isAtRest = work();
-    } catch (error) {
-        try { rest(dev); } catch (ignored) {}
-        throw error;
-    }
-    if (!isAtRest)
+    local low = bank % 32;
+    if (bank == 0)
         rest(dev);
+    else if (low == 0)
+        cpu_write(dev, 0x6000, 1, 0x4000, bank / 32, 0x2000, 1);
+    else
+        cpu_write(dev, 0x2000, low);
+    return low == 0 ? 0x0000 : 0x4000;
 }
 
 function cpu_dump(dev, size, _)
 {
-    check_size("ROM", size, [0x8000, 0x10000, 0x20000, 0x40000, 0x80000, 0x100000, 0x200000]);
-    local banks = size / ROM_BANK;
-    guarded(dev, function() {
-        rest(dev);
-        cpu_read(dev, 0x0000, 2 * ROM_BANK); // banks 0 and 1
-        if (banks == 2)
-            return true;
-        for (local bank = 2; bank < banks; bank++) {
-            if (bank % GROUP_BANKS == 0) {
-                // The group's first two banks lie side by side at 0x0000 and 0x4000.
-                cpu_write(dev, 0x0000, 0x00, 0x6000, 1, 0x4000, bank / GROUP_BANKS, 0x2000, 1);
-                cpu_read(dev, 0x0000, 2 * ROM_BANK);
-                bank++;
-            } else {
-                cpu_write(dev, 0x2000, bank % GROUP_BANKS);
-                cpu_read(dev, 0x4000, ROM_BANK);
-            }
-        }
-    });
+    check_rom_size(size, LARGEST_ROM);
+    dump_rom(dev, size, rest, show_rom);
 }
 
-// Calls `move` for every RAM bank with the bank selected and the gate open.
-function for_each_ram_bank(dev, size, move)
+function open_ram(dev, bank)
 {
-    check_size("save", size, [0x2000, 0x8000]);
-    local banks = size / RAM_BANK;
-    guarded(dev, function() {
-        for (local bank = 0; bank < banks; bank++) {
-            if (bank == 0)
-                cpu_write(dev, 0x6000, 1, 0x4000, 0, 0x0000, 0x0A);
-            else
-                cpu_write(dev, 0x4000, bank);
-            move();
-        }
-    });
+    cpu_write(dev, 0x6000, 1, 0x4000, bank, 0x0000, 0x0A);
 }
 
 function save_dump(dev, size, _)
 {
-    for_each_ram_bank(dev, size, @() cpu_read(dev, RAM_BASE, RAM_BANK));
+    dump_save(dev, size, SAVE_SIZES, rest, open_ram);
 }
 
 function save_write(dev, size, _)
 {
-    for_each_ram_bank(dev, size, @() ram_write(dev, RAM_BASE, RAM_BANK));
+    write_save(dev, size, SAVE_SIZES, rest, open_ram);
+}
+
+function cpu_erase(dev, size, width)
+{
+    erase_flash(dev, size, width, LARGEST_FLASH);
+}
+
+function cpu_flash(dev, size, _)
+{
+    program_flash(dev, size, LARGEST_FLASH, rest, function(dev, bank) {
+        cpu_write(dev, 0x6000, 0, 0x4000, 0, 0x2000, bank);
+        return bank == 0 ? 0x0000 : 0x4000;
+    });
 }

@@ -7,9 +7,18 @@
 namespace
 {
 
+bool setCartridgePart(const std::string &name, const std::string &text,
+                      VirtualReaderRequest *request)
+{
+    const CartridgeOptionRow *row = findCartridgeOption(name);
+    return row != nullptr && row->apply(text, &request->setup.cartridge);
+}
+
 bool setPart(const std::string &name, const std::string &text, VirtualReaderRequest *request)
 {
-    if (name == "cart")
+    if (name == "cart" && text == "none")
+        request->emptySlot = true;
+    else if (name == "cart")
         request->setup.cartPath = text;
     else if (name == "save")
         request->setup.savePath = text;
@@ -24,7 +33,7 @@ bool setPart(const std::string &name, const std::string &text, VirtualReaderRequ
     else if (name == "strict" && (text == "0" || text == "1"))
         request->setup.config.strictSectors = text == "1";
     else
-        return false;
+        return setCartridgePart(name, text, request);
     return !text.empty();
 }
 
@@ -41,9 +50,12 @@ bool parsePart(const std::string &part, VirtualReaderRequest *request)
 
 std::string explain(const std::string &what)
 {
-    return std::string(kVirtualReaderVariable) + ": " + what +
-           "; it takes demo or cart=FILE, then save=FILE, label=TEXT, drive=LETTER, "
-           "identity=TEXT, strict=0 or strict=1, separated by commas";
+    std::string text = std::string(kVirtualReaderVariable) + ": " + what +
+                       "; it takes demo, cart=FILE or cart=none, then save=FILE, label=TEXT, "
+                       "drive=LETTER, identity=TEXT, strict=0 or strict=1";
+    for (const CartridgeOptionRow &row : cartridgeOptionRows())
+        text += std::string(", ") + row.name + "=" + row.value;
+    return text + ", separated by commas";
 }
 
 } // namespace
@@ -61,7 +73,8 @@ bool parseVirtualReaderRequest(const std::string &value, VirtualReaderRequest *r
         }
         start = end + 1;
     }
-    if (request->setup.demo == !request->setup.cartPath.empty()) {
+    const ReaderSetup &setup = request->setup;
+    if (setup.demo + request->emptySlot + !setup.cartPath.empty() != 1) {
         *error = explain("either demo or cart=FILE must be given");
         return false;
     }

@@ -29,14 +29,15 @@ struct ChosenBackend {
 
 // What a value of the variable asks for.
 struct VirtualReaderRequest {
+    bool emptySlot = false;
     ReaderSetup setup;
     InProcessDriveOptions drive;
 };
 
-// Reads "cart=FILE[,save=FILE][,label=TEXT][,drive=LETTER][,identity=TEXT][,strict=1]"; "demo"
-// stands for "cart=FILE" with a generated cartridge. A comma always ends a part, so no file name
-// may have one.
-// Returns: false with the reason in `*error`.
+// Reads "cart=FILE[,save=FILE][,label=TEXT][,drive=LETTER][,identity=TEXT][,strict=1]" and the
+// names of setCartridgeOption(); "demo" stands for "cart=FILE" with a generated cartridge,
+// "cart=none" for an empty slot. A comma always ends a part, so no file name may have one. Returns:
+// false with the reason in `*error`.
 bool parseVirtualReaderRequest(const std::string &value, VirtualReaderRequest *request,
                                std::string *error);
 

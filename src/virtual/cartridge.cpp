@@ -29,6 +29,8 @@ bool Cartridge::gbaSaveErase()
     return false;
 }
 
+void Cartridge::powerCycle() {}
+
 ByteVector Cartridge::romImage() const
 {
     return {};

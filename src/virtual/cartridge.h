@@ -42,6 +42,10 @@ public:
     // Erases a FLASH save chip. Returns: false if there is none.
     virtual bool gbaSaveErase();
 
+    // The supply is cut and comes back, as when the cartridge is taken out and put in again: chips
+    // and mappers start afresh, what a chip was at work on is cut off. Saves stay.
+    virtual void powerCycle();
+
     // --- what a user keeps ---
 
     // The ROM as it is now (flash cartridges change theirs); empty without a cartridge.

@@ -3,11 +3,14 @@
 
 #include "virtual/bytes.h"
 #include "virtual/cartridge.h"
+#include "virtual/cartridge_options.h"
 
 #include <memory>
 #include <string>
 
-// Picks the mapper from header byte 0x147 and the RAM from 0x149, and takes over the image.
-// Returns: null with the reason in `*error` for kinds that are not modelled and for sizes that the
-// mapper or the header contradict.
+// An image with the logo of the Game Boy Advance is one of those, any other a Game Boy's, unless
+// the options say otherwise. Takes over the image. Returns: null with the reason in `*error` for
+// kinds that are not modelled and for sizes that the mapper or the header contradict.
+std::unique_ptr<Cartridge> makeCartridge(ByteVector image, const CartridgeOptions &options,
+                                         std::string *error);
 std::unique_ptr<Cartridge> makeCartridge(ByteVector image, std::string *error);

@@ -19,26 +19,23 @@ GbCartridge::GbCartridge(ByteVector rom, std::uint32_t ramSize)
 
 std::uint8_t GbCartridge::gbRead(std::uint16_t address)
 {
-    if (address < kRomEnd) {
-        const std::uint32_t bank = address < kGbRomBankSize ? lowRomBank() : highRomBank();
-        const std::uint32_t offset = bank * kGbRomBankSize + address % kGbRomBankSize;
-        return m_rom[offset & (m_rom.size() - 1)];
-    }
-    const std::uint8_t *cell = ramCell(address);
-    return cell == nullptr ? std::uint8_t{0xFF} : *cell;
+    if (address < kRomEnd)
+        return m_flash != nullptr ? m_flash->read(romOffset(address)) : m_rom[romOffset(address)];
+    if (address >= kRamStart && address < kRamEnd)
+        return readUpper(address);
+    return 0xFF;
 }
 
 void GbCartridge::gbWrite(std::uint16_t address, std::uint8_t value)
 {
     if (address < kRomEnd) {
+        if (m_flash != nullptr)
+            m_flash->write(romOffset(address), value);
         writeRegister(address, value);
         return;
     }
-    std::uint8_t *cell = ramCell(address);
-    if (cell == nullptr || *cell == value)
-        return;
-    *cell = value;
-    ++m_saveChanges;
+    if (address >= kRamStart && address < kRamEnd)
+        writeUpper(address, value);
 }
 
 bool GbCartridge::loadSave(const ByteVector &image)
@@ -49,54 +46,102 @@ bool GbCartridge::loadSave(const ByteVector &image)
     return true;
 }
 
+void GbCartridge::powerCycle()
+{
+    if (m_flash != nullptr)
+        m_flash->powerCycle();
+}
+
 void GbCartridge::writeRegister(std::uint16_t, std::uint8_t) {}
 
-std::uint8_t *GbCartridge::ramCell(std::uint16_t address)
+std::uint8_t GbCartridge::readUpper(std::uint16_t address)
 {
-    if (address < kRamStart || address >= kRamEnd || m_ram.empty() || !ramEnabled())
-        return nullptr;
-    const std::uint32_t offset = ramBank() * kGbRamBankSize + (address - kRamStart);
-    return &m_ram[offset & (m_ram.size() - 1)];
+    return hasOpenRam() ? ramByte(ramOffset(address)) : std::uint8_t{0xFF};
+}
+
+void GbCartridge::writeUpper(std::uint16_t address, std::uint8_t value)
+{
+    if (hasOpenRam())
+        setRamByte(ramOffset(address), value);
+}
+
+void GbCartridge::setRamByte(std::uint32_t offset, std::uint8_t value)
+{
+    std::uint8_t &cell = m_ram[offset & (m_ram.size() - 1)];
+    if (cell == value)
+        return;
+    cell = value;
+    ++m_saveChanges;
+}
+
+std::uint32_t GbCartridge::ramOffset(std::uint16_t address) const
+{
+    return ramBank() * kGbRamBankSize + (address - kRamStart);
+}
+
+std::uint32_t GbCartridge::romOffset(std::uint16_t address) const
+{
+    const std::uint32_t bank = address < kGbRomBankSize ? lowRomBank() : highRomBank();
+    return (bank * kGbRomBankSize + address % kGbRomBankSize) & (romSize() - 1);
+}
+
+Mbc1Cartridge::Mbc1Cartridge(ByteVector rom, std::uint32_t ramSize, Mbc1Board board)
+    : GbCartridge(std::move(rom), ramSize), m_bank1Lines(board == Mbc1Board::Plain ? 5 : 4)
+{
+}
+
+void Mbc1Cartridge::powerCycle()
+{
+    GbCartridge::powerCycle();
+    m_registers = {};
 }
 
 void Mbc1Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
 {
     if (address < 0x2000) {
-        m_ramOn = (value & 0x0F) == kRamOn;
+        m_registers.ramOn = (value & 0x0F) == kRamOn;
     } else if (address < 0x4000) {
-        m_bank1 = value & 0x1F;
-        if (m_bank1 == 0)
-            m_bank1 = 1;
+        m_registers.bank1 = value & 0x1F;
+        if (m_registers.bank1 == 0)
+            m_registers.bank1 = 1;
     } else if (address < 0x6000) {
-        m_bank2 = value & 0x03;
+        m_registers.bank2 = value & 0x03;
     } else {
-        m_mode = (value & 1) != 0;
+        m_registers.mode = (value & 1) != 0;
     }
 }
 
 std::uint32_t Mbc1Cartridge::lowRomBank() const
 {
-    return m_mode ? m_bank2 * 32U : 0;
+    return m_registers.mode ? m_registers.bank2 << m_bank1Lines : 0;
 }
 
 std::uint32_t Mbc1Cartridge::highRomBank() const
 {
-    return m_bank2 * 32U + m_bank1;
+    const std::uint32_t connected = (1U << m_bank1Lines) - 1;
+    return m_registers.bank2 << m_bank1Lines | (m_registers.bank1 & connected);
 }
 
 std::uint32_t Mbc1Cartridge::ramBank() const
 {
-    return m_mode ? m_bank2 : 0;
+    return m_registers.mode ? m_registers.bank2 : 0;
+}
+
+void Mbc5Cartridge::powerCycle()
+{
+    GbCartridge::powerCycle();
+    m_registers = {};
 }
 
 void Mbc5Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
 {
+    Registers &registers = m_registers;
     if (address < 0x2000)
-        m_ramOn = value == kRamOn;
+        registers.ramOn = value == kRamOn;
     else if (address < 0x3000)
-        m_romBank = (m_romBank & 0x100) | value;
+        registers.romBank = (registers.romBank & 0x100) | value;
     else if (address < 0x4000)
-        m_romBank = (m_romBank & 0xFF) | (value & 1U) << 8;
+        registers.romBank = (registers.romBank & 0xFF) | (value & 1U) << 8;
     else if (address < 0x6000)
-        m_ramBank = value & 0x0F;
+        registers.ramBank = value & 0x0F;
 }

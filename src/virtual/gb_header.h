@@ -7,7 +7,6 @@
 #include <cstdint>
 
 constexpr std::uint32_t kGbLogoOffset = 0x104;
-constexpr std::uint32_t kGbLogoSize = 48;
 constexpr std::uint32_t kGbTitleOffset = 0x134;
 constexpr std::uint32_t kGbTitleSize = 15; // the byte behind it is the colour flag
 constexpr std::uint32_t kGbTypeOffset = 0x147;

@@ -1,5 +1,6 @@
 #include "virtual/image_generator.h"
 
+#include "virtual/console_logos.h"
 #include "virtual/gb_header.h"
 
 #include <algorithm>
@@ -10,12 +11,6 @@ namespace
 {
 
 constexpr std::uint32_t kSectorSize = 512;
-
-// Checked by the console at start; a public constant of the hardware.
-constexpr std::uint8_t kLogo[kGbLogoSize] = {
-    0xCE, 0xED, 0x66, 0x66, 0xCC, 0x0D, 0x00, 0x0B, 0x03, 0x73, 0x00, 0x83, 0x00, 0x0C, 0x00, 0x0D,
-    0x00, 0x08, 0x11, 0x1F, 0x88, 0x89, 0x00, 0x0E, 0xDC, 0xCC, 0x6E, 0xE6, 0xDD, 0xDD, 0xD9, 0x99,
-    0xBB, 0xBB, 0x67, 0x63, 0x6E, 0x0E, 0xEC, 0xCC, 0xDD, 0xDC, 0x99, 0x9F, 0xBB, 0xB9, 0x33, 0x3E};
 
 // nop; jp 0x150, and there an endless loop.
 constexpr std::uint8_t kEntryPoint[] = {0x00, 0xC3, 0x50, 0x01};
@@ -47,13 +42,7 @@ std::string specFault(const GbImageSpec &spec)
     if (std::find(std::begin(kGbRamSizes), std::end(kGbRamSizes), spec.ramSize) ==
         std::end(kGbRamSizes))
         return "RAM size " + std::to_string(spec.ramSize) + ": must be 0, 2, 8, 32, 64 or 128 KiB";
-    if (spec.title.size() > kGbTitleSize)
-        return "title \"" + spec.title + "\": must have 15 characters at most";
-    for (const char character : spec.title) {
-        if (character < 0x20 || character > 0x7E || (character >= 'a' && character <= 'z'))
-            return "title \"" + spec.title + "\": must be printable ASCII without small letters";
-    }
-    return {};
+    return titleFault(spec.title, kGbTitleSize);
 }
 
 void writeHeader(const GbImageSpec &spec, ByteVector *image)
@@ -61,7 +50,7 @@ void writeHeader(const GbImageSpec &spec, ByteVector *image)
     const auto at = [image](std::uint32_t offset) { return image->begin() + offset; };
     std::fill(at(0x100), at(kGbHeaderEnd), std::uint8_t{0});
     std::copy(std::begin(kEntryPoint), std::end(kEntryPoint), at(0x100));
-    std::copy(std::begin(kLogo), std::end(kLogo), at(kGbLogoOffset));
+    std::copy(kGbLogo.begin(), kGbLogo.end(), at(kGbLogoOffset));
     std::copy(spec.title.begin(), spec.title.end(), at(kGbTitleOffset));
     (*image)[kGbTypeOffset] = spec.type;
     (*image)[kGbRomSizeOffset] = romSizeCode(spec.romSize);
@@ -105,14 +94,34 @@ ByteVector makeNoise(std::uint32_t size, std::uint64_t seed)
     return noise;
 }
 
+ByteVector makeNumberedSectors(std::uint32_t size, std::uint64_t seed)
+{
+    ByteVector image = makeNoise(size, seed);
+    for (std::uint32_t offset = 0; offset < size; offset += kSectorSize) {
+        const std::uint32_t width = std::min<std::uint32_t>(4, size - offset);
+        putLittleEndian(image.data() + offset, offset / kSectorSize, width);
+    }
+    return image;
+}
+
+std::string titleFault(const std::string &title, std::uint32_t longest)
+{
+    if (title.size() > longest)
+        return "title \"" + title + "\": must have " + std::to_string(longest) +
+               " characters at most";
+    for (const char character : title) {
+        if (character < 0x20 || character > 0x7E || (character >= 'a' && character <= 'z'))
+            return "title \"" + title + "\": must be printable ASCII without small letters";
+    }
+    return {};
+}
+
 bool makeGbImage(const GbImageSpec &spec, ByteVector *image, std::string *error)
 {
     *error = specFault(spec);
     if (!error->empty())
         return false;
-    *image = makeNoise(spec.romSize, spec.seed);
-    for (std::uint32_t offset = 0; offset < spec.romSize; offset += kSectorSize)
-        putLittleEndian(image->data() + offset, offset / kSectorSize, 4);
+    *image = makeNumberedSectors(spec.romSize, spec.seed);
     writeHeader(spec, image);
     return true;
 }

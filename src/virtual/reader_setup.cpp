@@ -1,7 +1,6 @@
 #include "virtual/reader_setup.h"
 
 #include "virtual/cartridge_factory.h"
-#include "virtual/gb_cartridges.h"
 #include "virtual/image_generator.h"
 
 #include <utility>
@@ -14,29 +13,31 @@ constexpr std::uint32_t kDemoRamSize = 32 * 1024;
 constexpr std::uint8_t kDemoType = 0x1B; // MBC5+RAM+BATTERY
 constexpr std::uint64_t kDemoSeed = 2024;
 
-std::unique_ptr<Cartridge> loadCartridge(const std::string &path, std::string *error)
+std::unique_ptr<Cartridge> loadCartridge(const std::string &path, const CartridgeOptions &options,
+                                         std::string *error)
 {
     ByteVector image;
     if (!readWholeFile(path, &image, error))
         return nullptr;
-    std::unique_ptr<Cartridge> cartridge = makeCartridge(std::move(image), error);
+    std::unique_ptr<Cartridge> cartridge = makeCartridge(std::move(image), options, error);
     if (cartridge == nullptr)
         *error = path + ": " + *error;
     return cartridge;
 }
 
-} // namespace
-
-std::unique_ptr<Cartridge> makeDemoCartridge()
+std::unique_ptr<Cartridge> makeDemoCartridge(const CartridgeOptions &options, std::string *error)
 {
     ByteVector image;
-    std::string error;
-    makeGbImage({kDemoType, kDemoRomSize, kDemoRamSize, "DEMO CARTRIDGE", kDemoSeed}, &image,
-                &error);
-    auto cartridge = std::make_unique<Mbc5Cartridge>(std::move(image), kDemoRamSize);
-    cartridge->loadSave(makeNoise(kDemoRamSize, kDemoSeed));
+    if (!makeGbImage({kDemoType, kDemoRomSize, kDemoRamSize, "DEMO CARTRIDGE", kDemoSeed}, &image,
+                     error))
+        return nullptr;
+    std::unique_ptr<Cartridge> cartridge = makeCartridge(std::move(image), options, error);
+    if (cartridge != nullptr)
+        cartridge->loadSave(makeNoise(kDemoRamSize, kDemoSeed));
     return cartridge;
 }
+
+} // namespace
 
 std::unique_ptr<KeptReader> KeptReader::create(const ReaderSetup &setup, std::string *error)
 {
@@ -47,9 +48,9 @@ std::unique_ptr<KeptReader> KeptReader::create(const ReaderSetup &setup, std::st
     }
     std::unique_ptr<Cartridge> cartridge;
     if (setup.demo)
-        cartridge = makeDemoCartridge();
+        cartridge = makeDemoCartridge(setup.cartridge, error);
     else if (!setup.cartPath.empty())
-        cartridge = loadCartridge(setup.cartPath, error);
+        cartridge = loadCartridge(setup.cartPath, setup.cartridge, error);
     else
         cartridge = std::make_unique<NoCartridge>();
     SaveFile save(setup.savePath);

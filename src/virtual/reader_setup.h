@@ -2,6 +2,7 @@
 // front end starts here.
 #pragma once
 
+#include "virtual/cartridge_options.h"
 #include "virtual/save_file.h"
 #include "virtual/virtual_reader.h"
 
@@ -9,17 +10,15 @@
 #include <string>
 
 struct ReaderSetup {
-    bool demo = false;    // a generated MBC5 cartridge instead of an image file
+    bool demo = false;    // a generated cartridge instead of an image file: MBC5, 1 MiB, a save
     std::string cartPath; // image file; empty without `demo`: no cartridge
-    std::string savePath; // empty: the save memory is not kept
+    CartridgeOptions cartridge; // of the image
+    std::string savePath;       // empty: the save memory is not kept
     VirtualReaderConfig config;
 };
 
 // Default volume label of the drive.
 constexpr char kDefaultReaderLabel[] = "VIRTUAL";
-
-// The demo cartridge: MBC5, 1 MiB, 32 KiB of save memory with something in it.
-std::unique_ptr<Cartridge> makeDemoCartridge();
 
 // A reader whose save memory is written back to the save file whenever a command run changed it.
 class KeptReader

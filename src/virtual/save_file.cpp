@@ -7,15 +7,16 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace
 {
 
 constexpr char kTemporarySuffix[] = ".new";
+constexpr std::streamsize kReadPiece = 256 * 1024;
 
 struct StreamCloser {
     void operator()(std::FILE *stream) const { std::fclose(stream); }
@@ -50,7 +51,12 @@ bool readWholeFile(const std::string &path, ByteVector *bytes, std::string *erro
     std::ifstream stream(path, std::ios::binary);
     if (!stream)
         return failed("cannot open", path, std::strerror(errno), error);
-    bytes->assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    bytes->clear();
+    std::vector<char> piece(kReadPiece);
+    do {
+        stream.read(piece.data(), kReadPiece);
+        bytes->insert(bytes->end(), piece.begin(), piece.begin() + stream.gcount());
+    } while (stream);
     if (stream.bad())
         return failed("cannot read", path, std::strerror(errno), error);
     return true;

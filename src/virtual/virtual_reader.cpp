@@ -17,6 +17,9 @@ constexpr std::uint32_t kByteUnlock2 = 0x2AA;
 constexpr std::uint32_t kWordUnlock1 = 0xAAA;
 constexpr std::uint32_t kWordUnlock2 = 0x555;
 
+// Reads until a programmed byte is given up; chips that work need far fewer.
+constexpr int kProgramPolls = 16;
+
 std::uint16_t gbAddress(std::uint32_t address)
 {
     return static_cast<std::uint16_t>(address);
@@ -153,8 +156,15 @@ std::string VirtualReader::gbProgram(const DecodedBlock &block, std::uint32_t un
         m_cartridge->gbWrite(gbAddress(unlock2), 0x55);
         m_cartridge->gbWrite(gbAddress(unlock1), 0xA0);
         m_cartridge->gbWrite(gbAddress(block.address + i), payload[i]);
+        awaitGbByte(gbAddress(block.address + i), payload[i]);
     }
     return {};
+}
+
+void VirtualReader::awaitGbByte(std::uint16_t address, std::uint8_t value)
+{
+    for (int poll = 0; poll < kProgramPolls && m_cartridge->gbRead(address) != value; ++poll) {
+    }
 }
 
 std::string VirtualReader::gbaSaveRead(const DecodedBlock &block)

@@ -75,6 +75,8 @@ private:
     void selectBus(Bus bus);
     void gbRamWrite(const DecodedBlock &block);
     std::string gbProgram(const DecodedBlock &block, std::uint32_t unlock1, std::uint32_t unlock2);
+    // Waits until a flash chip shows the byte that it was told to program.
+    void awaitGbByte(std::uint16_t address, std::uint8_t value);
     std::string gbaSaveRead(const DecodedBlock &block);
     std::string gbaSaveWrite(const DecodedBlock &block);
     void queryInfo();

@@ -1,80 +1,39 @@
-// A generated cartridge in a virtual reader of this process, and the worker that runs jobs on it
-// with the scripts of the source tree.
+// A generated Game Boy cartridge of any kind for jobs to run on.
 //
-// The reader refuses reads that a disk would refuse. Before a job the cartridge's registers can be
-// left as no script expects them. One fixture at a time: the device link is process-wide.
+// Before a job its registers can be left as no script expects them, and afterwards it tells whether
+// the job left it at rest.
 #pragma once
 
+#include "job_fixture.h"
 #include "mapper_facts.h"
-#include "virtual/faulty_drive.h"
-#include "virtual/in_process_drive.h"
-#include "worker/famicom_thread.h"
+#include "virtual/cartridge_options.h"
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
+// An image with a header of the kind. `ramSize` 0: a cartridge with ROM alone.
+ByteVector makeMapperImage(const MapperFacts &mapper, int romSize, int ramSize, unsigned seed = 1);
 
-#include <memory>
-
-// How the report of an error in a script begins; libraries differ in how they spell the word.
-constexpr char kScriptError[] = "AN ERROR HAS OCCUR";
-
-struct JobOutcome {
-    QVector<int> results; // flags of error(), one per job
-    QStringList log;
-
-    bool succeeded() const { return results == QVector<int>{1}; }
-    bool failed() const { return results == QVector<int>{0}; }
-    QString text() const { return log.join('\n'); }
-};
-
-class MapperFixture
+class MapperFixture : public JobFixture
 {
 public:
-    // `ramSize` 0: a cartridge with ROM alone. `savePath`: file that keeps the save memory.
-    MapperFixture(const MapperFacts &mapper, int romSize, int ramSize,
-                  const QString &savePath = {});
-    ~MapperFixture();
+    MapperFixture(const MapperFacts &mapper, int romSize, int ramSize, const QString &savePath = {},
+                  const CartridgeOptions &options = {});
 
-    // Runs one job to its end with the mapper's script. Counters and records are cleared before.
+    // Runs one job with the mapper's script.
     JobOutcome run(JobCode operate, int size, const QString &fileName);
-    JobOutcome runScript(const QString &scriptPath, JobCode operate, int size,
-                         const QString &fileName);
+    using JobFixture::run;
 
     // Leaves the gate open and odd banks selected, as a program before this one could have.
     void disturbRegisters();
 
-    FaultyDrive &drive() { return *m_drive; }
-    VirtualReader &reader() { return m_inProcess->reader(); }
-    QByteArray rom() const { return m_rom; }
-    QByteArray save() { return bytesOf(reader().cartridge().saveImage()); }
-    void setSave(const QByteArray &bytes);
-
-    // Bus writes of the last job, in order.
-    QVector<BlockRecord> busWrites();
-
-    // What is wrong with the state that the cartridge was left in; empty if it is at rest: RAM gate
-    // closed, ROM bank 1, RAM bank 0, MBC1 in mode 0. Finds it out on the bus and changes it. Sees
-    // everything only on the largest ROM, and with RAM banks that hold different bytes.
+    // What is wrong with the state that the cartridge was left in; empty if it is at rest: save
+    // memory closed, ROM bank 1, RAM bank 0, the mode of bank groups 0. Finds it out on the bus and
+    // changes it. Sees everything only on the largest ROM, and with RAM banks that hold different
+    // bytes.
     QString unrest();
 
-    static QByteArray bytesOf(const ByteVector &bytes);
-
 private:
-    QByteArray busBytes(int address, int count);
     QString ramUnrest();
     QString modeUnrest();
+    QString motionUnrest();
 
     const MapperFacts &m_mapper;
-    QByteArray m_rom;
-    std::unique_ptr<DriveBackend> m_platform;
-    std::unique_ptr<InProcessDrive> m_inProcess;
-    std::unique_ptr<FaultyDrive> m_drive;
 };
-
-// `size` bytes that differ from one place to the next and between seeds.
-QByteArray noise(int size, unsigned seed);
-
-QByteArray fileBytes(const QString &path);
-bool writeFile(const QString &path, const QByteArray &bytes);

@@ -11,11 +11,24 @@ namespace
 constexpr unsigned kRamStart = 0xA000;
 constexpr unsigned kRamEnd = 0xC000;
 
+constexpr char kStaysMapped[] = "An MMM01 cartridge stays as this job maps it. Take it out and put "
+                                "it in again before another job.";
+
 // Every byte differs from the one before.
 QByteArray changed(QByteArray bytes)
 {
     for (char &byte : bytes)
         byte = static_cast<char>(~byte);
+    return bytes;
+}
+
+// An MBC2 has cells of four bits; the others read as ones.
+QByteArray asKept(const MapperFacts &mapper, QByteArray bytes)
+{
+    for (char &byte : bytes) {
+        if (mapper.kind == MapperKind::Mbc2)
+            byte = static_cast<char>(byte | 0xF0);
+    }
     return bytes;
 }
 
@@ -65,17 +78,18 @@ private slots:
             MapperFixture first(facts(mapper), smallestRom(mapper), size, path("kept.sav"));
             first.disturbRegisters();
             QVERIFY(first.run(GB_READ_RAM, size, path("read.sav")).succeeded());
-            QVERIFY(fileBytes(path("read.sav")) == original);
+            QVERIFY(fileBytes(path("read.sav")) == asKept(facts(mapper), original));
             QVERIFY(writeFile(path("new.sav"), changed(original)));
             first.disturbRegisters();
             const JobOutcome outcome = first.run(GB_WRITE_RAM, size, path("new.sav"));
             QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
         }
-        QVERIFY(fileBytes(path("kept.sav")) == changed(original));
+        const QByteArray expected = asKept(facts(mapper), changed(original));
+        QVERIFY(fileBytes(path("kept.sav")) == expected);
 
         MapperFixture second(facts(mapper), smallestRom(mapper), size, path("kept.sav"));
         QVERIFY(second.run(GB_READ_RAM, size, path("again.sav")).succeeded());
-        QVERIFY(fileBytes(path("again.sav")) == changed(original));
+        QVERIFY(fileBytes(path("again.sav")) == expected);
     }
 
     void logsTheSteps_data() { addRamRows(); }
@@ -84,12 +98,16 @@ private slots:
         QFETCH(int, mapper);
         QFETCH(int, size);
         MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
-        QCOMPARE(fixture.run(GB_READ_RAM, size, path("read.sav")).log,
-                 QStringList({"Start dump save...", "Dump save finish."}));
-        QCOMPARE(fixture.run(GB_WRITE_RAM, size, path("read.sav")).log,
-                 QStringList({"Read file :" + path("read.sav"),
-                              "Read " + QString::number(size) + " Bytes", "Start write save...",
-                              "Write save finish."}));
+        QStringList reading = {"Start dump save...", "Dump save finish."};
+        QStringList writing = {"Read file :" + path("read.sav"),
+                               "Read " + QString::number(size) + " Bytes", "Start write save...",
+                               "Write save finish."};
+        if (facts(mapper).script == factsOf(MapperKind::Mmm01).script) {
+            reading.insert(1, kStaysMapped);
+            writing.insert(3, kStaysMapped);
+        }
+        QCOMPARE(fixture.run(GB_READ_RAM, size, path("read.sav")).log, reading);
+        QCOMPARE(fixture.run(GB_WRITE_RAM, size, path("read.sav")).log, writing);
     }
 
     void readTakesTheFewestOperations_data() { addRamRows(); }
@@ -99,7 +117,7 @@ private slots:
         QFETCH(int, size);
         MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
         QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
-        compareTraffic(&fixture, saveReadTraffic(facts(mapper), size));
+        compareTraffic(&fixture, saveReadTraffic(size));
     }
 
     void writeTakesTheFewestOperations_data() { addRamRows(); }
@@ -110,7 +128,7 @@ private slots:
         MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
         QVERIFY(writeFile(path("new.sav"), noise(size, 2)));
         QVERIFY(fixture.run(GB_WRITE_RAM, size, path("new.sav")).succeeded());
-        compareTraffic(&fixture, saveWriteTraffic(facts(mapper), size));
+        compareTraffic(&fixture, saveWriteTraffic(size));
     }
 
     void onlyRegistersAndTheSaveAreWrittenTo_data() { addRamRows(); }
@@ -135,7 +153,7 @@ private slots:
         MapperFixture fixture(facts(mapper), smallestRom(mapper), size);
         fixture.setSave(noise(size, 3));
         QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
-        QCOMPARE(fixture.reader().cartridge().saveChanges(), std::uint64_t{0});
+        QCOMPARE(fixture.cartridge().saveChanges(), std::uint64_t{0});
     }
 
     // A save file can be longer than the save memory; the rest of it is not sent.
@@ -148,7 +166,7 @@ private slots:
         const QByteArray longer = noise(size + 512, 4);
         QVERIFY(writeFile(path("long.sav"), longer));
         QVERIFY(fixture.run(GB_WRITE_RAM, size, path("long.sav")).succeeded());
-        QVERIFY(fixture.save() == longer.left(size));
+        QVERIFY(fixture.save() == asKept(facts(mapper), longer.left(size)));
     }
 
 private:
@@ -161,9 +179,7 @@ private:
         const Traffic sent = trafficOf(fixture->reader().counters());
         QCOMPARE(sent.commandRuns, expected.commandRuns);
         QCOMPARE(sent.reads, expected.reads);
-        QCOMPARE(sent.blocks, expected.blocks);
-        QCOMPARE(fixture->reader().counters().refusedBlocks, std::uint64_t{0});
-        QCOMPARE(fixture->reader().counters().refusedReads, std::uint64_t{0});
+        QCOMPARE(fixture->refused(), std::uint64_t{0});
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

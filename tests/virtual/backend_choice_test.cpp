@@ -16,6 +16,10 @@ private slots:
     void demoNeedsNoFile();
     void allPartsAreUnderstood();
     void demoTakesTheOtherParts();
+    void noneIsAnEmptySlot();
+    void systemCanBeAskedFor();
+    void chipsCanBeAskedFor();
+    void optionsReachTheCartridge();
     void badValuesAreExplained_data();
     void badValuesAreExplained();
     void cartridgeFileIsInserted();
@@ -70,6 +74,76 @@ void BackendChoiceTest::demoTakesTheOtherParts()
     QCOMPARE(label, "DEMO");
 }
 
+void BackendChoiceTest::noneIsAnEmptySlot()
+{
+    const ChosenBackend choice = chooseDriveBackend("cart=none,drive=K");
+    QVERIFY2(choice.error.empty(), choice.error.c_str());
+    QCOMPARE(choice.backend()->logicalDrives(), 1U << 10);
+    Cartridge &cartridge = choice.virtualDrive->reader().cartridge();
+    QCOMPARE(int(cartridge.gbRead(0x0104)), 0xFF);
+    QCOMPARE(int(cartridge.gbaRead(0x0002)), 0xFFFF);
+    QVERIFY(cartridge.romImage().empty());
+}
+
+void BackendChoiceTest::systemCanBeAskedFor()
+{
+    VirtualReaderRequest request;
+    std::string error;
+    QVERIFY(parseVirtualReaderRequest("cart=a", &request, &error));
+    QVERIFY(request.setup.cartridge.system == CartridgeSystem::ByHeader);
+    QVERIFY(parseVirtualReaderRequest("cart=a,system=gba", &request, &error));
+    QVERIFY(request.setup.cartridge.system == CartridgeSystem::Gba);
+    QVERIFY(parseVirtualReaderRequest("cart=a,system=gb", &request, &error));
+    QVERIFY(request.setup.cartridge.system == CartridgeSystem::Gb);
+}
+
+void BackendChoiceTest::chipsCanBeAskedFor()
+{
+    VirtualReaderRequest request;
+    std::string error;
+    QVERIFY2(parseVirtualReaderRequest("cart=a,save-type=eep,save-size=8K,flash=16,flash-size=4M,"
+                                       "flash-code=0x1B,erase-polls=7,chip-fault=protected",
+                                       &request, &error),
+             error.c_str());
+    const CartridgeOptions &options = request.setup.cartridge;
+    QVERIFY(options.saveType == GbaSaveType::Eeprom);
+    QCOMPARE(options.saveSize, 8192U);
+    QVERIFY(options.flash == FlashWidth::Word);
+    QCOMPARE(options.flashSize, 4U * 1024 * 1024);
+    QCOMPARE(int(*options.flashChip.sizeCode), 27);
+    QCOMPARE(options.flashChip.erasePolls, 7U);
+    QVERIFY(options.flashChip.writeProtected && !options.flashChip.eraseNeverEnds);
+    QVERIFY(parseVirtualReaderRequest("cart=a,save-type=sram,flash=8,chip-fault=endless", &request,
+                                      &error));
+    QVERIFY(options.saveType == GbaSaveType::Sram);
+    QVERIFY(options.flash == FlashWidth::Byte);
+    QVERIFY(!options.flashChip.writeProtected && options.flashChip.eraseNeverEnds);
+    QVERIFY(parseVirtualReaderRequest("cart=a,save-type=flash", &request, &error));
+    QVERIFY(options.saveType == GbaSaveType::Flash);
+    QVERIFY(parseVirtualReaderRequest("cart=a,save-type=none", &request, &error));
+    QVERIFY(options.saveType == GbaSaveType::None);
+}
+
+void BackendChoiceTest::optionsReachTheCartridge()
+{
+    QTemporaryDir folder;
+    const std::string path = folder.filePath("game.gba").toStdString();
+    ByteVector image;
+    std::string error;
+    QVERIFY(makeGbaImage({}, &image, &error));
+    QVERIFY2(replaceFile(path, image, &error), error.c_str());
+    const ChosenBackend choice =
+        chooseDriveBackend(("cart=" + path + ",save-type=flash,save-size=128K").c_str());
+    QVERIFY2(choice.error.empty(), choice.error.c_str());
+    QCOMPARE(choice.virtualDrive->reader().cartridge().saveImage().size(), std::size_t(128 * 1024));
+    const ChosenBackend flash = chooseDriveBackend("demo,flash=16,flash-size=2M");
+    QVERIFY2(flash.error.empty(), flash.error.c_str());
+    QCOMPARE(flash.virtualDrive->reader().cartridge().romImage().size(),
+             std::size_t(2 * 1024 * 1024));
+    const ChosenBackend wrong = chooseDriveBackend(("cart=" + path + ",save-size=3K").c_str());
+    QVERIFY2(wrong.error.find("save size 3072") != std::string::npos, wrong.error.c_str());
+}
+
 void BackendChoiceTest::badValuesAreExplained_data()
 {
     QTest::addColumn<QByteArray>("value");
@@ -81,6 +155,17 @@ void BackendChoiceTest::badValuesAreExplained_data()
     QTest::newRow("comma at the end") << QByteArray("demo,") << "\"\" is not understood";
     QTest::newRow("no cartridge") << QByteArray("label=X") << "either demo or cart=FILE";
     QTest::newRow("two cartridges") << QByteArray("demo,cart=a") << "either demo or cart=FILE";
+    QTest::newRow("none and demo") << QByteArray("demo,cart=none") << "either demo or cart=FILE";
+    QTest::newRow("none and a file") << QByteArray("cart=a,cart=none") << "either demo or cart=";
+    QTest::newRow("system") << QByteArray("cart=a,system=gbc") << "\"system=gbc\"";
+    QTest::newRow("list of options") << QByteArray("cart=a,system=") << "system=gb|gba";
+    QTest::newRow("save type") << QByteArray("cart=a,save-type=eeprom") << "\"save-type=eeprom\"";
+    QTest::newRow("save size") << QByteArray("cart=a,save-size=0") << "\"save-size=0\"";
+    QTest::newRow("flash") << QByteArray("cart=a,flash=32") << "\"flash=32\"";
+    QTest::newRow("flash size") << QByteArray("cart=a,flash-size=4G") << "\"flash-size=4G\"";
+    QTest::newRow("flash code") << QByteArray("cart=a,flash-code=256") << "\"flash-code=256\"";
+    QTest::newRow("chip fault") << QByteArray("cart=a,chip-fault=bad") << "\"chip-fault=bad\"";
+    QTest::newRow("polls") << QByteArray("cart=a,erase-polls=-1") << "\"erase-polls=-1\"";
     QTest::newRow("long letter") << QByteArray("demo,drive=EE") << "\"drive=EE\"";
     QTest::newRow("no letter") << QByteArray("demo,drive=1") << "\"drive=1\"";
     QTest::newRow("strict") << QByteArray("demo,strict=yes") << "\"strict=yes\"";

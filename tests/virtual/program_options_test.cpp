@@ -36,6 +36,8 @@ private slots:
     void mountOptions();
     void defaults();
     void imageOptions();
+    void gbaImageOptions();
+    void cartridgeOptions();
     void sizes_data();
     void sizes();
     void mistakes_data();
@@ -86,6 +88,29 @@ void ProgramOptionsTest::imageOptions()
     QCOMPARE(quint64(parsed.options.image.seed), quint64(77));
 }
 
+void ProgramOptionsTest::gbaImageOptions()
+{
+    const Parsed parsed = parse({"--make-image", "/x.gba", "--system", "gba", "--code", "AWRP",
+                                 "--rom-size", "8M", "--title", "A TITLE", "--seed", "77"});
+    QVERIFY2(parsed.ok, parsed.error.c_str());
+    QVERIFY(parsed.options.setup.cartridge.system == CartridgeSystem::Gba);
+    QCOMPARE(parsed.options.gbaImage.code, std::string("AWRP"));
+    QCOMPARE(parsed.options.gbaImage.romSize, 8U * 1024 * 1024);
+    QCOMPARE(parsed.options.gbaImage.title, std::string("A TITLE"));
+    QCOMPARE(quint64(parsed.options.gbaImage.seed), quint64(77));
+}
+
+void ProgramOptionsTest::cartridgeOptions()
+{
+    const Parsed parsed = parse({"--mount", "/mnt/r", "--cart", "c", "--save-type", "flash",
+                                 "--save-size", "128K", "--flash", "8", "--flash-size", "2M"});
+    QVERIFY2(parsed.ok, parsed.error.c_str());
+    QVERIFY(parsed.options.setup.cartridge.saveType == GbaSaveType::Flash);
+    QCOMPARE(parsed.options.setup.cartridge.saveSize, 128U * 1024);
+    QVERIFY(parsed.options.setup.cartridge.flash == FlashWidth::Byte);
+    QCOMPARE(parsed.options.setup.cartridge.flashSize, 2U * 1024 * 1024);
+}
+
 void ProgramOptionsTest::sizes_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -130,6 +155,14 @@ void ProgramOptionsTest::mistakes_data()
         << QStringList{"--make-image", "/i", "--type", "256"} << "--type 256";
     QTest::newRow("two cartridges")
         << QStringList{"--mount", "/m", "--demo", "--cart", "c"} << "exclude each other";
+    QTest::newRow("system") << QStringList{"--mount", "/m", "--system", "nes"}
+                            << "--system nes: not a gb|gba";
+    QTest::newRow("flash") << QStringList{"--mount", "/m", "--flash", "9"}
+                           << "--flash 9: not a 8|16";
+    QTest::newRow("flash size missing")
+        << QStringList{"--mount", "/m", "--flash-size"} << "--flash-size needs a value";
+    QTest::newRow("name without dashes")
+        << QStringList{"--mount", "/m", "system", "gb"} << "unknown option system";
     QTest::newRow("seed") << QStringList{"--make-image", "/i", "--seed", "1x"} << "--seed 1x";
 }
 
@@ -153,7 +186,8 @@ void ProgramOptionsTest::helpListsEveryOption()
     QVERIFY(parse({"--help"}).ok);
     const QString usage = QString::fromStdString(programUsage());
     for (const char *name : {"--mount DIR", "--cart FILE", "--save FILE", "--strict-sectors",
-                             "--log FILE", "--make-image FILE", "--seed NUMBER", "--background"})
+                             "--log FILE", "--make-image FILE", "--seed NUMBER", "--background",
+                             "--system gb|gba", "--flash 8|16", "--save-size SIZE", "--code TEXT"})
         QVERIFY2(usage.contains(QString("\n  %1 ").arg(name)), name);
 }
 

@@ -1,44 +1,16 @@
 #include "virtual/fuse/program_options.h"
 
+#include "virtual/option_values.h"
+
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
-#include <limits>
 #include <system_error>
 
 namespace
 {
 
-// Reads a whole number, decimal or with 0x. `*rest` becomes what follows it.
-bool parseNumber(const std::string &text, std::uint64_t *value, std::string *rest)
-{
-    if (text.empty() || text[0] < '0' || text[0] > '9')
-        return false;
-    char *end = nullptr;
-    errno = 0;
-    *value = std::strtoull(text.c_str(), &end, 0);
-    *rest = end;
-    return errno == 0;
-}
-
-// Bytes, or with a suffix K or M kibibytes or mebibytes.
-bool parseSize(const std::string &text, std::uint32_t *size)
-{
-    std::uint64_t value = 0;
-    std::string suffix;
-    if (!parseNumber(text, &value, &suffix) || value > std::numeric_limits<std::uint32_t>::max())
-        return false;
-    if (suffix == "K" || suffix == "k")
-        value <<= 10;
-    else if (suffix == "M" || suffix == "m")
-        value <<= 20;
-    else if (!suffix.empty())
-        return false;
-    *size = static_cast<std::uint32_t>(value);
-    return value == *size;
-}
+const std::string kDashes = "--";
 
 bool parseType(const std::string &text, std::uint8_t *type)
 {
@@ -101,17 +73,24 @@ const OptionRow kOptions[] = {
      [](T, O o) { return o->mount.background = true; }},
     {"--make-image", "FILE", "write a generated cartridge image and exit",
      [](T v, O o) { return setPath(v, &o->imagePath); }},
-    {"--type", "CODE", "its header type, for example 0x1B",
+    {"--type", "CODE", "its header type if it is for GB, for example 0x1B",
      [](T v, O o) { return parseType(v, &o->image.type); }},
+    {"--code", "TEXT", "its game code if it is for GBA, for example AWRP",
+     [](T v, O o) { return setText(v, &o->gbaImage.code); }},
     {"--rom-size", "SIZE", "its ROM size, for example 8M",
-     [](T v, O o) { return parseSize(v, &o->image.romSize); }},
-    {"--ram-size", "SIZE", "its RAM size, for example 32K",
+     [](T v, O o) {
+         return parseSize(v, &o->image.romSize) && parseSize(v, &o->gbaImage.romSize);
+     }},
+    {"--ram-size", "SIZE", "its RAM size if it is for GB, for example 32K",
      [](T v, O o) { return parseSize(v, &o->image.ramSize); }},
-    {"--title", "TEXT", "its title", [](T v, O o) { return setText(v, &o->image.title); }},
+    {"--title", "TEXT", "its title",
+     [](T v, O o) { return setText(v, &o->image.title) && setText(v, &o->gbaImage.title); }},
     {"--seed", "NUMBER", "another number makes other contents",
      [](T v, O o) {
          std::string rest;
-         return parseNumber(v, &o->image.seed, &rest) && rest.empty();
+         const bool ok = parseNumber(v, &o->image.seed, &rest) && rest.empty();
+         o->gbaImage.seed = o->image.seed;
+         return ok;
      }},
     {"--help", nullptr, "this text", [](T, O o) { return o->help = true; }},
 };
@@ -123,6 +102,42 @@ const OptionRow *findOption(const std::string &name)
             return &row;
     }
     return nullptr;
+}
+
+const CartridgeOptionRow *findOptionOfCartridge(const std::string &name)
+{
+    return name.compare(0, kDashes.size(), kDashes) == 0
+               ? findCartridgeOption(name.substr(kDashes.size()))
+               : nullptr;
+}
+
+// `*valueName`: null if the option takes none. Returns: false if there is no such option.
+bool findValueName(const std::string &name, const char **valueName)
+{
+    const OptionRow *row = findOption(name);
+    const CartridgeOptionRow *cartridgeRow = findOptionOfCartridge(name);
+    if (row != nullptr)
+        *valueName = row->value;
+    else if (cartridgeRow != nullptr)
+        *valueName = cartridgeRow->value;
+    return row != nullptr || cartridgeRow != nullptr;
+}
+
+bool applyOption(const std::string &name, const std::string &value, ProgramOptions *options)
+{
+    const OptionRow *row = findOption(name);
+    return row != nullptr ? row->apply(value, options)
+                          : findOptionOfCartridge(name)->apply(value, &options->setup.cartridge);
+}
+
+std::string usageLine(const std::string &name, const char *value, const char *help)
+{
+    constexpr std::size_t kColumn = 24;
+    std::string line = "  " + name;
+    if (value != nullptr)
+        line += std::string(" ") + value;
+    line.resize(std::max(line.size() + 1, kColumn), ' ');
+    return line + help + "\n";
 }
 
 bool failed(const std::string &reason, std::string *error)
@@ -149,29 +164,27 @@ bool parseProgramOptions(int argc, const char *const *argv, ProgramOptions *opti
 {
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
-        const OptionRow *row = findOption(name);
-        if (row == nullptr)
+        const char *valueName = nullptr;
+        if (!findValueName(name, &valueName))
             return failed("unknown option " + name, error);
-        if (row->value != nullptr && i + 1 == argc)
+        if (valueName != nullptr && i + 1 == argc)
             return failed(name + " needs a value", error);
-        const std::string value = row->value != nullptr ? argv[++i] : "";
-        if (!row->apply(value, options))
-            return failed(name + " " + value + ": not a " + row->value, error);
+        const std::string value = valueName != nullptr ? argv[++i] : "";
+        if (!applyOption(name, value, options))
+            return failed(name + " " + value + ": not a " + valueName, error);
     }
     return checkTogether(*options, error);
 }
 
 std::string programUsage()
 {
-    constexpr std::size_t kColumn = 24;
     std::string text = "Usage: gbdriver-virtual-reader --mount DIR [--cart FILE] [options]\n"
                        "       gbdriver-virtual-reader --make-image FILE [options]\n\n";
-    for (const OptionRow &row : kOptions) {
-        std::string line = std::string("  ") + row.name;
-        if (row.value != nullptr)
-            line += std::string(" ") + row.value;
-        line.resize(std::max(line.size() + 1, kColumn), ' ');
-        text += line + row.help + "\n";
-    }
+    for (const OptionRow &row : kOptions)
+        text += usageLine(row.name, row.value, row.help);
+    text +=
+        "\nOptions of the cartridge; an image for GBA takes its system and save type from them:\n";
+    for (const CartridgeOptionRow &row : cartridgeOptionRows())
+        text += usageLine(kDashes + std::string(row.name), row.value, row.help);
     return text;
 }

@@ -14,6 +14,7 @@ struct ProgramOptions {
     std::string logPath;   // empty: no log
     std::string imagePath; // not empty: write an image there instead of mounting
     GbImageSpec image;
+    GbaImageSpec gbaImage; // instead, if setup.cartridge.system is Gba
 };
 
 // Paths come out absolute, because a background process leaves its folder.

@@ -3,6 +3,7 @@
 #include "virtual/fuse/operation_log.h"
 #include "virtual/fuse/program_options.h"
 #include "virtual/fuse/reader_mount.h"
+#include "virtual/gba_save_choice.h"
 #include "virtual/image_generator.h"
 #include "virtual/reader_setup.h"
 #include "virtual/save_file.h"
@@ -21,11 +22,23 @@ int complain(const std::string &error)
     return kExitError;
 }
 
-int makeImage(const ProgramOptions &options)
+bool makeImage(const ProgramOptions &options, ByteVector *image, std::string *error)
+{
+    if (options.setup.cartridge.system != CartridgeSystem::Gba)
+        return makeGbImage(options.image, image, error);
+    const auto save = chooseGbaSave(options.setup.cartridge, SaveKind::None, error);
+    if (!save.has_value())
+        return false;
+    GbaImageSpec spec = options.gbaImage;
+    spec.saveKind = save->kind;
+    return makeGbaImage(spec, image, error);
+}
+
+int writeImage(const ProgramOptions &options)
 {
     ByteVector image;
     std::string error;
-    if (!makeGbImage(options.image, &image, &error))
+    if (!makeImage(options, &image, &error))
         return complain(error);
     return replaceFile(options.imagePath, image, &error) ? 0 : complain(error);
 }
@@ -62,5 +75,5 @@ int runReaderProgram(int argc, char **argv)
         std::fputs(programUsage().c_str(), stdout);
         return 0;
     }
-    return options.imagePath.empty() ? serve(options) : makeImage(options);
+    return options.imagePath.empty() ? serve(options) : writeImage(options);
 }

@@ -1,0 +1,37 @@
+// HuC1: up to 1 MiB of ROM and 32 KiB of RAM, with an infrared sender and receiver.
+//
+// There is no gate: A000-BFFF is either the infrared register or RAM that is always writable.
+// Source: Pan Docs, "HuC1".
+#pragma once
+
+#include "virtual/gb_cartridges.h"
+
+class Huc1Cartridge : public GbCartridge
+{
+public:
+    using GbCartridge::GbCartridge;
+
+    void powerCycle() override;
+
+    // Whether the receiver sees light; the cartridge's own sender does not reach it.
+    void setLight(bool shines) { m_light = shines; }
+    bool senderShines() const { return m_registers.senderShines; }
+
+protected:
+    void writeRegister(std::uint16_t address, std::uint8_t value) override;
+    std::uint8_t readUpper(std::uint16_t address) override;
+    void writeUpper(std::uint16_t address, std::uint8_t value) override;
+    std::uint32_t highRomBank() const override { return m_registers.romBank; }
+    std::uint32_t ramBank() const override { return m_registers.ramBank; }
+
+private:
+    struct Registers {
+        bool infrared = false;
+        bool senderShines = false;
+        std::uint32_t romBank = 1; // 6 bits, 0 allowed
+        std::uint32_t ramBank = 0; // 2 bits
+    };
+
+    bool m_light = false;
+    Registers m_registers;
+};

@@ -1,0 +1,51 @@
+// What tests of mappers share: images, banks found by their contents, short ways to the bus.
+#pragma once
+
+#include "virtual/cartridge.h"
+#include "virtual/image_generator.h"
+
+#include <QtGlobal>
+
+#include <cstdint>
+#include <string>
+
+constexpr std::uint32_t kKiB = 1024;
+constexpr std::uint32_t kBankSize = 16 * kKiB;
+
+inline ByteVector bankedImage(std::uint32_t size)
+{
+    ByteVector image;
+    std::string error;
+    if (!makeGbImage({0x1B, size, 0, "BANKS", 42}, &image, &error))
+        qFatal("%s", error.c_str());
+    return image;
+}
+
+inline void busWrite(Cartridge &cartridge, unsigned address, unsigned value)
+{
+    cartridge.gbWrite(static_cast<std::uint16_t>(address), static_cast<std::uint8_t>(value));
+}
+
+// As int, for QCOMPARE.
+inline int busRead(Cartridge &cartridge, unsigned address)
+{
+    return cartridge.gbRead(static_cast<std::uint16_t>(address));
+}
+
+// The number of the 16 KiB bank that shows at `address`; -1 if it is none. Bytes 0 to 3 of each
+// sector of a generated image are the sector's number, but for the header.
+inline int bankAt(Cartridge &cartridge, unsigned address)
+{
+    unsigned sector = 0;
+    for (unsigned i = 0; i < 4; ++i)
+        sector |= static_cast<unsigned>(busRead(cartridge, address + i)) << (8 * i);
+    const unsigned bank = sector / 32;
+    const ByteVector image = cartridge.romImage();
+    if (bank >= image.size() / kBankSize)
+        return -1;
+    for (unsigned i = 0; i < kBankSize; ++i) {
+        if (busRead(cartridge, address + i) != image[bank * kBankSize + i])
+            return -1;
+    }
+    return static_cast<int>(bank);
+}
