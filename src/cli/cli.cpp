@@ -1,6 +1,7 @@
 #include "cli/cli.h"
 
 #include "cli/cli_detection.h"
+#include "cli/cli_flash.h"
 #include "cli/cli_info.h"
 #include "cli/cli_job.h"
 #include "cli/cli_options.h"
@@ -8,6 +9,7 @@
 #include "cli/terminal.h"
 #include "device/device_link.h"
 #include "virtual/backend_choice.h"
+#include "worker/famicom_thread.h"
 
 #include <QCoreApplication>
 
@@ -63,6 +65,8 @@ bool runRequest(const CliOptions &options)
     CliJob job = options.job;
     if (options.request == CliRequest::DetectThenRun && !detectJob(options, &job))
         return false;
+    if (job.operate == GB_WRITE_FLASH)
+        probeForFlashJob(&job, [](const QString &line) { printError(line + QLatin1Char('\n')); });
     return runCliJob(job, stderr, isTerminal);
 }
 

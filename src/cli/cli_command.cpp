@@ -6,9 +6,10 @@ namespace
 {
 
 constexpr CliCommand kCommands[] = {
-    {"dump", GB_READ_ROM, GBA_READ_ROM, false},
-    {"read-ram", GB_READ_RAM, GBA_READ_RAM, true},
-    {"write-ram", GB_WRITE_RAM, GBA_WRITE_RAM, true},
+    {"dump", GB_READ_ROM, GBA_READ_ROM, MovedData::Rom},
+    {"read-ram", GB_READ_RAM, GBA_READ_RAM, MovedData::Save},
+    {"write-ram", GB_WRITE_RAM, GBA_WRITE_RAM, MovedData::Save},
+    {"flash", GB_WRITE_FLASH, GBA_WRITE_FLASH, MovedData::RomFile},
 };
 
 } // namespace

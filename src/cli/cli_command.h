@@ -3,11 +3,18 @@
 
 #include <QString>
 
+// What a command moves, and so which size it needs to know.
+enum class MovedData {
+    Rom,    // the ROM size
+    Save,   // the save size, and on the GBA the kind of save memory
+    RomFile // nothing: the size is the file's
+};
+
 struct CliCommand {
     const char *name;
     int gbCode; // JobCode on a GB cartridge
     int gbaCode;
-    bool movesSave; // save memory rather than ROM
+    MovedData moves;
 };
 
 // Returns: null if there is no such job.

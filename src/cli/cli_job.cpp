@@ -1,5 +1,6 @@
 #include "cli/cli_job.h"
 
+#include "cli/interrupt.h"
 #include "cli/progress_printer.h"
 #include "device/device_link.h"
 #include "worker/famicom_thread.h"
@@ -7,9 +8,12 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QTimer>
 
 namespace
 {
+
+constexpr int kInterruptPollMs = 50;
 
 void fillJobFields(FamicomThread *worker, const CliJob &job, const QString &scriptPath)
 {
@@ -19,6 +23,14 @@ void fillJobFields(FamicomThread *worker, const CliJob &job, const QString &scri
     worker->rom_size = job.romSize;
     worker->ram_size = job.ramSize;
     worker->save_type = job.saveType;
+    worker->flash_width = job.flashWidth;
+}
+
+qint64 bytesToMove(const CliJob &job)
+{
+    if (job.operate == GB_WRITE_FLASH || job.operate == GBA_WRITE_FLASH)
+        return QFileInfo(job.fileName).size();
+    return job.romSize > 0 ? job.romSize : job.ramSize;
 }
 
 // Where the lines of a job go: to the printer at once, or nowhere unless the job fails.
@@ -50,6 +62,20 @@ private:
     QStringList m_kept;
 };
 
+// A job can only stop while it waits for an erase; anything else it finishes, because half a save
+// or half a ROM is worth nothing. The flag is raised again and again, since a job that has only
+// just been started clears it.
+void passOnInterrupt(FamicomThread *worker, JobLog *log)
+{
+    if (!wasInterrupted())
+        return;
+    if (worker->cancel_flag.load(std::memory_order_relaxed) == 0)
+        log->add(QStringLiteral("Asked to stop. A job stops only while it waits for an erase; else "
+                                "it is finished first. Press Ctrl-C again to end at once, which "
+                                "leaves the cartridge as it is at that moment."));
+    worker->canceled();
+}
+
 // Blocks until the job has ended. Returns: its result flag.
 int runWorker(FamicomThread *worker, ProgressPrinter *printer, JobLog *log)
 {
@@ -64,6 +90,11 @@ int runWorker(FamicomThread *worker, ProgressPrinter *printer, JobLog *log)
     });
     QObject::connect(worker, &FamicomThread::error, &loop, [&](int flag) { result = flag; });
     QObject::connect(worker, &QThread::finished, &loop, &QEventLoop::quit);
+    QTimer interruptPoll;
+    QObject::connect(&interruptPoll, &QTimer::timeout, &loop,
+                     [&] { passOnInterrupt(worker, log); });
+    watchForInterrupt();
+    interruptPoll.start(kInterruptPollMs);
     worker->start();
     loop.exec();
     return result;
@@ -89,7 +120,7 @@ bool runCliJob(const CliJob &job, std::FILE *stream, bool isTerminal, CliJobOutp
 {
     const QString scriptPath =
         QCoreApplication::applicationDirPath() + QStringLiteral("/mapper/") + job.scriptName;
-    ProgressPrinter printer(stream, isTerminal, job.romSize > 0 ? job.romSize : job.ramSize);
+    ProgressPrinter printer(stream, isTerminal, bytesToMove(job));
     JobLog log(&printer, output);
     bool succeeded = false;
     if (!QFileInfo::exists(scriptPath)) {

@@ -23,7 +23,7 @@ const QString kAuto = QStringLiteral("auto");
 const QString kJson = QStringLiteral("json");
 const QString kHelp = QStringLiteral("help");
 const QString kQuick = QStringLiteral("quick");
-const QString kCommandNames = QStringLiteral("info, dump, read-ram or write-ram");
+const QString kCommandNames = QStringLiteral("info, dump, read-ram, write-ram or flash");
 
 void describeCommandLine(QCommandLineParser *parser)
 {
@@ -33,7 +33,8 @@ void describeCommandLine(QCommandLineParser *parser)
         "  info            say what the reader and its cartridge are\n"
         "  dump FILE       copy the cartridge's ROM into FILE\n"
         "  read-ram FILE   copy the cartridge's save into FILE\n"
-        "  write-ram FILE  write the save in FILE into the cartridge\n\n"
+        "  write-ram FILE  write the save in FILE into the cartridge\n"
+        "  flash FILE      write the ROM in FILE into a rewritable GB cartridge\n\n"
         "Without --system the cartridge is looked at first, and what its header says is used.\n"
         "An option that is given as well wins over the header.\n\n"
         "Examples:\n"

@@ -15,6 +15,7 @@ struct CliJob {
     int romSize = 0;    // bytes; 0 for save jobs
     int ramSize = 0;    // bytes; 0 for ROM jobs
     int saveType = 0;   // GBA saves: 0 SRAM, 1 FLASH, 2 EEP
+    int flashWidth = 0; // GB flash: 0 = 8-bit chip, 1 = 16-bit chip
 };
 
 // What is known of the cartridge, from the user or from the report; the values of the settings

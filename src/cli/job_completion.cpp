@@ -32,15 +32,20 @@ bool needSize(const std::optional<int> &value, const char *option, QString *prob
 bool takeSize(const CliCommand &command, const CartridgeValues &values, CliJob *job,
               QString *problem)
 {
-    if (command.movesSave) {
+    switch (command.moves) {
+    case MovedData::Save:
         if (!needSize(values.ramSize, "ram-size", problem))
             return false;
         job->ramSize = *values.ramSize;
         return true;
+    case MovedData::Rom:
+        if (!needSize(values.romSize, "rom-size", problem))
+            return false;
+        job->romSize = *values.romSize;
+        return true;
+    case MovedData::RomFile:
+        return true;
     }
-    if (!needSize(values.romSize, "rom-size", problem))
-        return false;
-    job->romSize = *values.romSize;
     return true;
 }
 
@@ -76,11 +81,12 @@ bool completeGba(const CliCommand &command, const CartridgeValues &values, CliJo
 {
     job->operate = command.gbaCode;
     job->scriptName = QStringLiteral("gba.nut");
-    if (command.movesSave && !needChoice(values.saveType, "save-type", kGbaSaveTypes, problem))
+    const bool movesSave = command.moves == MovedData::Save;
+    if (movesSave && !needChoice(values.saveType, "save-type", kGbaSaveTypes, problem))
         return false;
     if (!takeSize(command, values, job, problem))
         return false;
-    if (!command.movesSave)
+    if (!movesSave)
         return true;
     job->saveType = *values.saveType;
     return checkSaveSize(*job, problem);

@@ -19,6 +19,9 @@ ProgressPrinter::ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 tota
 void ProgressPrinter::printLine(const QString &line)
 {
     finish();
+    // What comes before the first bytes, an erase say, does not count for the rate.
+    if (!m_hasProgress)
+        m_clock.restart();
     QString text = line;
     while (text.endsWith(QLatin1Char('\n')))
         text.chop(1);
@@ -44,6 +47,7 @@ bool ProgressPrinter::isDue(qint64 doneBytes)
 
 void ProgressPrinter::showProgress(qint64 doneBytes)
 {
+    m_hasProgress = true;
     if (m_totalBytes <= 0 || !isDue(doneBytes))
         return;
     const QByteArray text = progressText(doneBytes, m_totalBytes, m_clock.elapsed()).toLocal8Bit();

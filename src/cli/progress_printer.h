@@ -28,6 +28,7 @@ private:
     std::FILE *m_stream;
     bool m_isTerminal;
     bool m_barIsOpen = false;
+    bool m_hasProgress = false;
     qint64 m_totalBytes;
     qint64 m_lastShownMs = -1;
     int m_lastTenth = -1;

@@ -4,7 +4,7 @@
 #include "device/device_ops.h"
 #include "ui/console.h"
 #include "ui/file_action.h"
-#include "ui/flash_chip_probe.h"
+#include "worker/flash_chip_probe.h"
 #include "ui/settings.h"
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"

@@ -29,6 +29,17 @@ QString CartridgeFiles::addImage(std::uint8_t type, std::uint32_t romSize, std::
     return write(QString("image%1.gb").arg(++m_images), bytesOf(image));
 }
 
+QString CartridgeFiles::addGbaImage(std::uint32_t romSize)
+{
+    GbaImageSpec spec;
+    spec.romSize = romSize;
+    ByteVector image;
+    std::string error;
+    if (!makeGbaImage(spec, &image, &error))
+        qFatal("%s", error.c_str());
+    return write(QString("image%1.gba").arg(++m_images), bytesOf(image));
+}
+
 QString CartridgeFiles::addNoise(const QString &name, std::uint32_t size, std::uint64_t seed)
 {
     return write(name, bytesOf(makeNoise(size, seed)));

@@ -13,6 +13,7 @@ public:
     // Writes a generated image and returns its path. `type`: header type code; sizes in bytes.
     QString addImage(std::uint8_t type, std::uint32_t romSize, std::uint32_t ramSize,
                      std::uint64_t seed = 1);
+    QString addGbaImage(std::uint32_t romSize);
     // Writes `size` bytes of noise and returns the file's path.
     QString addNoise(const QString &name, std::uint32_t size, std::uint64_t seed);
 

@@ -126,6 +126,63 @@ private slots:
         QVERIFY(contentOf(readBack) != original);
     }
 
+    void flashedRomIsDumpedFromTheChip_data()
+    {
+        QTest::addColumn<QString>("width");
+        QTest::newRow("8-bit chip") << "8";
+        QTest::newRow("16-bit chip") << "16";
+    }
+
+    void flashedRomIsDumpedFromTheChip()
+    {
+        QFETCH(QString, width);
+        CartridgeFiles files;
+        const QString old = files.addImage(0x19, 256 * kKibi, 0, 1);
+        const QString rom = files.addImage(0x19, 256 * kKibi, 0, 2);
+        MountedReader reader;
+        QCOMPARE(reader.start(old, QString(), {"--flash", width}), QString());
+        const QStringList kind = {"--system", "gb", "--mapper", "mbc5"};
+        const Outcome flashed = runCli(reader, QStringList{"flash", rom} + kind);
+        QVERIFY2(flashed.exitCode == 0, qPrintable(flashed.log));
+        QVERIFY(flashed.log.contains("Flash chip is " + width + "bit width"));
+
+        const QString dump = files.path("dump.gb");
+        const Outcome dumped =
+            runCli(reader, QStringList{"dump", dump, "--rom-size", "256K"} + kind);
+        QVERIFY2(dumped.exitCode == 0, qPrintable(dumped.log));
+        QVERIFY(contentOf(dump) == contentOf(rom));
+        QVERIFY(contentOf(dump) != contentOf(old));
+        QCOMPARE(refusals(reader.operations()), QStringList());
+    }
+
+    void gbaRomAndSaveTravelBothWays()
+    {
+        constexpr std::uint32_t kSaveSize = 128 * kKibi;
+        CartridgeFiles files;
+        const QString image = files.addGbaImage(4 * kMebi);
+        const QString chip = files.addNoise("chip.sav", kSaveSize, 5);
+        const QByteArray original = contentOf(chip);
+        MountedReader reader;
+        QCOMPARE(reader.start(image, chip, {"--save-type", "flash", "--save-size", "128K"}),
+                 QString());
+        const QStringList save = {"--system", "gba", "--save-type", "flash", "--ram-size", "128K"};
+
+        const QString dump = files.path("dump.gba");
+        const Outcome dumped =
+            runCli(reader, {"dump", dump, "--system", "gba", "--rom-size", "4M"});
+        QVERIFY2(dumped.exitCode == 0, qPrintable(dumped.log));
+        QVERIFY(contentOf(dump) == contentOf(image));
+
+        const QString backup = files.path("backup.sav");
+        QCOMPARE(runCli(reader, QStringList{"read-ram", backup} + save).exitCode, 0);
+        QVERIFY(contentOf(backup) == original);
+        const QString changed = files.addNoise("changed.sav", kSaveSize, 6);
+        const Outcome written = runCli(reader, QStringList{"write-ram", changed} + save);
+        QVERIFY2(written.exitCode == 0, qPrintable(written.log));
+        QCOMPARE(reader.unmount(), QString());
+        QVERIFY(contentOf(chip) == contentOf(changed));
+    }
+
     void anUnmountedReaderIsNotFoundAndItsFolderStaysEmpty()
     {
         CartridgeFiles files;

@@ -28,7 +28,8 @@ MountedReader::~MountedReader()
         m_process.kill();
 }
 
-QString MountedReader::start(const QString &cartPath, const QString &savePath)
+QString MountedReader::start(const QString &cartPath, const QString &savePath,
+                             const QStringList &options)
 {
     QStringList arguments = {
         "--mount",         m_folder.path(), "--cart", cartPath,
@@ -36,7 +37,7 @@ QString MountedReader::start(const QString &cartPath, const QString &savePath)
         "--strict-sectors"};
     if (!savePath.isEmpty())
         arguments << "--save" << savePath;
-    m_process.start(VIRTUAL_READER_PROGRAM, arguments);
+    m_process.start(VIRTUAL_READER_PROGRAM, arguments + options);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(kMountMs))
             return failure("The virtual reader can not be mounted (is FUSE there?)", m_process);

@@ -15,9 +15,10 @@ public:
     ~MountedReader();
 
     // Mounts a reader with this image in its slot; sectors are as strict as a disk's. `savePath`
-    // may be empty. Waits until the mount stands.
+    // may be empty; `options` are more of the reader's own. Waits until the mount stands.
     // Returns: why it does not; empty on success.
-    QString start(const QString &cartPath, const QString &savePath = QString());
+    QString start(const QString &cartPath, const QString &savePath = QString(),
+                  const QStringList &options = {});
 
     // Unmounts as a user does, refused while anybody has a file open. Returns: the refusal; empty
     // on success.

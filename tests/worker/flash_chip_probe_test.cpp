@@ -1,5 +1,5 @@
 // What a flash chip's answer to a query tells.
-#include "ui/flash_chip_probe.h"
+#include "worker/flash_chip_probe.h"
 
 #include <QtTest>
 

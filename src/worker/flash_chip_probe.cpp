@@ -1,4 +1,4 @@
-#include "ui/flash_chip_probe.h"
+#include "worker/flash_chip_probe.h"
 
 #include "device/device_ops.h"
 

@@ -1,0 +1,10 @@
+// What the command "flash" does before its job: asks the flash chip what it is, as the window does.
+#pragma once
+
+#include "cli/cli_options.h"
+
+#include <functional>
+
+// Looks for the reader, queries the chip and sets the job's flash width. Without a reader nothing
+// is asked, and the job itself says so. Blocks; no job may run.
+void probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line);

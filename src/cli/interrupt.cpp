@@ -1,0 +1,27 @@
+#include "cli/interrupt.h"
+
+#include <csignal>
+
+namespace
+{
+
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void onInterrupt(int signal)
+{
+    interrupted = 1;
+    std::signal(signal, SIG_DFL);
+}
+
+} // namespace
+
+void watchForInterrupt()
+{
+    interrupted = 0;
+    std::signal(SIGINT, onInterrupt);
+}
+
+bool wasInterrupted()
+{
+    return interrupted != 0;
+}
