@@ -1,5 +1,6 @@
 #include "cli/cli.h"
 
+#include "cli/check_script.h"
 #include "cli/cli_detection.h"
 #include "cli/cli_flash.h"
 #include "cli/cli_info.h"
@@ -91,6 +92,8 @@ int runCli(int &argc, char **argv)
         std::fputs(options.text.toLocal8Bit().constData(), isHelp ? stdout : stderr);
         return isHelp ? kSuccess : kFailure;
     }
+    if (options.request == CliRequest::CheckScript)
+        return runCheckScript(options.fileName, options.scriptKind) ? kSuccess : kFailure;
     const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
     if (chosen.backend() == nullptr) {
         std::fprintf(stderr, "gbdriver-cli: %s\n", chosen.error.c_str());

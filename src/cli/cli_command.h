@@ -3,6 +3,9 @@
 
 #include <QString>
 
+// The one script of all GBA cartridges.
+const QString kGbaScript = QStringLiteral("gba.nut");
+
 // What a command moves, and so which size it needs to know.
 enum class MovedData {
     Rom,    // the ROM size

@@ -23,7 +23,8 @@ const QString kAuto = QStringLiteral("auto");
 const QString kJson = QStringLiteral("json");
 const QString kHelp = QStringLiteral("help");
 const QString kQuick = QStringLiteral("quick");
-const QString kCommandNames = QStringLiteral("info, dump, read-ram, write-ram or flash");
+const QString kCommandNames =
+    QStringLiteral("info, dump, read-ram, write-ram, flash or check-script");
 
 void describeCommandLine(QCommandLineParser *parser)
 {
@@ -34,7 +35,8 @@ void describeCommandLine(QCommandLineParser *parser)
         "  dump FILE       copy the cartridge's ROM into FILE\n"
         "  read-ram FILE   copy the cartridge's save into FILE\n"
         "  write-ram FILE  write the save in FILE into the cartridge\n"
-        "  flash FILE      write the ROM in FILE into a rewritable GB cartridge\n\n"
+        "  flash FILE      write the ROM in FILE into a rewritable GB cartridge\n"
+        "  check-script FILE  try a mapper script on virtual cartridges\n\n"
         "Without --system the cartridge is looked at first, and what its header says is used.\n"
         "An option that is given as well wins over the header.\n\n"
         "Examples:\n"
@@ -146,6 +148,23 @@ struct OptionReader {
         return readValues();
     }
 
+    bool readCheckScript(const QStringList &words)
+    {
+        if (words.size() != 2)
+            return refuse(QStringLiteral("check-script takes exactly one file name."));
+        options.request = CliRequest::CheckScript;
+        options.fileName = words[1];
+        if (!readValues())
+            return false;
+        const CartridgeValues &values = options.values;
+        if (values.system == kSystemGba)
+            options.scriptKind = kGbaScript;
+        else if (values.mapper)
+            options.scriptKind = QString::fromLatin1(
+                kMappers[static_cast<std::size_t>(rowWithValue(kMappers, *values.mapper))].script);
+        return true;
+    }
+
     bool readJob(const QStringList &words)
     {
         options.command = findCliCommand(words[0]);
@@ -170,7 +189,9 @@ struct OptionReader {
     {
         if (words.isEmpty())
             return refuse(QStringLiteral("Missing command: %1.").arg(kCommandNames));
-        return words[0] == QLatin1String("info") ? readInfo(words) : readJob(words);
+        if (words[0] == QLatin1String("info"))
+            return readInfo(words);
+        return words[0] == QLatin1String("check-script") ? readCheckScript(words) : readJob(words);
     }
 };
 

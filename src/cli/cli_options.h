@@ -32,6 +32,7 @@ enum class CliRequest {
     RunJob,        // `job` is complete
     DetectThenRun, // look at the cartridge, complete the job with what is found
     ShowInfo,      // print the cartridge report
+    CheckScript,   // try the mapper script `fileName`
     ShowText,      // help or version: print `text`, end with success
     Refuse         // wrong usage: print `text`, end with failure
 };
@@ -43,7 +44,8 @@ struct CliOptions {
     QString text;
     CliJob job;
     const CliCommand *command = nullptr; // DetectThenRun; static
-    QString fileName;                    // DetectThenRun
+    QString fileName;                    // DetectThenRun, CheckScript
+    QString scriptKind;                  // CheckScript: the shipped script for the same cartridges
     CartridgeValues values;              // what the user said
     char driveLetter = 0;                // the only drive to look at; 0 = all
     bool asJson = false;                 // ShowInfo

@@ -80,7 +80,7 @@ bool completeGba(const CliCommand &command, const CartridgeValues &values, CliJo
                  QString *problem)
 {
     job->operate = command.gbaCode;
-    job->scriptName = QStringLiteral("gba.nut");
+    job->scriptName = kGbaScript;
     const bool movesSave = command.moves == MovedData::Save;
     if (movesSave && !needChoice(values.saveType, "save-type", kGbaSaveTypes, problem))
         return false;

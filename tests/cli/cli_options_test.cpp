@@ -274,17 +274,20 @@ private slots:
         const auto add = [](const char *words, const char *reason) {
             QTest::newRow(*words == '\0' ? "nothing" : words) << words << reason;
         };
-        add("", "Missing command: info, dump, read-ram, write-ram or flash.");
-        add("--system gb", "Missing command: info, dump, read-ram, write-ram or flash.");
-        add("erase f", "\"erase\" is no command: use info, dump, read-ram, write-ram or flash.");
-        add("Dump f", "\"Dump\" is no command: use info, dump, read-ram, write-ram or flash.");
+        add("", "Missing command: info, dump, read-ram, write-ram, flash or check-script.");
+        add("--system gb",
+            "Missing command: info, dump, read-ram, write-ram, flash or check-script.");
+        add("erase f",
+            "\"erase\" is no command: use info, dump, read-ram, write-ram, flash or check-script.");
+        add("Dump f",
+            "\"Dump\" is no command: use info, dump, read-ram, write-ram, flash or check-script.");
         add("read-ram", "read-ram takes exactly one file name.");
         add("dump a b", "dump takes exactly one file name.");
         add("dump", "dump takes exactly one file name.");
         add("info f", "info takes no file name.");
         add("info --json f", "info takes no file name.");
         add("info --drive 5", "--drive 5: not a drive letter from A to Z.");
-        add("--auto", "Missing command: info, dump, read-ram, write-ram or flash.");
+        add("--auto", "Missing command: info, dump, read-ram, write-ram, flash or check-script.");
         add("dump f --fast", "Unknown option 'fast'.");
         add("--help-all", "Unknown option 'help-all'.");
         add("dump f --help-all", "Unknown option 'help-all'.");

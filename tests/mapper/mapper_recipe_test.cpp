@@ -2,8 +2,8 @@
 // lines are the register sequences that the mappers' documents give, not what the scripts do.
 //
 // A line is one operation: "2000=01 3000=00" a command file of bus writes, "ram A000+2000" one of
-// RAM payload, "program8 4000+4000" and "program16" of flash payload, "read 0000+8000" a read of the
-// bus. The slot is empty: it reads as an erased chip, and nothing can be harmed.
+// RAM payload, "program8 4000+4000" and "program16" of flash payload, "read 0000+8000" a read of
+// the bus. The slot is empty: it reads as an erased chip, and nothing can be harmed.
 #include "job_fixture.h"
 
 #include <QtTest>
@@ -35,7 +35,8 @@ QString payloadLine(const std::vector<BlockRecord> &blocks)
         std::uint32_t length = 0;
         for (const BlockRecord &block : blocks)
             length += block.length;
-        return QString("%1 %2+%3").arg(payload.name, hex(blocks.front().address, 4), hex(length, 1));
+        return QString("%1 %2+%3")
+            .arg(payload.name, hex(blocks.front().address, 4), hex(length, 1));
     }
     return "?";
 }
@@ -64,10 +65,10 @@ QStringList linesOf(const std::vector<Operation> &operations)
     for (const Operation &operation : operations) {
         if (!isScripts(operation))
             continue;
-        lines << (operation.kind == Operation::Kind::Read
-                      ? QString("read %1+%2").arg(hex(operation.offset, 4),
-                                                  hex(operation.length, 1))
-                      : runLine(operation.blocks));
+        lines
+            << (operation.kind == Operation::Kind::Read
+                    ? QString("read %1+%2").arg(hex(operation.offset, 4), hex(operation.length, 1))
+                    : runLine(operation.blocks));
     }
     return lines;
 }
@@ -112,12 +113,11 @@ void addDumpRows()
 void addSaveRows()
 {
     const QString mmm01Rest = "0000=00 6000=00 4000=00 2000=01";
-    addRow("none, save read", "gb_mbc0.nut", GB_READ_RAM, 8 * kKiB,
-           {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "read A000+2000",
-            mmm01Rest});
+    addRow(
+        "none, save read", "gb_mbc0.nut", GB_READ_RAM, 8 * kKiB,
+        {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "read A000+2000", mmm01Rest});
     addRow("none, save write", "gb_mbc0.nut", GB_WRITE_RAM, 8 * kKiB,
-           {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "ram A000+2000",
-            mmm01Rest});
+           {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "ram A000+2000", mmm01Rest});
     addRow("MBC1, save read", "gb_mbc1.nut", GB_READ_RAM, 8 * kKiB,
            {"6000=01 4000=00 0000=0A", "read A000+2000", "0000=F0 6000=00 4000=00 2000=01"});
     addRow("MBC2, save read", "gb_mbc2.nut", GB_READ_RAM, 512,

@@ -16,8 +16,8 @@ void useMbc3Clock(BusTraffic *t)
 {
     const unsigned index = t->below(5);
     t->writeGateRegister(0x0A);
-    t->wait();
     t->writeMode(0);
+    t->wait();
     t->writeMode(1);
     t->writeRamBank(kFirstClockRegister + index);
     t->read(kUpper, kUpperEnd);
@@ -33,7 +33,7 @@ void useMbc3(BusTraffic *t)
 {
     switch (t->below(11)) {
     case 0:
-        return t->useGate();
+        return t->useGate(t->byte() & 0xF0);
     case 1:
         return t->writeRamBank(t->below(8));
     case 2:
@@ -110,7 +110,7 @@ void mbc1Sequence(BusTraffic *t)
 {
     switch (t->below(12)) {
     case 0:
-        return t->useGate();
+        return t->useGate(t->byte() & 0xF0);
     case 1:
         return t->writeRomBank(t->byte());
     case 2:
@@ -130,7 +130,7 @@ void mbc2Sequence(BusTraffic *t)
 {
     switch (t->below(10)) {
     case 0:
-        return t->write(0x0000, 0x3FFF, t->below(4) == 0 ? t->byte() & 0xF0 : 0x0A);
+        return t->write(0x0000, 0x3FFF, t->below(4) == 0 ? t->byte() & 0xF0 : 0x5A);
     case 1:
         return t->write(0x2100, 0x21FF, t->byte());
     case 2:

@@ -47,8 +47,11 @@ public:
     void writeMode(unsigned value) { write(0x6000, 0x7FFF, value); }
 
     // Opens the gate three times out of four. Values other than these two are left out: the library
-    // takes most of them for neither.
-    void useGate() { writeGateRegister(below(4) == 0 ? 0x00 : 0x0A); }
+    // takes most of them for neither. `upperBits`: those that the mapper does not look at.
+    void useGate(unsigned upperBits = 0)
+    {
+        writeGateRegister(upperBits | (below(4) == 0 ? 0x00 : 0x0A));
+    }
     void readRom() { read(0x0000, 0x7FFF); }
     // Reads or writes one of few addresses, so that what was written is met again.
     void useRam();

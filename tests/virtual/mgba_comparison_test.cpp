@@ -44,7 +44,7 @@ const Comparand kComparands[] = {
     {"MBC5", 0x1B, 8192 * kKiB, 128 * kKiB, nullptr, mbc5Sequence},
     {"MBC5, 256 KiB", 0x1B, 256 * kKiB, 8 * kKiB, nullptr, mbc5Sequence},
     {"MBC5 with motor", 0x1E, 1024 * kKiB, 32 * kKiB, nullptr, mbc5Sequence},
-    {"MBC7", 0x22, 1024 * kKiB, 0, mbc7Start, mbc7Sequence},
+    {"MBC7", 0x22, 2048 * kKiB, 0, mbc7Start, mbc7Sequence},
     {"HuC1", 0xFF, 1024 * kKiB, 32 * kKiB, huc1Start, huc1Sequence},
     {"HuC-3", 0xFE, 2048 * kKiB, 32 * kKiB, nullptr, huc3Sequence},
     {"MMM01", 0x0D, 8192 * kKiB, 32 * kKiB, mmm01Start, mmm01Sequence},

@@ -16,7 +16,6 @@ public:
     Mbc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock = {});
 
     void powerCycle() override;
-    Mbc3Clock &clock() { return m_clock; }
 
 protected:
     void writeRegister(std::uint16_t address, std::uint8_t value) override;
