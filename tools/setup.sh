@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs what building needs (run) or building and testing (test) and this machine lacks.
+# Installs what building needs (run), building and testing (test), or building and testing the Windows
+# programs (windows) and this machine lacks.
 # Does nothing, quickly, where nothing is missing; never asks a question.
 #
-# usage: tools/setup.sh run|test
+# usage: tools/setup.sh run|test|windows
 set -euo pipefail
 
 tools=$(dirname "${BASH_SOURCE[0]}")
@@ -10,16 +11,21 @@ tools=$(dirname "${BASH_SOURCE[0]}")
 # xz-utils and patch unpack and mend the Squirrel source.
 forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libfuse3-dev fuse3
     patch xz-utils)
-# An X server with a client to type into it and fonts to draw; oracles for cipher and checksums; a
-# compiler that checks the Windows part; one that fuzzes.
-forTest=(xvfb xdotool x11-utils fonts-dejavu-core libssl-dev zlib1g-dev
+# An X server with a client to type into it and fonts to draw; oracles for cipher, checksums and
+# mappers; a compiler that checks the Windows part; one that fuzzes.
+forTest=(xvfb xdotool x11-utils fonts-dejavu-core libssl-dev zlib1g-dev libmgba-dev
     g++-mingw-w64-x86-64-posix clang libclang-rt-dev)
+# The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result; the rest
+# draws the icon and packs.
+forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
+    wine wine64 nsis imagemagick librsvg2-bin zip unzip)
 
 case ${1:-} in
 run) wanted=("${forRun[@]}") ;;
 test) wanted=("${forRun[@]}" "${forTest[@]}") ;;
+windows) wanted=("${forRun[@]}" "${forTest[@]}" "${forWindows[@]}") ;;
 *)
-    echo "usage: tools/setup.sh run|test" >&2
+    echo "usage: tools/setup.sh run|test|windows" >&2
     exit 2
     ;;
 esac
@@ -29,9 +35,9 @@ if ! command -v apt-get >/dev/null; then
 There is no apt-get here to install what is missing. These packages are needed:
   Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist fuse3-devel fuse3
           squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo dejavu-sans-fonts
-          openssl-devel zlib-devel mingw64-gcc-c++ clang compiler-rt
+          openssl-devel zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt
   Arch    cmake ninja gcc pkgconf qt5-base qt5-tools fuse3 squirrel; to test:
-          xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu openssl zlib mingw-w64-gcc clang
+          xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu openssl zlib libmgba mingw-w64-gcc clang
           compiler-rt
   MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,squirrel}
 Going on with what is there; the configuration names what it does not find.

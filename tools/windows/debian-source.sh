@@ -26,22 +26,34 @@ trap 'rm -rf "$work"' EXIT
 # As root, apt downloads as the user _apt, who must get through to the download folder.
 chmod 755 "$work"
 mkdir -p "$work/lists/partial" "$work/cache/archives/partial" "$work/download"
-[ "$(id -u)" != 0 ] || chown _apt "$work/download"
+[ "$(id -u)" != 0 ] || chown _apt "$work/download" 2>/dev/null || chmod 777 "$work/download"
 
-# The address of the first plain release (no -updates, no -security) among the machine's sources.
-mirror=$(apt-get --print-uris update | sed -nE "s,^'(.*/)dists/[a-z]+/(In)?Release' .*,\1,p")
-mirror=${mirror%%$'\n'*}
-[ -n "$mirror" ] || fail "apt has no Debian mirror configured"
+# The addresses of plain releases (no -updates, no -security) among the machine's sources. Which of
+# them is a Debian mirror shows when it is asked for the suite.
+mapfile -t mirrors < <(apt-get --print-uris update |
+    sed -nE "s,^'(https?://.*/)dists/[a-z]+/(In)?Release' .*,\1,p" | sort -u)
+[ ${#mirrors[@]} != 0 ] || fail "apt has no Debian mirror configured"
 
 signedBy=
 [ ! -r "$keyring" ] || signedBy="[signed-by=$keyring]"
-echo "deb-src $signedBy $mirror $suite main" >"$work/sources.list"
-
 apt=(-qq -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=-
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache")
 # Without the error mode a failed download would count as a warning.
-apt-get update "${apt[@]}" -o APT::Update::Error-Mode=any </dev/null ||
-    fail "cannot read the package index of $suite from the configured mirror"
+readIndex() {
+    echo "deb-src $signedBy $1 $suite main" >"$work/sources.list"
+    apt-get update "${apt[@]}" -o APT::Update::Error-Mode=any </dev/null
+}
+served=
+for mirror in "${mirrors[@]}"; do
+    if readIndex "$mirror" 2>>"$work/complaints"; then
+        served=yes
+        break
+    fi
+done
+[ -n "$served" ] || {
+    cat "$work/complaints" >&2
+    fail "cannot read the package index of $suite from any configured mirror"
+}
 files=$(apt-get --print-uris source "${apt[@]}" "$package")
 
 # fetch KIND NAME: downloads the package's one archive of that kind (orig or debian).

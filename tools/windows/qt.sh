@@ -33,7 +33,7 @@ flags=(-xplatform win32-g++ -device-option "CROSS_COMPILE=$target-"
 # modules, which are not built.
 patches=(CVE-2023-32763.diff CVE-2023-37369.diff CVE-2023-38197.diff CVE-2024-25580.diff)
 
-cache=${XDG_CACHE_HOME:-$HOME/.cache}/gbdriver
+cache=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/gbdriver
 key=$(printf '%s\n' "$recipe" "${flags[@]}" "${patches[@]}" | sha256sum | cut -c1-12)
 build=qt-$version-$key-mingw
 # cmake/mingw-w64.cmake looks here; it stays the same when the build's own name changes.

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Packs a Windows build: a zip archive, and an installer with the same files.
+#
+# usage: tools/windows/package.sh BUILD-FOLDER
+#        BUILD-FOLDER  of the preset "windows", built; the packages are put into its package/
+set -euo pipefail
+
+[ $# = 1 ] || {
+    echo "usage: tools/windows/package.sh BUILD-FOLDER" >&2
+    exit 2
+}
+source=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+build=$(cd "$1" && pwd)
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
+stage=$build/package/stage
+name=gbdriver-$version-windows
+
+rm -rf "$build/package"
+mkdir -p "$stage"
+cmake --install "$build" --prefix "$stage" --strip >/dev/null
+files=$stage/gbdriver
+(cd "$stage" && zip -q -r -X "../$name.zip" gbdriver)
+
+# Windows form of the folder of a file below $files, empty for $files itself.
+folderOf() {
+    local folder
+    folder=$(dirname "$1")
+    [ "$folder" = . ] || printf '\\%s' "${folder//\//\\}"
+}
+
+installs=$build/package/install.nsh
+removes=$build/package/remove.nsh
+while read -r file; do
+    printf 'SetOutPath "$INSTDIR%s"\nFile "%s"\n' "$(folderOf "$file")" "$files/$file" >>"$installs"
+    printf 'Delete "$INSTDIR\\%s"\n' "${file//\//\\}" >>"$removes"
+done < <(cd "$files" && find . -type f -printf '%P\n' | LC_ALL=C sort)
+# The deepest first: only an empty folder can be removed.
+while read -r folder; do
+    printf 'RMDir "$INSTDIR\\%s"\n' "${folder//\//\\}" >>"$removes"
+done < <(cd "$files" && find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort -r)
+
+makensis -V2 -NOCD "-DVERSION=$version" "-DICON=$build/packaging/windows/gbdriver.ico" \
+    "-DINSTALL_LIST=$installs" "-DREMOVE_LIST=$removes" "-DOUTPUT=$build/package/$name-setup.exe" \
+    "$source/packaging/windows/installer.nsi"
+du -b "$build/package/$name.zip" "$build/package/$name-setup.exe"
+du -sb "$files"
