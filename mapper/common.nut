@@ -1,9 +1,10 @@
 // What the mapper scripts share: refusals, and the way through the banks of a ROM and of a save. A
 // script loads this file, sets MAPPER to the name that its messages begin with, and hands over what
 // is its mapper's own:
-//   rest(dev)        the state after power-on: RAM closed, ROM bank 1, RAM bank 0
-//   show(dev, bank)  brings a ROM bank to the bus; returns the address where it stands
-//   open(dev, bank)  opens the RAM with this bank at RAM_BASE
+//   rest(dev)          the state after power-on: RAM closed, ROM bank 1, RAM bank 0
+//   select(dev, bank)  brings a ROM bank to 0x4000
+//   show(dev, bank)    brings a ROM bank to the bus; returns the address where it stands
+//   open(dev, bank)    opens the RAM with this bank at RAM_BASE
 // Sizes and lengths are in bytes.
 
 ROM_BANK <- 0x4000;
@@ -78,7 +79,7 @@ function check_all_read(dev, size, read)
 
 // Reads a ROM in file order. A bank at address 0 has the next one behind it, and one read takes
 // both. `show` brings banks 0 and 1 to the bus by leaving the mapper at rest.
-function dump_rom(dev, size, rest, show)
+function read_rom(dev, size, rest, show)
 {
     guarded(dev, rest, function() {
         for (local position = 0; position < size;) {
@@ -90,6 +91,21 @@ function dump_rom(dev, size, rest, show)
         return size == 2 * ROM_BANK;
     });
     check_all_read(dev, size, cpu_read);
+}
+
+// The same for mappers that show bank 0 at 0x0000 and, once `select` was called, any other one at
+// 0x4000.
+function dump_rom(dev, size, largest, rest, select)
+{
+    check_rom_size(size, largest);
+    read_rom(dev, size, rest, function(dev, bank) {
+        if (bank == 0) {
+            rest(dev);
+            return 0x0000;
+        }
+        select(dev, bank);
+        return 0x4000;
+    });
 }
 
 // Moves a save in file order; `move` is cpu_read or ram_write.

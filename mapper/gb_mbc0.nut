@@ -51,7 +51,7 @@ function cpu_dump(dev, size, _)
         return check_all_read(dev, size, cpu_read);
     }
     local setup = size > LARGEST_PLAINLY_MAPPED_ROM ? MULTIPLEX_IN_MODE_1 : 0x00;
-    dump_rom(dev, size, rest, function(dev, bank) {
+    read_rom(dev, size, rest, function(dev, bank) {
         local low = bank % 32;
         if (bank == 0)
             cpu_write(dev, 0x2000, 0, 0x6000, setup, 0x4000, 0, 0x0000, 0x00, 0x0000, MAP,

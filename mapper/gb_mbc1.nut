@@ -42,7 +42,7 @@ function show_rom(dev, bank)
 function cpu_dump(dev, size, _)
 {
     check_rom_size(size, LARGEST_ROM);
-    dump_rom(dev, size, rest, show_rom);
+    read_rom(dev, size, rest, show_rom);
 }
 
 function open_ram(dev, bank)

@@ -21,20 +21,9 @@ function rest(dev)
     cpu_write(dev, 0x0000, 0x00, 0x2100, 1);
 }
 
-function show_rom(dev, bank)
-{
-    if (bank == 0) {
-        rest(dev);
-        return 0x0000;
-    }
-    cpu_write(dev, 0x2100, bank);
-    return 0x4000;
-}
-
 function cpu_dump(dev, size, _)
 {
-    check_rom_size(size, LARGEST_ROM);
-    dump_rom(dev, size, rest, show_rom);
+    dump_rom(dev, size, LARGEST_ROM, rest, @(dev, bank) cpu_write(dev, 0x2100, bank));
 }
 
 function open_ram(dev, bank)

@@ -25,23 +25,17 @@ function rest(dev)
     cpu_write(dev, 0x0000, 0xF0, 0x4000, 0, 0x3000, 0, 0x2000, 1);
 }
 
-function show_rom(dev, bank)
+function select_rom(dev, bank)
 {
-    if (bank == 0) {
-        rest(dev);
-        return 0x0000;
-    }
     if (bank % 256 == 0)
         cpu_write(dev, 0x3000, bank / 256, 0x2000, 0);
     else
         cpu_write(dev, 0x2000, bank % 256);
-    return 0x4000;
 }
 
 function cpu_dump(dev, size, _)
 {
-    check_rom_size(size, LARGEST_ROM);
-    dump_rom(dev, size, rest, show_rom);
+    dump_rom(dev, size, LARGEST_ROM, rest, select_rom);
 }
 
 function open_ram(dev, bank)

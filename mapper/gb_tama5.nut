@@ -48,7 +48,7 @@ function show_rom(dev, bank)
 function cpu_dump(dev, size, _)
 {
     check_rom_size(size, LARGEST_ROM);
-    dump_rom(dev, size, rest, show_rom);
+    read_rom(dev, size, rest, show_rom);
 }
 
 // A TAMA5 would take the bytes of a save for commands and lose its own. The size tells them apart.

@@ -84,7 +84,8 @@ private slots:
         MapperFixture fixture(facts, kChip, 0);
         const QString path = m_folder->filePath("game.gb");
         QVERIFY(writeFile(path, noise(kChip, 1)));
-        const JobOutcome outcome = fixture.run(GB_WRITE_FLASH, kChip, path);
+        const JobOutcome outcome =
+            fixture.run({facts.script, GB_WRITE_FLASH, kChip, path, 0, 0, kLooks});
         QVERIFY2(outcome.failed(), qPrintable(outcome.text()));
         const QString reason = outcome.log.filter(kScriptError).join("");
         QVERIFY2(reason.contains("cannot write a ROM, because no flash cartridge has"),
@@ -174,12 +175,16 @@ private slots:
         }
     }
 
-    void dumpEndsAnotherProgramsCommandMode()
+    void jobsEndAnotherProgramsCommandMode()
     {
         FlashFixture fixture(MapperKind::Mbc5, FlashWidth::Byte, kChip);
-        fixture.cartridge().gbWrite(0x55, 0x98); // query table
-        QVERIFY(fixture.busBytes(0x10, 1) != fixture.rom().mid(0x10, 1));
+        showIds(&fixture);
         QVERIFY(fixture.dump(kChip) == fixture.rom());
+
+        showIds(&fixture);
+        const QByteArray game = newGame(MapperKind::Mbc5, kChip);
+        QVERIFY(fixture.flash(game, 0, kLooks).succeeded());
+        QVERIFY(fixture.rom() == game);
     }
 
 private:
@@ -197,6 +202,14 @@ private:
                                     QString("Press Cancel"), QString(kNothingSent)})
             QVERIFY2(reason.contains(part), qPrintable(outcome.text()));
         QVERIFY(fixture->nothingWasSent());
+    }
+
+    static void showIds(FlashFixture *fixture)
+    {
+        fixture->cartridge().gbWrite(0x555, 0xAA);
+        fixture->cartridge().gbWrite(0x2AA, 0x55);
+        fixture->cartridge().gbWrite(0x555, 0x90);
+        QVERIFY(fixture->busBytes(0, 2) != fixture->rom().left(2));
     }
 
     static void eraseByHand(FlashFixture *fixture)
