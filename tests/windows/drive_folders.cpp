@@ -32,6 +32,8 @@ DriveFolders::DriveFolders() : m_root(QString::fromLocal8Bit(qgetenv("GBDRIVER_T
             m_problem = "The drive's folder can not be emptied: " + folder(letter);
         QDir(folder(letter) + ".away").removeRecursively();
     }
+    if (!addFile('E', ".windows-label", "READER\n"))
+        m_problem = "Drive E can not be labelled";
 }
 
 QString DriveFolders::folder(char letter) const

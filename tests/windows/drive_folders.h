@@ -14,7 +14,8 @@ QByteArray identityFile(const QByteArray &identity);
 class DriveFolders
 {
 public:
-    // All drives are there, and empty.
+    // All drives are there and empty, but for the file that labels drive E "READER". Wine reads it
+    // when the prefix starts.
     DriveFolders();
 
     // Why the drives cannot be used; empty if they can.

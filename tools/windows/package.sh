@@ -19,6 +19,8 @@ rm -rf "$build/package"
 mkdir -p "$stage"
 cmake --install "$build" --prefix "$stage" --strip >/dev/null
 files=$stage/gbdriver
+# The compiler's libraries come with their symbols.
+x86_64-w64-mingw32-strip "$files"/*.dll
 (cd "$stage" && zip -q -r -X "../$name.zip" gbdriver)
 
 # Windows form of the folder of a file below $files, empty for $files itself.

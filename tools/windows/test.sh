@@ -27,10 +27,11 @@ tools/windows/with_desktop.sh "${run[@]}" -j "$jobs" -LE drives -E "$hostOnly" "
 
 drives=$build/drives
 mkdir -p "$drives"/{d,e,f,g}
+echo READER >"$drives/e/.windows-label"
 export WINEPREFIX=$build/prefix-drives GBDRIVER_TEST_DRIVES=Z:${drives//\//\\}
 tools/windows/wine_prefix.sh "$WINEPREFIX" \
     d=hd:"$drives/d" e=floppy:"$drives/e" f=floppy:"$drives/f" g=floppy:"$drives/g"
-"${run[@]}" -L drives
+tools/windows/with_desktop.sh "${run[@]}" -L drives
 
 # The virtual reader on a mount is a Linux program.
 cmake --preset release -B "$build/native" -DGBDRIVER_TESTS=OFF >/dev/null

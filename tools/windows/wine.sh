@@ -20,4 +20,10 @@ done
 qt=$(readlink -f "$cache/qt-mingw")/bin
 export WINEPATH="${search}Z:${qt//\//\\}"
 export WINEDEBUG=${WINEDEBUG:--all}
+# Without a console Qt would log to the system's debugger. Wine keeps variables of Qt from programs
+# unless they are marked as meant for them.
+export QT_FORCE_STDERR_LOGGING=1
+for name in "${!QT_@}"; do
+    export "WINE$name=${!name}"
+done
 exec /usr/lib/wine/wine64 "$@"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Runs a command on an X server of its own and ends with its exit code.
+# Runs a command with an X server of its own and with Wine started in the prefix WINEPREFIX, if there
+# is one; ends both, and with the command's exit code.
 #
 # usage: tools/windows/with_desktop.sh COMMAND [ARGUMENT...]
 set -euo pipefail
@@ -8,9 +9,21 @@ numbers=$(mktemp -u)
 mkfifo "$numbers"
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$numbers" 2>/dev/null &
 server=$!
-trap 'kill "$server" 2>/dev/null || true; rm -f "$numbers"' EXIT
+cleanUp() {
+    [ -z "${WINEPREFIX:-}" ] || /usr/lib/wine/wineserver -k || true
+    kill "$server" 2>/dev/null || true
+    rm -f "$numbers"
+}
+trap cleanUp EXIT
 read -r -t 30 number <"$numbers" || {
     echo "with_desktop.sh: Xvfb does not start; tools/setup.sh windows installs it" >&2
     exit 1
 }
-DISPLAY=:$number "$@"
+export DISPLAY=:$number
+
+# The first program would start Wine's services, which keep its output open after it has ended.
+if [ -e "${WINEPREFIX:-}/system.reg" ]; then
+    /usr/lib/wine/wineserver -p
+    WINEDEBUG=-all /usr/lib/wine/wine64 wineboot </dev/null >/dev/null 2>&1
+fi
+"$@"
