@@ -11,7 +11,7 @@ class QTranslator;
 QString chooseTranslation(const QString &folder);
 
 // Loads the chosen file into `translator` and installs that on the application. A file that cannot
-// be loaded is installed all the same and leaves every text in English. Returns: false if there is
-// no file and nothing was installed. Owner:   the caller keeps `translator` alive as long as the
-// application.
+// be loaded is installed all the same and leaves every text in English.
+// Returns: false if there is no file and nothing was installed.
+// Owner:   the caller keeps `translator` alive as long as the application.
 bool installTranslation(const QString &folder, QTranslator *translator);

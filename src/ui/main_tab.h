@@ -61,8 +61,8 @@ public slots:
 private:
     // Puts the reader on the bus that the settings name and fills the worker's job fields for
     // `fileName`, in this order: mode command, script check, file name check. A cancelled file
-    // dialog (empty name) therefore still reaches the reader. Returns: false if the job must not
-    // start; the reason, if any, is in the log and the reader is
+    // dialog (empty name) therefore still reaches the reader.
+    // Returns: false if the job must not start; the reason, if any, is in the log and the reader is
     //          free to be unmounted.
     bool prepareJob(const QString &fileName);
 };
