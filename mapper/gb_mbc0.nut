@@ -65,10 +65,11 @@ function cpu_dump(dev, size, _)
     warn();
 }
 
+// The gate is opened last, as the games open it once their menu has mapped them.
 function open_ram(dev, bank)
 {
-    cpu_write(dev, 0x2000, 0, 0x6000, 0, 0x4000, 0, 0x0000, 0x00, 0x0000, MAP | 0x0A,
-        0x6000, 1, 0x4000, bank);
+    cpu_write(dev, 0x2000, 0, 0x6000, 0, 0x4000, 0, 0x0000, 0x00, 0x0000, MAP,
+        0x6000, 1, 0x4000, bank, 0x0000, 0x0A);
 }
 
 function save_dump(dev, size, _)

@@ -113,11 +113,12 @@ void addDumpRows()
 void addSaveRows()
 {
     const QString mmm01Rest = "0000=00 6000=00 4000=00 2000=01";
-    addRow(
-        "none, save read", "gb_mbc0.nut", GB_READ_RAM, 8 * kKiB,
-        {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "read A000+2000", mmm01Rest});
+    addRow("none, save read", "gb_mbc0.nut", GB_READ_RAM, 8 * kKiB,
+           {"2000=00 6000=00 4000=00 0000=00 0000=40 6000=01 4000=00 0000=0A", "read A000+2000",
+            mmm01Rest});
     addRow("none, save write", "gb_mbc0.nut", GB_WRITE_RAM, 8 * kKiB,
-           {"2000=00 6000=00 4000=00 0000=00 0000=4A 6000=01 4000=00", "ram A000+2000", mmm01Rest});
+           {"2000=00 6000=00 4000=00 0000=00 0000=40 6000=01 4000=00 0000=0A", "ram A000+2000",
+            mmm01Rest});
     addRow("MBC1, save read", "gb_mbc1.nut", GB_READ_RAM, 8 * kKiB,
            {"6000=01 4000=00 0000=0A", "read A000+2000", "0000=F0 6000=00 4000=00 2000=01"});
     addRow("MBC2, save read", "gb_mbc2.nut", GB_READ_RAM, 512,

@@ -21,7 +21,8 @@ ByteVector imageOf(int type, std::uint32_t romSize)
 {
     ByteVector image;
     std::string error;
-    const std::uint32_t ramSize = type == 0x06 || type == 0x22 || type == 0xFD ? 0 : 32 * kKiB;
+    const bool isBuiltIn = type == 0x06 || type == 0x22 || type == 0xFD;
+    const std::uint32_t ramSize = isBuiltIn ? 0 : (type == 0x09 ? 8 : 32) * kKiB;
     if (!makeGbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "SECOND", 7}, &image,
                      &error))
         qFatal("%s", error.c_str());
@@ -119,6 +120,10 @@ void MgbaDisagreementTest::exchangesEndDifferently_data()
     row("MMM01, RAM bank in mode 0", 0x0D, mib,
         {{0x0000, 0x40}, {0x0000, 0x0A}, {0xA000, 0x11}, {0x4000, 1}, {0xA000, 0x22}, {0x4000, 0}},
         0xA000, 0x22, 0x11);
+
+    row("MMM01 gate, opened with the map bit", 0x0D, mib,
+        {{0x0000, 0x00}, {0x0000, 0x4A}, {0xA000, 0x55}}, 0xA000, 0x55, 0xFF);
+    row("RAM without a mapper", 0x09, 32 * kKiB, {{0xA000, 0x55}}, 0xA000, 0x55, 0xFF);
 
     row("TAMA5, not yet awake", 0xFD, 512 * kKiB, {{0xA001, 0}, {0xA000, 5}}, 0x4000, 0x20, 0xA0);
     row("TAMA5, register without a value", 0xFD, 512 * kKiB, {{0xA001, 0x0A}, {0xA001, 4}}, 0xA000,
