@@ -1,0 +1,214 @@
+// Writing into cartridges from the window, with the scripts that the program ships: what the user
+// reads in the console, and what the chip then holds.
+#include "file_dialog_answer.h"
+#include "log_check.h"
+#include "reader_fixture.h"
+
+#include "script/erase_poll.h"
+#include "ui/settings.h"
+#include "virtual/cartridge_factory.h"
+#include "virtual/image_generator.h"
+
+#include <QPushButton>
+#include <QtTest>
+
+#include <memory>
+
+Q_DECLARE_METATYPE(FlashWidth)
+
+namespace
+{
+
+constexpr int kJobTimeoutMs = 60000;
+constexpr std::uint32_t kKiB = 1024;
+constexpr std::uint32_t kMiB = 1024 * kKiB;
+constexpr unsigned kErasePolls = 2; // that see the chip at work
+
+// The chip counts looks, not time.
+void waitForNothing(unsigned long /*timeMs*/) {}
+
+ByteVector gameOf(std::uint32_t size, std::uint64_t seed)
+{
+    ByteVector image;
+    std::string error;
+    if (!makeGbImage({0x1B, size, 8 * kKiB, "VIRTUAL", seed}, &image, &error))
+        qFatal("%s", error.c_str());
+    return image;
+}
+
+std::unique_ptr<Cartridge> cartridgeOf(const ByteVector &image, const CartridgeOptions &options)
+{
+    std::string error;
+    auto cartridge = makeCartridge(image, options, &error);
+    if (cartridge == nullptr)
+        qFatal("%s", error.c_str());
+    return cartridge;
+}
+
+std::unique_ptr<Cartridge> makeFlashBoard(FlashWidth width, std::uint32_t chipSize)
+{
+    CartridgeOptions options;
+    options.flash = width;
+    options.flashChip.erasePolls = kErasePolls;
+    return cartridgeOf(gameOf(chipSize, 1), options);
+}
+
+std::unique_ptr<Cartridge> makeGbaBoard(GbaSaveType type, std::uint32_t saveSize)
+{
+    CartridgeOptions options;
+    options.saveType = type;
+    options.saveSize = saveSize;
+    options.flashChip.erasePolls = kErasePolls;
+    ByteVector image;
+    std::string error;
+    if (!makeGbaImage({}, &image, &error))
+        qFatal("%s", error.c_str());
+    auto cartridge = cartridgeOf(image, options);
+    if (!cartridge->loadSave(makeNoise(saveSize, 1)))
+        qFatal("the cartridge takes no save of %u bytes", saveSize);
+    return cartridge;
+}
+
+} // namespace
+
+class CartridgeWriteTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { setPollWaiter(waitForNothing); }
+    void cleanup();
+
+    void gbFlashIsErasedProgrammedAndReadBack_data();
+    void gbFlashIsErasedProgrammedAndReadBack();
+    void gbaSaveIsWrittenAndReadBack_data();
+    void gbaSaveIsWrittenAndReadBack();
+
+private:
+    void use(std::unique_ptr<Cartridge> cartridge);
+    void pressAndWait(QPushButton *button, const QString &path);
+
+    std::unique_ptr<ReaderFixture> m_fixture;
+    std::unique_ptr<MainTab> m_tab;
+};
+
+void CartridgeWriteTest::cleanup()
+{
+    m_tab.reset();
+    m_fixture.reset();
+    setPollWaiter(nullptr);
+}
+
+void CartridgeWriteTest::use(std::unique_ptr<Cartridge> cartridge)
+{
+    VirtualReaderConfig config;
+    config.strictSectors = true;
+    m_fixture = std::make_unique<ReaderFixture>(std::move(cartridge), config);
+    m_fixture->findReader();
+    ReaderFixture::addShippedScripts();
+    m_tab = std::make_unique<MainTab>();
+    m_tab->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_tab.get()));
+}
+
+void CartridgeWriteTest::pressAndWait(QPushButton *button, const QString &path)
+{
+    FileDialogAnswer answer(path);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(answer.wasAsked);
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
+}
+
+void CartridgeWriteTest::gbFlashIsErasedProgrammedAndReadBack_data()
+{
+    QTest::addColumn<FlashWidth>("width");
+    QTest::addColumn<QStringList>("probeLines");
+    QTest::newRow("8-bit chip") << FlashWidth::Byte << QStringList{"Flash chip is 8bit width"};
+    QTest::newRow("16-bit chip") << FlashWidth::Word
+                                 << QStringList{"Flash chip is 16bit width",
+                                                "Flash chip size is :1024KB"};
+}
+
+void CartridgeWriteTest::gbFlashIsErasedProgrammedAndReadBack()
+{
+    QFETCH(FlashWidth, width);
+    QFETCH(QStringList, probeLines);
+    constexpr std::uint32_t kGameSize = 256 * kKiB;
+    use(makeFlashBoard(width, kMiB));
+    const QByteArray game = toByteArray(gameOf(kGameSize, 2));
+    const QByteArray chipBefore = toByteArray(m_fixture->reader().cartridge().romImage());
+    QVERIFY(chipBefore.left(game.size()) != game);
+
+    const QString file = m_fixture->addFile("game.gb", game);
+    pressAndWait(m_tab->flashButton, file);
+    const QStringList flashLines =
+        probeLines + QStringList{"Writing rom to cartridge from file:\n" + file,
+                                 "Read file :" + file,
+                                 "Read 262144 Bytes",
+                                 "Start erase flash chip...",
+                                 "Erase flash chip finish.",
+                                 "Start flash ROM...",
+                                 "Flash ROM finish.",
+                                 ">Success!",
+                                 "<hr><br>"};
+    COMPARE_LOG(*m_tab, flashLines);
+    const QByteArray erased(static_cast<int>(kMiB - kGameSize), '\xFF');
+    QVERIFY(toByteArray(m_fixture->reader().cartridge().romImage()) == game + erased);
+
+    m_tab->settings->selectItem2(kGameSize);
+    const QString dump = m_fixture->path("dump.gb");
+    pressAndWait(m_tab->dumpButton, dump);
+    COMPARE_LOG(*m_tab, (flashLines + QStringList{"Reading data from ROM to file:\n" + dump,
+                                                  "Start dump rom...", "Dump rom finish.",
+                                                  ">Success!", "<hr><br>"}));
+    QVERIFY(m_fixture->fileBytes("dump.gb") == game);
+    QCOMPARE(m_fixture->reader().counters().refusedBlocks, 0U);
+}
+
+void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack_data()
+{
+    QTest::addColumn<int>("chip");
+    QTest::addColumn<int>("type"); // in the settings
+    QTest::addColumn<int>("size");
+    const auto row = [](const char *name, GbaSaveType chip, int type, std::uint32_t size) {
+        QTest::newRow(name) << static_cast<int>(chip) << type << static_cast<int>(size);
+    };
+    row("FLASH 64 KiB", GbaSaveType::Flash, 1, 64 * kKiB);
+    row("FLASH 128 KiB", GbaSaveType::Flash, 1, 128 * kKiB);
+    row("EEPROM 512 bytes", GbaSaveType::Eeprom, 2, 512);
+    row("EEPROM 8 KiB", GbaSaveType::Eeprom, 2, 8 * kKiB);
+}
+
+void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack()
+{
+    QFETCH(int, chip);
+    QFETCH(int, type);
+    QFETCH(int, size);
+    use(makeGbaBoard(static_cast<GbaSaveType>(chip), static_cast<std::uint32_t>(size)));
+    m_tab->settings->selectSysType(1);
+    m_tab->settings->selectItem2(type);
+    m_tab->settings->selectItem3(size);
+    const QByteArray save = toByteArray(makeNoise(static_cast<std::uint32_t>(size), 2));
+    QVERIFY(toByteArray(m_fixture->reader().cartridge().saveImage()) != save);
+
+    const QString file = m_fixture->addFile("new.sav", save);
+    pressAndWait(m_tab->writeRamButton, file);
+    QStringList lines = {"Writing save to cartridge from file:\n" + file, "Read file :" + file,
+                         QString("Read %1 Bytes").arg(size)};
+    if (type == 1)
+        lines += {"Start erase flash chip...", "Erase flash chip finish."};
+    lines += {"Start write save...", "Write save finish.", ">Success!", "<hr><br>"};
+    COMPARE_LOG(*m_tab, lines);
+    QVERIFY(toByteArray(m_fixture->reader().cartridge().saveImage()) == save);
+
+    const QString readBack = m_fixture->path("back.sav");
+    pressAndWait(m_tab->readRamButton, readBack);
+    lines += {"Reading data from save to file:\n" + readBack, "Start dump save...",
+              "Dump save finish.", ">Success!", "<hr><br>"};
+    COMPARE_LOG(*m_tab, lines);
+    QVERIFY(m_fixture->fileBytes("back.sav") == save);
+    QCOMPARE(m_fixture->reader().counters().refusedBlocks, 0U);
+}
+
+QTEST_MAIN(CartridgeWriteTest)
+#include "cartridge_write_test.moc"
