@@ -1,0 +1,44 @@
+// The real window on an X server of its own, used with keyboard and mouse, with a mounted reader as
+// its drive.
+#pragma once
+
+#include "desktop.h"
+#include "mounted_reader.h"
+
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+// How often Tab is pressed from the log to reach a button.
+enum class WindowButton { Info = 1, Dump = 2, Flash = 3, ReadRam = 4, WriteRam = 5 };
+
+class DrivenWindow
+{
+public:
+    ~DrivenWindow();
+
+    // Starts the X server and the program, and waits for the window.
+    // Returns: why it does not come; empty on success.
+    QString start(const MountedReader &reader);
+
+    // From the tab bar of a fresh window over the lists of the settings: system, mapper, ROM size,
+    // RAM size. Each Tab leads to the next one; Home, End, Up and Down choose.
+    void pressInSettings(const QStringList &keys);
+    void press(WindowButton button);
+    // Presses a button until its file dialog comes, as it does nothing while a job runs, and
+    // answers the dialog.
+    // Returns: what went wrong; empty on success.
+    QString answerDialog(WindowButton button, const QString &caption, const QString &path);
+
+    // Closes the window and waits until the program has ended.
+    // Returns: what it said or how it failed; empty if it ended well and quietly.
+    QString close();
+
+private:
+    bool opened(WindowButton button, const QString &caption);
+
+    Desktop m_desktop;
+    QTemporaryDir m_runtimeFolder;
+    QProcess m_program;
+    QString m_window;
+};
