@@ -20,7 +20,9 @@ QString verdict(const ScriptTrial &trial)
     case TrialOutcome::NotDefined:
         return QStringLiteral("not defined");
     case TrialOutcome::Refused:
-        return QStringLiteral("failed or refused:");
+        return QStringLiteral("refused, nothing was sent:");
+    case TrialOutcome::Failed:
+        return QStringLiteral("FAILED on the way:");
     case TrialOutcome::Wrong:
         return QStringLiteral("WRONG: the bytes are not where they belong");
     case TrialOutcome::Right:
@@ -84,12 +86,13 @@ bool runCheckScript(const QString &path, const QString &kindName)
                          : "There is no such script file.");
         return false;
     }
-    bool isSound = false;
+    bool hasRight = false;
+    bool hasFault = false;
     for (const ScriptTrial &trial : tryScript(path, *kind)) {
         printTrial(trial);
-        if (trial.outcome == TrialOutcome::Wrong)
-            return false;
-        isSound = isSound || trial.outcome == TrialOutcome::Right;
+        hasRight = hasRight || trial.outcome == TrialOutcome::Right;
+        hasFault = hasFault || trial.outcome == TrialOutcome::Wrong ||
+                   trial.outcome == TrialOutcome::Failed;
     }
-    return isSound;
+    return hasRight && !hasFault;
 }

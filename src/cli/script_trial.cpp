@@ -1,6 +1,7 @@
 #include "cli/script_trial.h"
 
 #include "device/device_link.h"
+#include "script/erase_poll.h"
 #include "script/natives.h"
 #include "script/script_host.h"
 #include "virtual/cartridge_factory.h"
@@ -20,24 +21,7 @@
 namespace
 {
 
-constexpr std::uint32_t kKibi = 1024;
-constexpr std::uint32_t kRomBank = 16 * kKibi;
-constexpr std::uint32_t kRamBank = 8 * kKibi;
-constexpr std::uint32_t kGroupBanks = 32;
-constexpr std::uint32_t kGbaPiece = 1024 * kKibi;
-constexpr std::uint32_t kSavePiece = 4 * kKibi;
-
-// Sizes that exercise more than one bank and still take no time.
-constexpr ScriptKind kKinds[] = {
-    {"gb_mbc0.nut", false, 0x09, 32 * kKibi, 8 * kKibi, false, '\xFF'},
-    {"gb_mbc1.nut", false, 0x03, 512 * kKibi, 32 * kKibi, true, '\xFF'},
-    {"gb_mbc2.nut", false, 0x06, 256 * kKibi, 512, false, 0x0F},
-    {"gb_mbc3.nut", false, 0x13, 512 * kKibi, 32 * kKibi, false, '\xFF'},
-    {"gb_mbc5.nut", false, 0x1B, 512 * kKibi, 32 * kKibi, false, '\xFF'},
-    {"gb_mbc7.nut", false, 0x22, 512 * kKibi, 0, false, '\xFF'},
-    {"gb_tama5.nut", false, 0xFF, 512 * kKibi, 32 * kKibi, false, '\xFF'},
-    {"gba.nut", true, 0, 4096 * kKibi, 32 * kKibi, false, '\xFF'},
-};
+constexpr std::uint32_t kRamBank = 8 * 1024;
 
 struct TrialRow {
     int operate;
@@ -66,28 +50,6 @@ bool isWriteJob(int operate)
 DeviceOperations overheadOf(int operate)
 {
     return operate == GB_WRITE_FLASH ? DeviceOperations{3, 2} : DeviceOperations{2, 1};
-}
-
-DeviceOperations leastForGb(int operate, const ScriptKind &kind)
-{
-    const qint64 banks = kind.romSize / kRomBank;
-    const qint64 ramBanks = (kind.ramSize + kRamBank - 1) / kRamBank;
-    const bool hasMapper = kind.romSize > 2 * kRomBank;
-    if (operate == GB_READ_ROM) {
-        const qint64 pairs = kind.isGrouped ? (banks + kGroupBanks - 1) / kGroupBanks : 1;
-        const qint64 reads = banks - pairs;
-        return {hasMapper ? reads + 1 : 0, reads};
-    }
-    const qint64 registerWrites = hasMapper ? ramBanks + 1 : 0;
-    return operate == GB_READ_RAM ? DeviceOperations{registerWrites, ramBanks}
-                                  : DeviceOperations{registerWrites + ramBanks, 0};
-}
-
-DeviceOperations leastForGba(int operate, const ScriptKind &kind)
-{
-    const qint64 pieces = operate == GBA_READ_ROM ? kind.romSize / kGbaPiece
-                                                  : (kind.ramSize + kSavePiece - 1) / kSavePiece;
-    return operate == GBA_WRITE_RAM ? DeviceOperations{1, 0} : DeviceOperations{pieces, pieces};
 }
 
 ByteVector imageOf(const ScriptKind &kind)
@@ -156,8 +118,23 @@ TrialOutcome lookAtEntries(const TrialRow &row, const QString &path, QStringList
     return outcome;
 }
 
+// The chip of a trial is blank after a few looks, which need no time in between. One that nobody
+// erases would be looked at forever, so the trial gives up. A waiter gets no context.
+constexpr int kMostLooks = 16;
+FamicomThread *pollingJob = nullptr;
+int looks = 0;
+
+void countLook(unsigned long /*timeMs*/)
+{
+    if (++looks >= kMostLooks)
+        pollingJob->canceled();
+}
+
 bool runJob(FamicomThread *job, QStringList *log)
 {
+    pollingJob = job;
+    looks = 0;
+    setPollWaiter(countLook);
     int result = 0;
     QEventLoop loop;
     QObject::connect(job, &FamicomThread::log, &loop, [&](const QString &line) { *log << line; });
@@ -165,6 +142,9 @@ bool runJob(FamicomThread *job, QStringList *log)
     QObject::connect(job, &QThread::finished, &loop, &QEventLoop::quit);
     job->start();
     loop.exec();
+    setPollWaiter(nullptr);
+    if (looks >= kMostLooks)
+        *log << QStringLiteral("The chip never became blank.");
     return result == 1;
 }
 
@@ -194,10 +174,11 @@ public:
         trial->movedBytes = qMax(0, m_job.data_pos);
         trial->expectedBytes = jobBufferSize(m_job);
         measure(trial);
-        if (!succeeded)
-            trial->outcome = TrialOutcome::Refused;
-        else
+        if (succeeded)
             trial->outcome = contentIsRight(moved) ? TrialOutcome::Right : TrialOutcome::Wrong;
+        else
+            trial->outcome =
+                nothingWasSent(trial->used) ? TrialOutcome::Refused : TrialOutcome::Failed;
     }
 
 private:
@@ -245,8 +226,13 @@ private:
         trial->used.reads = static_cast<qint64>(counters.reads) - overhead.reads;
         // How often an erase is looked at depends on the chip.
         trial->hasLeast = m_row.operate != GB_WRITE_FLASH;
-        trial->least =
-            m_kind.isGba ? leastForGba(m_row.operate, m_kind) : leastForGb(m_row.operate, m_kind);
+        trial->least = leastOperations(m_row.operate, m_kind);
+    }
+
+    // The looks at a chip that is being erased are reads of the program's own.
+    bool nothingWasSent(const DeviceOperations &used) const
+    {
+        return used.commandFiles == 0 && (used.reads == 0 || m_row.operate == GB_WRITE_FLASH);
     }
 
     const TrialRow &m_row;
@@ -267,15 +253,6 @@ QString nameOf(const TrialRow &row)
 }
 
 } // namespace
-
-const ScriptKind *findScriptKind(const QString &scriptName)
-{
-    for (const ScriptKind &kind : kKinds) {
-        if (scriptName == QLatin1String(kind.script))
-            return &kind;
-    }
-    return nullptr;
-}
 
 QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind)
 {

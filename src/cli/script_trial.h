@@ -5,34 +5,16 @@
 // while a trial runs and put back to what it was told to be before.
 #pragma once
 
+#include "cli/script_kinds.h"
+
+#include <QList>
 #include <QString>
 #include <QStringList>
 
-#include <cstdint>
-
-// The kind of cartridge that a script is for, and the one it is tried on.
-struct ScriptKind {
-    const char *script; // file name in the mapper folder
-    bool isGba;
-    std::uint8_t headerType; // GB
-    std::uint32_t romSize;   // bytes
-    std::uint32_t ramSize;   // bytes; 0: nothing to try
-    bool isGrouped;          // MBC1: the first two banks of every 32 come together
-    char saveBits;           // bits of a save byte that the chip keeps; MBC2 has half bytes
-};
-
-// The kind that a script of this name drives. Returns: null if the name is none of the table's.
-const ScriptKind *findScriptKind(const QString &scriptName);
-
-// Command files written and reads made, by the script alone.
-struct DeviceOperations {
-    qint64 commandFiles = 0;
-    qint64 reads = 0;
-};
-
 enum class TrialOutcome {
     NotDefined, // the script does not define the operation's entry functions
-    Refused,    // it threw, or did not load, for this operation
+    Refused,    // it did not load, or threw before anything was sent to the cartridge
+    Failed,     // it threw later, or the chip that it was to erase never became blank
     Wrong,      // it ended well, but the bytes are not where they belong
     Right
 };

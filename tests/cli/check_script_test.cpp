@@ -73,7 +73,8 @@ private slots:
         const ProgramResult result =
             check(kGoodDump + "function save_dump(dev, size, _) {\n"
                               "cpu_read(dev, 0xA000, 0x2000); cpu_read(dev, 0xA000, 0x2000); }\n");
-        QVERIFY(result.out.contains("save_dump: failed or refused:\n"));
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY(result.out.contains("save_dump: FAILED on the way:\n"));
         QVERIFY(result.out.contains("cursor 8192, length 8192: outside the buffer of 8192 bytes"));
     }
 
@@ -81,8 +82,58 @@ private slots:
     {
         const ProgramResult result = check("function cpu_dump(dev {\n");
         QCOMPARE(result.exitCode, 1);
-        QVERIFY(result.out.contains("cpu_dump: failed or refused:\n"));
+        QVERIFY(result.out.contains("cpu_dump: refused, nothing was sent:\n"));
         QVERIFY(result.out.contains("line = (1)"));
+    }
+
+    // What a script refuses is no fault as long as it sends nothing before.
+    void refusalIsToldFromAFailureOnTheWay()
+    {
+        const QByteArray refusing =
+            kGoodDump + "function save_dump(dev, size, _) { throw \"no such save\"; }\n";
+        const ProgramResult refused = check(refusing);
+        QCOMPARE(refused.exitCode, 0);
+        QVERIFY(refused.out.contains("save_dump: refused, nothing was sent:\n"));
+
+        const ProgramResult failed =
+            check(refusing + "function save_write(dev, size, _) {\n"
+                             "cpu_write(dev, 0x0000, 0x0A); no_such_function(dev); }\n");
+        QCOMPARE(failed.exitCode, 1);
+        QVERIFY(failed.out.contains("save_write: FAILED on the way:\n"));
+    }
+
+    void everyOperationIsReportedAfterAWrongOne()
+    {
+        const ProgramResult result =
+            check("function cpu_dump(dev, size, _) { cpu_read(dev, 0, 0x4000); }\n"
+                  "function save_dump(dev, size, _) { cpu_read(dev, 0xA000, 0x2000); }\n");
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY(result.out.startsWith("cpu_dump: WRONG"));
+        QVERIFY(result.out.contains("save_dump: right\n"));
+        QVERIFY(result.out.contains("save_write: not defined\n"));
+    }
+
+    // Nobody erases the chip, and nobody is there to press Cancel.
+    void eraseThatNeverHappensEndsTheTrial_data()
+    {
+        QTest::addColumn<QByteArray>("erase");
+        QTest::addColumn<QString>("verdict");
+        QTest::newRow("refused") << QByteArray("throw \"no chip\";")
+                                 << "refused, nothing was sent:";
+        QTest::newRow("not started")
+            << QByteArray("cpu_write(dev, 0x0000, 0xF0);") << "FAILED on the way:";
+    }
+    void eraseThatNeverHappensEndsTheTrial()
+    {
+        QFETCH(QByteArray, erase);
+        QFETCH(QString, verdict);
+        const ProgramResult result =
+            check("function cpu_erase(dev, size, width) { " + erase +
+                  " }\nfunction cpu_flash(dev, size, _) { rom_write(dev, 0, size); }\n");
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.out.contains("cpu_erase and cpu_flash: " + verdict.toUtf8() + "\n"),
+                 qPrintable(result.out));
+        QVERIFY(result.out.contains("The chip never became blank."));
     }
 
     void kindIsAskedForWhenTheNameDoesNotTell()
