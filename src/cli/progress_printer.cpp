@@ -8,10 +8,15 @@ namespace
 // A terminal is drawn at most this often, so that drawing costs nothing beside the transfer.
 constexpr qint64 kRedrawMs = 100;
 
+// Longest name of a phase, "compare", and a blank.
+constexpr int kPhaseWidth = 8;
+
 } // namespace
 
-ProgressPrinter::ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes)
-    : m_stream(stream), m_isTerminal(isTerminal), m_totalBytes(totalBytes)
+ProgressPrinter::ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes,
+                                 const QString &phase)
+    : m_stream(stream), m_isTerminal(isTerminal), m_totalBytes(totalBytes),
+      m_phase(phase.isEmpty() ? QString() : phase.leftJustified(kPhaseWidth))
 {
     m_clock.start();
 }
@@ -50,7 +55,8 @@ void ProgressPrinter::showProgress(qint64 doneBytes)
     m_hasProgress = true;
     if (m_totalBytes <= 0 || !isDue(doneBytes))
         return;
-    const QByteArray text = progressText(doneBytes, m_totalBytes, m_clock.elapsed()).toLocal8Bit();
+    const QByteArray text =
+        (m_phase + progressText(doneBytes, m_totalBytes, m_clock.elapsed())).toLocal8Bit();
     // "\033[K" clears what a longer line left behind.
     std::fprintf(m_stream, m_isTerminal ? "\r%s\033[K" : "%s\n", text.constData());
     std::fflush(m_stream);

@@ -12,7 +12,9 @@
 class ProgressPrinter
 {
 public:
-    ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes);
+    // `phase` goes before the bar; empty: nothing does.
+    ProgressPrinter(std::FILE *stream, bool isTerminal, qint64 totalBytes,
+                    const QString &phase = {});
 
     // One log line as the worker sent it, without trailing line breaks.
     void printLine(const QString &line);
@@ -30,6 +32,7 @@ private:
     bool m_barIsOpen = false;
     bool m_hasProgress = false;
     qint64 m_totalBytes;
+    QString m_phase;
     qint64 m_lastShownMs = -1;
     int m_lastTenth = -1;
     QElapsedTimer m_clock;

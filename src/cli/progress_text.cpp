@@ -5,7 +5,8 @@
 namespace
 {
 
-constexpr int kBarWidth = 30;
+// A whole line with a phase before it fits a terminal of 80 columns.
+constexpr int kBarWidth = 12;
 constexpr qint64 kKibibyte = 1024;
 constexpr qint64 kMebibyte = 1024 * 1024;
 

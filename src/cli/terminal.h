@@ -2,3 +2,5 @@
 #pragma once
 
 bool standardErrorIsTerminal();
+
+bool standardOutputIsTerminal();

@@ -6,3 +6,8 @@ bool standardErrorIsTerminal()
 {
     return isatty(STDERR_FILENO) == 1;
 }
+
+bool standardOutputIsTerminal()
+{
+    return isatty(STDOUT_FILENO) == 1;
+}

@@ -7,3 +7,8 @@ bool standardErrorIsTerminal()
 {
     return _isatty(_fileno(stderr)) != 0;
 }
+
+bool standardOutputIsTerminal()
+{
+    return _isatty(_fileno(stdout)) != 0;
+}

@@ -51,28 +51,28 @@ private slots:
                             const char *text) {
             QTest::newRow(name) << done << total << elapsedMs << text;
         };
-        add("start", 0, kMiB, 0, "[..............................]   0%  0 B of 1.00 MiB");
+        add("start", 0, kMiB, 0, "[............]   0%  0 B of 1.00 MiB");
         add("nothing after a while", 0, kMiB, 5000,
-            "[..............................]   0%  0 B of 1.00 MiB");
+            "[............]   0%  0 B of 1.00 MiB");
         add("no time passed", kKiB, 2 * kKiB, 0,
-            "[###############...............]  50%  1.0 KiB of 2.0 KiB");
+            "[######......]  50%  1.0 KiB of 2.0 KiB");
         add("bytes", 100, 1000, 1000,
-            "[###...........................]  10%  100 B of 1000 B  100 B/s  0:09 left");
+            "[#...........]  10%  100 B of 1000 B  100 B/s  0:09 left");
         add("kibibytes", 512 * kKiB, 1024 * kKiB, 1000,
-            "[###############...............]  50%  512.0 KiB of 1.00 MiB  512.0 KiB/s  0:01 left");
+            "[######......]  50%  512.0 KiB of 1.00 MiB  512.0 KiB/s  0:01 left");
         add("mebibytes", 2 * kMiB, 8 * kMiB, 1000,
-            "[#######.......................]  25%  2.00 MiB of 8.00 MiB  2.00 MiB/s  0:03 left");
+            "[###.........]  25%  2.00 MiB of 8.00 MiB  2.00 MiB/s  0:03 left");
         add("minutes", 1 * kKiB, 126 * kKiB, 1000,
-            "[..............................]   0%  1.0 KiB of 126.0 KiB  1.0 KiB/s  2:05 left");
+            "[............]   0%  1.0 KiB of 126.0 KiB  1.0 KiB/s  2:05 left");
         add("started second counts whole", 10 * kKiB, 15 * kKiB, 1000,
-            "[###################...........]  66%  10.0 KiB of 15.0 KiB  10.0 KiB/s  0:01 left");
+            "[#######.....]  66%  10.0 KiB of 15.0 KiB  10.0 KiB/s  0:01 left");
         add("end", 8 * kMiB, 8 * kMiB, 4000,
-            "[##############################] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
+            "[############] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
         add("more than all", 9 * kMiB, 8 * kMiB, 4000,
-            "[##############################] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
+            "[############] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
         add("below zero", -1, 8 * kMiB, 4000,
-            "[..............................]   0%  0 B of 8.00 MiB");
-        add("no total", 5, 0, 1000, "[..............................]   0%  0 B of 0 B");
+            "[............]   0%  0 B of 8.00 MiB");
+        add("no total", 5, 0, 1000, "[............]   0%  0 B of 0 B");
     }
     void text()
     {
@@ -90,7 +90,7 @@ private slots:
             QVERIFY(filled == before || filled == before + 1);
             before = filled;
         }
-        QCOMPARE(before, 30);
+        QCOMPARE(before, 12);
     }
 };
 
