@@ -57,6 +57,8 @@ Section "Uninstall"
     !include "${REMOVE_LIST}"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
+    ; The installer makes this folder for a user's first program; only an empty one goes.
+    RMDir "$LOCALAPPDATA\Programs"
     Delete "$SMPROGRAMS\${NAME}.lnk"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"
 SectionEnd

@@ -45,6 +45,8 @@ install(FILES /usr/share/doc/gcc-mingw-w64-base/copyright
     DESTINATION "${licences}" RENAME gcc-runtime.txt)
 install(FILES /usr/share/doc/mingw-w64-common/copyright
     DESTINATION "${licences}" RENAME mingw-w64-runtime.txt)
+# Of the code that unpacks, in the installer and in the uninstaller that it leaves.
+install(FILES /usr/share/doc/nsis/copyright DESTINATION "${licences}" RENAME installer.txt)
 
 file(STRINGS "${qt_folder}/SOURCE" qt_source LIMIT_COUNT 1)
 string(REGEX REPLACE " .*" "" qt_source "${qt_source}")
