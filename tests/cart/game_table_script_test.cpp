@@ -1,53 +1,20 @@
 // The build step that makes the game table: what it refuses, and what becomes of the values that it
 // takes.
+#include "table_script.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace
 {
 
-constexpr int kProcessLimitMs = 60000;
-
 const QByteArray kHeader = "title\tyear\tpublisher\tcodes\trom_size\tsave_key\n";
 const QByteArray kRow = "Some Game (Euro)\t2001\tSomeone\tAGB-ABCP-EUR\t4194304\tgba_sram\n";
 
-struct Outcome {
-    int exitCode = -1;
-    QByteArray output;
-    QByteArray errors;
-};
-
-// Runs a program to its end; exit code -1 if it did not start or did not end properly.
-Outcome runProgram(const QString &program, const QStringList &arguments)
+Outcome makeGameTable(const QTemporaryDir &folder, const QByteArray &table)
 {
-    QProcess process;
-    process.start(program, arguments);
-    Outcome outcome;
-    if (process.waitForFinished(kProcessLimitMs) && process.exitStatus() == QProcess::NormalExit)
-        outcome.exitCode = process.exitCode();
-    outcome.output = process.readAllStandardOutput();
-    outcome.errors = process.readAllStandardError();
-    return outcome;
-}
-
-bool writeText(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
-}
-
-// Makes `folder`/table.cpp from `table`.
-Outcome makeTable(const QTemporaryDir &folder, const QByteArray &table)
-{
-    const QString input = folder.filePath("table.tsv");
-    if (!writeText(input, table))
-        return {};
-    return runProgram(
-        CMAKE_PROGRAM,
-        {"-DINPUT=" + input, "-DOUTPUT=" + folder.filePath("table.cpp"), "-P", GAME_TABLE_SCRIPT});
+    return makeTable(folder, GAME_TABLE_SCRIPT, table);
 }
 
 // A row whose value in `column` is `value`.
@@ -56,13 +23,6 @@ QByteArray rowWith(int column, const QByteArray &value)
     QList<QByteArray> values = kRow.trimmed().split('\t');
     values[column] = value;
     return values.join('\t') + '\n';
-}
-
-Outcome compile(const QStringList &arguments)
-{
-    return runProgram(CXX_COMPILER, QStringList{"-std=c++17", "-Wall", "-Wextra", "-Wpedantic",
-                                                "-Wconversion", "-Werror"} +
-                                        arguments);
 }
 
 // The record as the program declares it, for a table of `count` games.
@@ -76,23 +36,19 @@ bool writeDeclaration(const QTemporaryDir &folder, int count)
     return writeText(folder.filePath("cart/game_database.h"), changed);
 }
 
-// Compiles the table in `folder` together with a program that prints it, and runs that.
 Outcome printTable(const QTemporaryDir &folder)
 {
-    const bool isWritten =
-        writeText(folder.filePath("print.cpp"),
-                  "#include \"cart/game_database.h\"\n"
-                  "#include <cstdio>\n"
-                  "int main()\n"
-                  "{\n"
-                  "    for (const GbaGameRecord &game : gameDatabase)\n"
-                  "        std::printf(\"%s\\t%s\\t%s\\t%s\\t%s\\t%s\\n\", game.title, game.year,\n"
-                  "                    game.publisher, game.codes, game.romSize, game.saveKey);\n"
-                  "}\n");
-    const QString program = folder.filePath("print");
-    const Outcome outcome = compile({"-I" + folder.path(), folder.filePath("table.cpp"),
-                                     folder.filePath("print.cpp"), "-o", program});
-    return isWritten && outcome.exitCode == 0 ? runProgram(program, {}) : outcome;
+    return runWithTable(
+        folder,
+        "#include \"cart/game_database.h\"\n"
+        "#include <cstdio>\n"
+        "int main()\n"
+        "{\n"
+        "    for (const GbaGameRecord &game : gameDatabase)\n"
+        "        std::printf(\"%s\\t%s\\t%s\\t%s\\t%s\\t%s\\n\", game.title, game.year,\n"
+        "                    game.publisher, game.codes, game.romSize, game.saveKey);\n"
+        "}\n",
+        {});
 }
 
 } // namespace
@@ -129,7 +85,7 @@ void GameTableScriptTest::valuesThatFillTheirFieldsAreTaken()
 {
     QFETCH(QByteArray, row);
     QTemporaryDir folder;
-    const Outcome made = makeTable(folder, kHeader + row);
+    const Outcome made = makeGameTable(folder, kHeader + row);
     QVERIFY2(made.exitCode == 0, made.errors);
     QVERIFY(writeDeclaration(folder, 1));
     const Outcome printed = printTable(folder);
@@ -157,11 +113,11 @@ void GameTableScriptTest::wrongValuesStopTheBuild_data()
     add("no ROM size", rowWith(4, ""), "rom_size is empty");
     add("ROM size with unit", rowWith(4, "4M"), "rom_size is not a number of bytes");
     add("ROM size of zero", rowWith(4, "0"), "rom_size is not a number of bytes");
-    add("control character", rowWith(2, "Some\x01one"), "publisher holds a control character");
-    add("carriage return", rowWith(2, "Some\rone"), "publisher holds a control character");
-    add("five values", "a\t2001\tb\tAGB-ABCP\t4194304\n", "not six values");
-    add("seven values", rowWith(5, "gba_sram\t"), "not six values");
-    add("empty line", "\n", "not six values");
+    add("control character", rowWith(2, "Some\x01one"), "holds a control character");
+    add("carriage return", rowWith(2, "Some\rone"), "holds a control character");
+    add("five values", "a\t2001\tb\tAGB-ABCP\t4194304\n", "not 6 values");
+    add("seven values", rowWith(5, "gba_sram\t"), "not 6 values");
+    add("empty line", "\n", "not 6 values");
 }
 
 void GameTableScriptTest::wrongValuesStopTheBuild()
@@ -169,7 +125,7 @@ void GameTableScriptTest::wrongValuesStopTheBuild()
     QFETCH(QByteArray, row);
     QFETCH(QByteArray, problem);
     QTemporaryDir folder;
-    const Outcome outcome = makeTable(folder, kHeader + kRow + kRow + row + kRow);
+    const Outcome outcome = makeGameTable(folder, kHeader + kRow + kRow + row + kRow);
     QCOMPARE(outcome.exitCode, 1);
     const QByteArray errors = outcome.errors.simplified();
     QVERIFY2(errors.contains("row 2 (line 4): " + problem), errors);
@@ -195,7 +151,7 @@ void GameTableScriptTest::wrongFilesStopTheBuild()
     QFETCH(QByteArray, table);
     QFETCH(QByteArray, problem);
     QTemporaryDir folder;
-    const Outcome outcome = makeTable(folder, table);
+    const Outcome outcome = makeGameTable(folder, table);
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY2(outcome.errors.simplified().contains(problem), outcome.errors);
     QVERIFY(!QFile::exists(folder.filePath("table.cpp")));
@@ -215,7 +171,7 @@ void GameTableScriptTest::valuesArriveByteForByte()
                                        "?") +
                             rowWith(5, "");
     QTemporaryDir folder;
-    const Outcome made = makeTable(folder, kHeader + rows);
+    const Outcome made = makeGameTable(folder, kHeader + rows);
     QVERIFY2(made.exitCode == 0, made.errors);
     QVERIFY(writeDeclaration(folder, rows.count('\n')));
     const Outcome printed = printTable(folder);
@@ -227,7 +183,7 @@ void GameTableScriptTest::lineEndsOfAnotherSystemChangeNothing()
 {
     QTemporaryDir folder;
     QByteArray table = kHeader + kRow + kRow;
-    const Outcome made = makeTable(folder, table.replace("\n", "\r\n"));
+    const Outcome made = makeGameTable(folder, table.replace("\n", "\r\n"));
     QVERIFY2(made.exitCode == 0, made.errors);
     QVERIFY(writeDeclaration(folder, 2));
     QCOMPARE(printTable(folder).output, kRow + kRow);
@@ -236,7 +192,7 @@ void GameTableScriptTest::lineEndsOfAnotherSystemChangeNothing()
 void GameTableScriptTest::programDoesNotCompileWithAnotherNumberOfRows()
 {
     QTemporaryDir folder;
-    QCOMPARE(makeTable(folder, kHeader + kRow).exitCode, 0);
+    QCOMPARE(makeGameTable(folder, kHeader + kRow).exitCode, 0);
     QVERIFY(writeDeclaration(folder, 2));
     const Outcome outcome =
         compile({"-I" + folder.path(), "-fsyntax-only", folder.filePath("table.cpp")});
