@@ -19,6 +19,7 @@ public:
     {
         return m_backend.volumeLabel(root, label, capacity);
     }
+    std::string drivePlace(const char *root) override { return m_backend.drivePlace(root); }
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override
     {

@@ -94,6 +94,10 @@ public:
     // On failure `label` is left as it was.
     virtual DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) = 0;
 
+    // Where a person finds the drive of `root`: folder and device, as far as the backend knows more
+    // than the letter. Returns: text for people; empty if the letter says it all.
+    virtual std::string drivePlace(const char * /*root*/) { return {}; }
+
     // Opens an existing file for reading; other readers and writers are allowed meanwhile.
     // `*file` is set only on success and belongs to the caller.
     virtual DriveStatus openForRead(const char *path, Buffering buffering,

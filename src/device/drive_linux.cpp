@@ -88,6 +88,14 @@ public:
         return {};
     }
 
+    std::string drivePlace(const char *root) override
+    {
+        const LinuxDrive *drive = m_drives.find(root[0]);
+        if (drive == nullptr)
+            return {};
+        return drive->device.empty() ? drive->folder : drive->folder + " (" + drive->device + ")";
+    }
+
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override
     {

@@ -218,6 +218,11 @@ DriveStatus FaultyDrive::volumeLabel(const char *root, char *label, std::uint32_
     return hits(fault) ? injected(fault->code, root) : m_inner.volumeLabel(root, label, capacity);
 }
 
+std::string FaultyDrive::drivePlace(const char *root)
+{
+    return m_inner.drivePlace(root);
+}
+
 DriveStatus FaultyDrive::openForRead(const char *path, Buffering buffering,
                                      std::unique_ptr<DriveFile> *file)
 {

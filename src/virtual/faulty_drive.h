@@ -62,6 +62,7 @@ public:
     std::uint32_t logicalDrives() override;
     DriveType driveType(const char *root) override;
     DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) override;
+    std::string drivePlace(const char *root) override;
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override;
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;

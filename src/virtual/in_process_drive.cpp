@@ -185,6 +185,11 @@ DriveStatus InProcessDrive::volumeLabel(const char *root, char *label, std::uint
     return {};
 }
 
+std::string InProcessDrive::drivePlace(const char *root)
+{
+    return isOwnRoot(root) ? "the virtual reader of this program" : "";
+}
+
 DriveStatus InProcessDrive::openForRead(const char *path, Buffering buffering,
                                         std::unique_ptr<DriveFile> *file)
 {

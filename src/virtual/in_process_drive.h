@@ -30,6 +30,7 @@ public:
     std::uint32_t logicalDrives() override;
     DriveType driveType(const char *root) override;
     DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) override;
+    std::string drivePlace(const char *root) override;
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override;
     // Only the command file can be written; no other file can be made on the drive.

@@ -43,6 +43,11 @@ public:
         std::strcpy(label, "LABEL");
         return {DriveErrorCode::Gone, "label status"};
     }
+    std::string drivePlace(const char *root) override
+    {
+        calls << QString("place ") + root;
+        return "somewhere";
+    }
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override
     {
@@ -103,7 +108,7 @@ private slots:
         QCOMPARE(one.logicalDrives(), 0U);
     }
 
-    void typeAndLabelArePassedOn()
+    void typeLabelAndPlaceArePassedOn()
     {
         RecordingBackend backend;
         OneDriveBackend one(backend, 'E');
@@ -113,7 +118,8 @@ private slots:
         QVERIFY(status.code == DriveErrorCode::Gone);
         QCOMPARE(status.message.c_str(), "label status");
         QCOMPARE(static_cast<const char *>(label), "LABEL");
-        QCOMPARE(backend.calls, QStringList({"type E:", "label E: 16"}));
+        QCOMPARE(one.drivePlace("E:").c_str(), "somewhere");
+        QCOMPARE(backend.calls, QStringList({"type E:", "label E: 16", "place E:"}));
     }
 
     void openedFilesArePassedOn()

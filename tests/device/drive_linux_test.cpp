@@ -68,6 +68,8 @@ void DriveLinuxTest::declaredFolderIsARemovableDrive()
     char label[256] = {};
     QVERIFY(backend->volumeLabel("E:", label, sizeof(label)).ok());
     QCOMPARE(QByteArray(label), QByteArray("READER"));
+    QCOMPARE(QByteArray(backend->drivePlace("E:").c_str()) + "/CMD.CMD", reader.path("CMD.CMD"));
+    QCOMPARE(backend->drivePlace("D:").c_str(), "");
 }
 
 void DriveLinuxTest::labelIsCutToTheCapacity()

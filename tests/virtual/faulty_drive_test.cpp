@@ -74,6 +74,7 @@ void FaultyDriveTest::withoutFaultsEverythingGoesThrough()
     QCOMPARE(int(bench.drive->driveType("E:")), int(DriveType::Removable));
     char label[16] = {};
     QVERIFY(bench.drive->volumeLabel("E:", label, sizeof label).ok());
+    QCOMPARE(bench.drive->drivePlace("E:"), bench.inner->drivePlace("E:"));
     QCOMPARE(label, "VIRTUAL");
     std::unique_ptr<DriveFile> file;
     QVERIFY(bench.drive->openForWrite(kCommand, &file).ok());

@@ -113,6 +113,8 @@ void InProcessDriveTest::isTheOnlyDriveOfAScan()
     QCOMPARE(label, "old");
     QVERIFY(bench.drive.volumeLabel("E:", label, sizeof label).ok());
     QCOMPARE(label, "VIRTUAL");
+    QCOMPARE(bench.drive.drivePlace("E:").c_str(), "the virtual reader of this program");
+    QCOMPARE(bench.drive.drivePlace("C:").c_str(), "");
 }
 
 void InProcessDriveTest::letterAndLabelCanBeChosen()
