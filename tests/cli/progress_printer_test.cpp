@@ -1,9 +1,9 @@
 // What the printer writes to a terminal and to anything else.
 #include "cli/progress_printer.h"
 
-#include <QtTest>
+#include "output_file.h"
 
-#include <memory>
+#include <QtTest>
 
 namespace
 {
@@ -11,36 +11,6 @@ namespace
 constexpr bool kTerminal = true;
 constexpr bool kFile = false;
 constexpr char kClearLine[] = "\033[K";
-
-struct StreamCloser {
-    void operator()(std::FILE *stream) const { std::fclose(stream); }
-};
-
-// A stream into a file that vanishes with it.
-class OutputFile
-{
-public:
-    OutputFile() : m_stream(std::tmpfile())
-    {
-        if (m_stream == nullptr)
-            qFatal("cannot make a temporary file");
-    }
-
-    std::FILE *stream() const { return m_stream.get(); }
-
-    QString text() const
-    {
-        std::fflush(m_stream.get());
-        std::rewind(m_stream.get());
-        QByteArray bytes;
-        for (int c = std::fgetc(m_stream.get()); c != EOF; c = std::fgetc(m_stream.get()))
-            bytes += static_cast<char>(c);
-        return QString::fromLocal8Bit(bytes);
-    }
-
-private:
-    std::unique_ptr<std::FILE, StreamCloser> m_stream;
-};
 
 } // namespace
 

@@ -1,0 +1,163 @@
+#include "cli/drive_finding.h"
+
+#include "device/device_link.h"
+
+#include <QStringList>
+
+namespace
+{
+
+constexpr char kIdentityFile[] = "K-DRIVER.DMP";
+
+FileFinding fileFinding(const DriveStatus &status)
+{
+    return {status.code, QString::fromLocal8Bit(status.message.c_str())};
+}
+
+FileFinding openFile(char letter, const char *name, Buffering buffering)
+{
+    std::unique_ptr<DriveFile> file;
+    const std::string path = std::string(1, letter) + ":\\" + name;
+    return fileFinding(driveBackend().openForRead(path.c_str(), buffering, &file));
+}
+
+void readLabel(const char *root, DriveFinding *finding)
+{
+    char label[kLabelSize] = {};
+    const DriveStatus status = driveBackend().volumeLabel(root, label, kLabelSize);
+    finding->label = QString::fromLocal8Bit(label);
+    finding->labelError = QString::fromLocal8Bit(status.message.c_str());
+}
+
+// The device link tells that a read failed, but not which way.
+FileFinding failedIdentity(char letter)
+{
+    const QString error = QString::fromLocal8Bit(lastDriveError().c_str());
+    const FileFinding opened = openFile(letter, kIdentityFile, Buffering::Unbuffered);
+    return {opened.ok() ? DriveErrorCode::InputOutput : opened.code, error};
+}
+
+QString identityText()
+{
+    const auto *bytes = reinterpret_cast<const char *>(deviceLink.identityBytes);
+    QString text = QString::fromLatin1(bytes, static_cast<int>(qstrnlen(bytes, kIdentitySize)));
+    for (QChar &character : text) {
+        if (!character.isPrint())
+            character = QLatin1Char('?');
+    }
+    return text;
+}
+
+void probe(char takenLetter, DriveFinding *finding)
+{
+    clearLastDriveError();
+    const bool passes = probeDrive(finding->letter, nullptr) == 1;
+    if (!lastDriveError().empty())
+        finding->identityFile = failedIdentity(finding->letter);
+    else if (passes)
+        finding->identity = identityText();
+    finding->takenLetter = takenLetter;
+    if (!passes)
+        finding->verdict = DriveVerdict::NoIdentity;
+    else
+        finding->verdict = takenLetter == 0 ? DriveVerdict::Taken : DriveVerdict::AlsoPasses;
+}
+
+// `takenLetter`: of the drive that passed before; 0 if none did.
+DriveFinding examineDrive(char letter, char takenLetter)
+{
+    const char root[] = {letter, ':', '\0'};
+    DriveFinding finding;
+    finding.letter = letter;
+    finding.type = driveBackend().driveType(root);
+    finding.place = QString::fromLocal8Bit(driveBackend().drivePlace(root).c_str());
+    if (finding.type != DriveType::Removable)
+        return finding;
+    readLabel(root, &finding);
+    probe(takenLetter, &finding);
+    finding.command = openFile(letter, "CMD.CMD", Buffering::Buffered);
+    finding.dump = openFile(letter, "DUMP.ROM", Buffering::Unbuffered);
+    return finding;
+}
+
+QString identityNote(const DriveFinding &finding)
+{
+    if (finding.identityFile.isMissing())
+        return QStringLiteral("it has no identity file");
+    return QStringLiteral("its identity could not be read: ") + finding.identityFile.error;
+}
+
+QString takenText(const DriveFinding &finding)
+{
+    if (finding.identityFile.ok())
+        return QStringLiteral("taken as the reader");
+    return QStringLiteral("taken, though %1: is it a reader?").arg(identityNote(finding));
+}
+
+QString alsoText(const DriveFinding &finding)
+{
+    const QString first = QStringLiteral(", but %1: comes first").arg(finding.takenLetter);
+    if (finding.identityFile.ok())
+        return QStringLiteral("also a reader") + first;
+    return QStringLiteral("would pass as a reader, though %1").arg(identityNote(finding)) + first;
+}
+
+} // namespace
+
+QVector<DriveFinding> examineDrives()
+{
+    QVector<DriveFinding> findings;
+    char takenLetter = 0;
+    const std::uint32_t drives = driveBackend().logicalDrives();
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        if ((drives >> (letter - 'A') & 1U) == 0)
+            continue;
+        findings << examineDrive(letter, takenLetter);
+        if (findings.last().verdict == DriveVerdict::Taken)
+            takenLetter = letter;
+    }
+    return findings;
+}
+
+QString driveTypeText(DriveType type)
+{
+    switch (type) {
+    case DriveType::Unknown:
+        return QStringLiteral("drive of unknown type");
+    case DriveType::NoRoot:
+        return QStringLiteral("no drive any more");
+    case DriveType::Removable:
+        return QStringLiteral("removable drive");
+    case DriveType::Fixed:
+        return QStringLiteral("fixed disk");
+    case DriveType::Remote:
+        return QStringLiteral("network drive");
+    case DriveType::CdRom:
+        return QStringLiteral("CD or DVD drive");
+    case DriveType::RamDisk:
+        return QStringLiteral("RAM disk");
+    }
+    return QStringLiteral("type %1").arg(static_cast<std::uint32_t>(type));
+}
+
+QString verdictText(const DriveFinding &finding)
+{
+    switch (finding.verdict) {
+    case DriveVerdict::NotRemovable:
+        return QStringLiteral("not taken: a reader is a removable drive, this is not");
+    case DriveVerdict::NoIdentity:
+        return QStringLiteral("not taken: its K-DRIVER.DMP ends before the identity");
+    case DriveVerdict::Taken:
+        return takenText(finding);
+    case DriveVerdict::AlsoPasses:
+        return alsoText(finding);
+    }
+    return QString();
+}
+
+QString fileText(const FileFinding &file)
+{
+    if (file.ok())
+        return QStringLiteral("opens");
+    return file.isMissing() ? QStringLiteral("missing") : QStringLiteral("fails: ") + file.error;
+}

@@ -1,0 +1,79 @@
+// A computer with several drives: drives without anything in them, and virtual readers whose drives
+// can be made to fail.
+#pragma once
+
+#include "virtual/faulty_drive.h"
+#include "virtual/in_process_drive.h"
+
+#include <map>
+
+class DriveShelf : public DriveBackend
+{
+public:
+    void addDrive(char letter, DriveType type) { m_slots[letter].type = type; }
+
+    // Returns: the reader's drive, to inject faults.
+    FaultyDrive &addReader(char letter, const std::string &label = "READER",
+                           const std::string &identity = "READER_FW1")
+    {
+        VirtualReaderConfig config;
+        config.identity = identity;
+        Slot &slot = m_slots[letter];
+        slot.type = DriveType::Removable;
+        slot.drive = std::make_unique<InProcessDrive>(
+            std::make_unique<KeptReader>(nullptr, config, SaveFile()), *m_platform,
+            InProcessDriveOptions{letter, label});
+        slot.faulty = std::make_unique<FaultyDrive>(*slot.drive, letter);
+        return *slot.faulty;
+    }
+
+    bool wasWritten() const { return m_isWritten; }
+
+    std::uint32_t logicalDrives() override
+    {
+        std::uint32_t mask = 0;
+        for (const auto &entry : m_slots)
+            mask |= 1U << (entry.first - 'A');
+        return mask;
+    }
+    DriveType driveType(const char *root) override { return m_slots[root[0]].type; }
+    DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) override
+    {
+        DriveBackend *drive = find(root);
+        return drive == nullptr ? nothing(root) : drive->volumeLabel(root, label, capacity);
+    }
+    std::string drivePlace(const char *root) override
+    {
+        DriveBackend *drive = find(root);
+        return drive == nullptr ? std::string() : drive->drivePlace(root);
+    }
+    DriveStatus openForRead(const char *path, Buffering buffering,
+                            std::unique_ptr<DriveFile> *file) override
+    {
+        DriveBackend *drive = find(path);
+        return drive == nullptr ? nothing(path) : drive->openForRead(path, buffering, file);
+    }
+    DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *) override
+    {
+        m_isWritten = true;
+        return nothing(path);
+    }
+    void releaseDrive() override {}
+
+private:
+    struct Slot {
+        DriveType type = DriveType::NoRoot;
+        std::unique_ptr<InProcessDrive> drive;
+        std::unique_ptr<FaultyDrive> faulty;
+    };
+
+    DriveBackend *find(const char *root) { return m_slots[root[0]].faulty.get(); }
+    static DriveStatus nothing(const char *path)
+    {
+        return {DriveErrorCode::NotFound, std::string("nothing at ") + path};
+    }
+
+    std::unique_ptr<DriveBackend> m_platform = createPlatformBackend();
+    std::map<char, Slot> m_slots;
+    bool m_isWritten = false;
+};
