@@ -26,6 +26,7 @@ function cpu_dump(dev, size, _)
 }
 
 // One call for the whole save: a small EEPROM is written from its start, whatever the address.
+// The check sees a failed read of an EEPROM; those of SRAM and FLASH always count as done.
 
 function save_dump(dev, size, _)
 {

@@ -55,6 +55,8 @@ bool detectJob(const CliOptions &options, CliJob *job)
     if (!completeJob(*options.command, options.fileName, values, job, &problem))
         return refuseJob(found, problem);
     printError(QStringLiteral("Using: %1.\n").arg(describeValues(values)));
+    for (const QString &doubt : doubtsAbout(report, *options.command, values))
+        printError(doubt + QLatin1Char('\n'));
     return true;
 }
 
@@ -66,8 +68,9 @@ bool runRequest(const CliOptions &options)
     CliJob job = options.job;
     if (options.request == CliRequest::DetectThenRun && !detectJob(options, &job))
         return false;
-    if (job.operate == GB_WRITE_FLASH)
-        probeForFlashJob(&job, [](const QString &line) { printError(line + QLatin1Char('\n')); });
+    const auto printLine = [](const QString &line) { printError(line + QLatin1Char('\n')); };
+    if (job.operate == GB_WRITE_FLASH && !probeForFlashJob(&job, printLine))
+        return false;
     return runCliJob(job, stderr, isTerminal);
 }
 

@@ -20,6 +20,12 @@ template <typename Table> QString labelOf(const Table &table, int value)
                : QString::fromLatin1(table[static_cast<std::size_t>(row)].label).toLower();
 }
 
+constexpr int kTypeOffset = 0x147;
+constexpr int kRamSizeOffset = 0x149;
+constexpr char kMbc6Type = 0x20;
+constexpr char kTama5Type = '\xFD';
+constexpr char kRamSize128K = 4; // the report takes it for 64 KiB
+
 std::optional<int> orElse(const std::optional<int> &said, const std::optional<int> &found)
 {
     return said ? said : found;
@@ -87,4 +93,27 @@ QString describeValues(const CartridgeValues &values)
     if (values.ramSize)
         parts << QStringLiteral("save %1 bytes").arg(*values.ramSize);
     return parts.join(QStringLiteral(", "));
+}
+
+QStringList doubtsAbout(const CartridgeReport &report, const CliCommand &command,
+                        const CartridgeValues &used)
+{
+    QStringList doubts;
+    if (report.outcome != ReportOutcome::GbCartridge)
+        return doubts;
+    const char type = report.header[kTypeOffset];
+    const bool isMbc5 = used.mapper == kMappers[kMapperMbc5Row].value;
+    if (type == kTama5Type && isMbc5)
+        doubts << QStringLiteral(
+            "The header names the mapper TAMA5, which shows one bank again and "
+            "again to a job for MBC5: give --mapper tama5.");
+    if (type == kMbc6Type && isMbc5)
+        doubts << QStringLiteral("The header names the mapper MBC6, which no script can read: do "
+                                 "not trust the result.");
+    if (command.moves == MovedData::Save && report.header[kRamSizeOffset] == kRamSize128K &&
+        used.ramSize == 65536)
+        doubts << QStringLiteral(
+            "Most cartridges whose header says so have 128 KiB of save memory, "
+            "not 64: give --ram-size 128K for all of it.");
+    return doubts;
 }

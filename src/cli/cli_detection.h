@@ -1,8 +1,11 @@
 // What the command line learns from the cartridge itself.
 #pragma once
 
+#include "cli/cli_command.h"
 #include "cli/cli_options.h"
 #include "worker/cartridge_report.h"
+
+#include <QStringList>
 
 #include <functional>
 
@@ -20,3 +23,8 @@ CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &
 
 // One line that names the values, for the log: "system gb, mapper mbc5, ROM 8388608 bytes, ...".
 QString describeValues(const CartridgeValues &values);
+
+// What the header says and the report takes for something else, so that a job with these values
+// would end well and still bring a wrong ROM or half a save. One sentence each, for the log.
+QStringList doubtsAbout(const CartridgeReport &report, const CliCommand &command,
+                        const CartridgeValues &used);

@@ -7,4 +7,6 @@
 
 // Looks for the reader, queries the chip and sets the job's flash width. Without a reader nothing
 // is asked, and the job itself says so. Blocks; no job may run.
-void probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line);
+// Returns: false if the chip says that it is smaller than the file, whose end would be programmed
+// over its beginning; the reason has been printed.
+[[nodiscard]] bool probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line);

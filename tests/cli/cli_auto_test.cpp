@@ -157,6 +157,22 @@ private slots:
                  qPrintable(result.err));
     }
 
+    void headerThatMisleadsIsNotFollowedInSilence()
+    {
+        const QByteArray image = gbImage(0xFD, kRomSize, 0);
+        insert(image);
+        const ProgramResult misled = run("dump FILE");
+        QVERIFY2(misled.err.contains("\nUsing: system gb, mapper mbc5, ROM 524288 bytes.\n"
+                                     "The header names the mapper TAMA5"),
+                 qPrintable(misled.err));
+        QVERIFY(fileBytes(path("file")) != image);
+
+        const ProgramResult advised = run("dump FILE --mapper tama5");
+        QCOMPARE(advised.exitCode, 0);
+        QVERIFY(!advised.err.contains("The header names"));
+        QVERIFY(fileBytes(path("file")) == image);
+    }
+
     void otherSystemIsRefused_data()
     {
         QTest::addColumn<bool>("isGba"); // the cartridge

@@ -149,6 +149,54 @@ private slots:
         for (const char *name : {"", "info", "Dump", "dum", "dumps"})
             QVERIFY2(findCliCommand(name) == nullptr, name);
     }
+
+    void doubtsAreToldWhereTheReportMisleads_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("ramCode");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("mapper");
+        QTest::addColumn<int>("ramSize");
+        QTest::addColumn<QString>("advice"); // empty: no doubt
+        QTest::newRow("TAMA5 as MBC5") << 0xFD << 0 << "dump" << 4 << 0 << "--mapper tama5";
+        QTest::newRow("TAMA5") << 0xFD << 0 << "dump" << 6 << 0 << "";
+        QTest::newRow("MBC6") << 0x20 << 3 << "dump" << 4 << 32768 << "no script can read";
+        QTest::newRow("half a save read")
+            << 0x1B << 4 << "read-ram" << 4 << 65536 << "--ram-size 128K";
+        QTest::newRow("half a save written")
+            << 0x1B << 4 << "write-ram" << 4 << 65536 << "--ram-size 128K";
+        QTest::newRow("whole save") << 0x1B << 4 << "read-ram" << 4 << 131072 << "";
+        QTest::newRow("64 KiB by another code") << 0x1B << 5 << "read-ram" << 4 << 65536 << "";
+        QTest::newRow("save not moved") << 0x1B << 4 << "dump" << 4 << 65536 << "";
+        QTest::newRow("MBC5") << 0x1B << 3 << "read-ram" << 4 << 32768 << "";
+    }
+    void doubtsAreToldWhereTheReportMisleads()
+    {
+        QFETCH(int, type);
+        QFETCH(int, ramCode);
+        QFETCH(QString, command);
+        QFETCH(int, mapper);
+        QFETCH(int, ramSize);
+        QFETCH(QString, advice);
+        CartridgeReport report = gbReport(mapper, 1048576, ramSize);
+        report.header[0x147] = static_cast<char>(type);
+        report.header[0x149] = static_cast<char>(ramCode);
+        const CliCommand *found = findCliCommand(command);
+        QVERIFY(found != nullptr);
+        const QStringList doubts = doubtsAbout(report, *found, valuesFound(report));
+        QCOMPARE(doubts.size(), advice.isEmpty() ? 0 : 1);
+        QVERIFY(doubts.join("").contains(advice));
+    }
+
+    void noDoubtsAboutAGbaCartridge()
+    {
+        CartridgeReport report = gbaReport(1048576, 65536, kSaveFlash);
+        report.header[0x147] = '\xFD';
+        report.header[0x149] = 4;
+        CartridgeValues used = valuesFound(report);
+        used.mapper = 4;
+        QVERIFY(doubtsAbout(report, *findCliCommand("read-ram"), used).isEmpty());
+    }
 };
 
 Q_DECLARE_METATYPE(CartridgeValues)

@@ -55,6 +55,25 @@ private slots:
         QVERIFY(!result.err.contains("Flash chip is"));
     }
 
+    void fileLargerThanTheChipIsRefused()
+    {
+        constexpr std::uint32_t kTooLarge = 2 * 1024 * 1024;
+        QVERIFY(writeFile(path("large.gb"), gbImage(0x19, kTooLarge, 0)));
+        const ReaderChoice reader{"demo,flash=16,flash-code=20", {}}; // says that it has 1 MiB
+        const QString words = " --system gb --mapper mbc5";
+        const ProgramResult refused =
+            runProgram(CLI_PROGRAM, "flash " + path("large.gb") + words, reader);
+        QCOMPARE(refused.exitCode, 1);
+        QVERIFY2(refused.err.contains("The file has 2097152 bytes, more than the chip."),
+                 qPrintable(refused.err));
+        QVERIFY(!refused.err.contains("Start erase"));
+
+        QVERIFY(writeFile(path("full.gb"), gbImage(0x19, kTooLarge / 2, 0)));
+        const ProgramResult written =
+            runProgram(CLI_PROGRAM, "flash " + path("full.gb") + words, reader);
+        QVERIFY2(written.exitCode == 0, qPrintable(written.err));
+    }
+
     void missingFileTouchesNothing()
     {
         const ProgramResult result =
