@@ -50,6 +50,9 @@ bool detectJob(const CliOptions &options, CliJob *job)
     if (found.system && options.values.system && found.system != options.values.system)
         return refuseJob(found, QStringLiteral("The cartridge is of another system than --system "
                                                "says."));
+    const QString danger = dangerOf(report, *options.command);
+    if (!danger.isEmpty())
+        return refuseJob(found, danger);
     const CartridgeValues values = mergeValues(options.values, found);
     QString problem;
     if (!completeJob(*options.command, options.fileName, values, job, &problem))

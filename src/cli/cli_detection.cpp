@@ -1,10 +1,19 @@
 #include "cli/cli_detection.h"
 
+#include "cart/cartridge_types.h"
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 
 namespace
 {
+
+constexpr int kTypeOffset = 0x147;
+constexpr int kRomSizeOffset = 0x148;
+constexpr int kRamSizeOffset = 0x149;
+constexpr char kMbc6Type = 0x20;
+constexpr char kTama5Type = '\xFD';
+constexpr int kSizeOfUnknownRom = 32768;
+constexpr char kRamSize128K = 4; // the report takes it for 64 KiB
 
 std::optional<int> unlessZero(int value)
 {
@@ -20,11 +29,39 @@ template <typename Table> QString labelOf(const Table &table, int value)
                : QString::fromLatin1(table[static_cast<std::size_t>(row)].label).toLower();
 }
 
-constexpr int kTypeOffset = 0x147;
-constexpr int kRamSizeOffset = 0x149;
-constexpr char kMbc6Type = 0x20;
-constexpr char kTama5Type = '\xFD';
-constexpr char kRamSize128K = 4; // the report takes it for 64 KiB
+bool isForMbc5(const CartridgeValues &values)
+{
+    return values.mapper == kMappers[kMapperMbc5Row].value;
+}
+
+struct DoubtRow {
+    bool (*applies)(const QByteArray &header, MovedData moves, const CartridgeValues &used);
+    const char *text;
+};
+
+constexpr DoubtRow kDoubts[] = {
+    {[](const QByteArray &header, MovedData, const CartridgeValues &used) {
+         return header[kTypeOffset] == kTama5Type && isForMbc5(used);
+     },
+     "The header names the mapper TAMA5, which shows one bank again and again to a job for MBC5: "
+     "give --mapper tama5."},
+    {[](const QByteArray &header, MovedData, const CartridgeValues &used) {
+         return header[kTypeOffset] == kMbc6Type && isForMbc5(used);
+     },
+     "The header names the mapper MBC6, which no script can read: do not trust the result."},
+    {[](const QByteArray &header, MovedData moves, const CartridgeValues &used) {
+         const auto code = static_cast<std::uint8_t>(header[kRomSizeOffset]);
+         return moves == MovedData::Rom && code != 0 && used.romSize == kSizeOfUnknownRom &&
+                gbRomSizeBytes(code) == kSizeOfUnknownRom;
+     },
+     "The header has no known ROM size, so only 32 KiB are read: give --rom-size for all of it."},
+    {[](const QByteArray &header, MovedData moves, const CartridgeValues &used) {
+         return moves == MovedData::Save && header[kRamSizeOffset] == kRamSize128K &&
+                used.ramSize == 65536;
+     },
+     "The header's RAM size code is taken for 64 KiB, but most cartridges with it have 128: give "
+     "--ram-size 128K for all of the save."},
+};
 
 std::optional<int> orElse(const std::optional<int> &said, const std::optional<int> &found)
 {
@@ -95,25 +132,26 @@ QString describeValues(const CartridgeValues &values)
     return parts.join(QStringLiteral(", "));
 }
 
+QString dangerOf(const CartridgeReport &report, const CliCommand &command)
+{
+    const bool isTama5 =
+        report.outcome == ReportOutcome::GbCartridge && report.header[kTypeOffset] == kTama5Type;
+    if (!isTama5 || command.moves != MovedData::Save)
+        return QString();
+    return QStringLiteral(
+        "The save of a TAMA5 can not be read or written: it lies behind registers, "
+        "and the bytes of another save would destroy it.");
+}
+
 QStringList doubtsAbout(const CartridgeReport &report, const CliCommand &command,
                         const CartridgeValues &used)
 {
     QStringList doubts;
     if (report.outcome != ReportOutcome::GbCartridge)
         return doubts;
-    const char type = report.header[kTypeOffset];
-    const bool isMbc5 = used.mapper == kMappers[kMapperMbc5Row].value;
-    if (type == kTama5Type && isMbc5)
-        doubts << QStringLiteral(
-            "The header names the mapper TAMA5, which shows one bank again and "
-            "again to a job for MBC5: give --mapper tama5.");
-    if (type == kMbc6Type && isMbc5)
-        doubts << QStringLiteral("The header names the mapper MBC6, which no script can read: do "
-                                 "not trust the result.");
-    if (command.moves == MovedData::Save && report.header[kRamSizeOffset] == kRamSize128K &&
-        used.ramSize == 65536)
-        doubts << QStringLiteral(
-            "Most cartridges whose header says so have 128 KiB of save memory, "
-            "not 64: give --ram-size 128K for all of it.");
+    for (const DoubtRow &row : kDoubts) {
+        if (row.applies(report.header, command.moves, used))
+            doubts << QString::fromLatin1(row.text);
+    }
     return doubts;
 }

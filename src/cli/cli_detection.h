@@ -24,6 +24,9 @@ CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &
 // One line that names the values, for the log: "system gb, mapper mbc5, ROM 8388608 bytes, ...".
 QString describeValues(const CartridgeValues &values);
 
+// Why this command must not be tried on this cartridge; empty as a rule.
+QString dangerOf(const CartridgeReport &report, const CliCommand &command);
+
 // What the header says and the report takes for something else, so that a job with these values
 // would end well and still bring a wrong ROM or half a save. One sentence each, for the log.
 QStringList doubtsAbout(const CartridgeReport &report, const CliCommand &command,

@@ -173,6 +173,29 @@ private slots:
         QVERIFY(fileBytes(path("file")) == image);
     }
 
+    // Neither mapper that takes saves of this size may touch it.
+    void saveOfATama5IsLeftAlone_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::newRow("write") << "write-ram FILE --ram-size 8K";
+        QTest::newRow("write with its own script")
+            << "write-ram FILE --ram-size 8K --mapper tama5 --auto";
+        QTest::newRow("read") << "read-ram FILE --ram-size 8K";
+    }
+    void saveOfATama5IsLeftAlone()
+    {
+        QFETCH(QString, words);
+        insert(gbImage(0xFD, kRomSize, 0));
+        const QByteArray file = noise(8192, 1);
+        QVERIFY(writeFile(path("file"), file));
+        const ProgramResult result = run(words);
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY2(result.err.contains("The save of a TAMA5 can not be read or written"),
+                 qPrintable(result.err));
+        QVERIFY(result.err.endsWith(kOnlyLookedAt));
+        QVERIFY(fileBytes(path("file")) == file);
+    }
+
     void otherSystemIsRefused_data()
     {
         QTest::addColumn<bool>("isGba"); // the cartridge

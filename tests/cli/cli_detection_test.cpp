@@ -188,6 +188,18 @@ private slots:
         QVERIFY(doubts.join("").contains(advice));
     }
 
+    void unknownRomSizeIsToldFromTheSmallest()
+    {
+        CartridgeReport report = gbReport(4, 32768, 0);
+        const CliCommand &dump = *findCliCommand("dump");
+        QVERIFY(doubtsAbout(report, dump, valuesFound(report)).isEmpty());
+        report.header[0x148] = 0x33;
+        QVERIFY(doubtsAbout(report, dump, valuesFound(report)).join("").contains("--rom-size"));
+        CartridgeValues said = valuesFound(report);
+        said.romSize = 65536;
+        QVERIFY(doubtsAbout(report, dump, said).isEmpty());
+    }
+
     void noDoubtsAboutAGbaCartridge()
     {
         CartridgeReport report = gbaReport(1048576, 65536, kSaveFlash);
