@@ -1,8 +1,8 @@
 // Trying a mapper script on a virtual cartridge: what it defines for each operation, and what one
 // job with it does. Nothing of this touches a real drive.
 //
-// Thread: the main thread of an application; blocks. The process-wide drive backend is replaced
-// while a trial runs and put back to what it was told to be before.
+// Thread: the main thread of an application; blocks. As with a TrialBench, the process has no drive
+// backend afterwards.
 #pragma once
 
 #include "cli/script_kinds.h"

@@ -133,7 +133,15 @@ private slots:
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.out.contains("cpu_erase and cpu_flash: " + verdict.toUtf8() + "\n"),
                  qPrintable(result.out));
-        QVERIFY(result.out.contains("The chip never became blank."));
+        QVERIFY(result.out.contains("The erase does not end."));
+    }
+
+    void topLevelThatReachesForTheCartridgeIsReported()
+    {
+        const ProgramResult result = check("cpu_write(0, 0x2000, 1);\n" + kGoodDump);
+        QCOMPARE(result.exitCode, 1);
+        QVERIFY(result.out.contains("cpu_dump: refused, nothing was sent:\n"));
+        QVERIFY(result.out.contains("the top level of a script cannot use the cartridge"));
     }
 
     void kindIsAskedForWhenTheNameDoesNotTell()

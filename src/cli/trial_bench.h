@@ -1,0 +1,88 @@
+// A bench for trying jobs: a virtual cartridge in a virtual reader of this process, whose drive can
+// be made to fail, and the same worker that serves real cartridges. Nothing of this touches a real
+// drive; the jobs' files lie in a temporary folder.
+//
+// One bench at a time: it is the process's drive backend while it exists, and afterwards the
+// process has none.
+//
+// Thread: the main thread of an application.
+#pragma once
+
+#include "virtual/cartridge_options.h"
+#include "virtual/faulty_drive.h"
+#include "virtual/in_process_drive.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+// A cartridge with a generated game. Sizes in bytes.
+struct TrialCartridge {
+    bool isGba = false;
+    std::uint8_t headerType = 0; // GB
+    std::uint32_t romSize = 0;
+    std::uint32_t ramSize = 0; // GB; a GBA save is as `options` say
+    CartridgeOptions options;
+};
+
+// The fields of a FamicomThread that a job sets, but for the file.
+struct TrialJob {
+    int operate = 0; // a JobCode
+    QString scriptPath;
+    int romSize = 0;
+    int ramSize = 0;
+    int saveType = 0;
+    int flashWidth = 0;
+    QByteArray input; // what a job writes to the cartridge
+};
+
+struct TrialRun {
+    bool hasSucceeded = false; // the job's own result
+    bool hasFile = false;      // a dump left one
+    QByteArray file;           // of a dump
+    int movedBytes = 0;
+    int expectedBytes = 0;
+    QString driveError; // the last one that the seam reported
+    QStringList log;
+};
+
+// The game of a cartridge; another `seed` makes another one.
+QByteArray trialImage(const TrialCartridge &cartridge, unsigned seed = 1);
+
+// A save of `size` bytes that is none a chip begins with.
+QByteArray trialNoise(int size);
+
+class TrialBench
+{
+public:
+    // A cartridge that cannot be built is a programming error.
+    explicit TrialBench(const TrialCartridge &cartridge);
+    ~TrialBench();
+    TrialBench(const TrialBench &) = delete;
+    TrialBench &operator=(const TrialBench &) = delete;
+
+    // The game as it was made.
+    const QByteArray &image() const { return m_image; }
+    // What is in the cartridge now.
+    QByteArray rom() { return bytesOf(reader().cartridge().romImage()); }
+    QByteArray save() { return bytesOf(reader().cartridge().saveImage()); }
+
+    FaultyDrive &drive() { return m_drive; }
+    VirtualReader &reader() { return m_inProcess.reader(); }
+
+    // Runs one job to its end. A temporary file that cannot be written makes it a failed one. Erases
+    // take no time, and one that never ends is cancelled.
+    TrialRun run(const TrialJob &job);
+
+private:
+    static QByteArray bytesOf(const ByteVector &bytes);
+
+    QByteArray m_image;
+    std::unique_ptr<DriveBackend> m_platform;
+    InProcessDrive m_inProcess;
+    FaultyDrive m_drive;
+    QTemporaryDir m_folder;
+};
