@@ -15,10 +15,10 @@ forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libfuse3
 # mappers; a compiler that checks the Windows part; one that fuzzes.
 forTest=(xvfb xdotool x11-utils fonts-dejavu-core libssl-dev zlib1g-dev libmgba-dev
     g++-mingw-w64-x86-64-posix clang libclang-rt-dev)
-# The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result, xclip and
-# icoutils look at it; the rest draws the icon and packs.
+# The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts like
+# those of Windows, xclip and icoutils look at it; the rest draws the icon and packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
-    wine wine64 xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
+    wine wine64 fonts-wine xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
 
 case ${1:-} in
 run) wanted=("${forRun[@]}") ;;

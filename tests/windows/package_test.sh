@@ -48,6 +48,8 @@ trap cleanUp EXIT
 export WINEPREFIX=$work/prefix WINEDEBUG=-all WINEDLLOVERRIDES=winemenubuilder.exe=
 unset WINEPATH GBDRIVER_VIRTUAL_READER GBDRIVER_DRIVES
 "$source/tools/windows/wine_prefix.sh" "$WINEPREFIX" "e=floppy:$work/mount"
+# Without them the window has the first font that this machine happens to have.
+cp /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts"
 # The services of Wine start here; they would keep the output of the first program open.
 /usr/lib/wine/wineserver -p
 "$wine" wineboot </dev/null >/dev/null 2>&1

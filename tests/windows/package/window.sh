@@ -50,7 +50,7 @@ press() {
     xdotool key space
 }
 
-# runJob BUTTON CAPTION FILE: presses a button, names a file in its dialog, waits for the end.
+# runJob BUTTON CAPTION FILE: presses a button, names a file in its dialog; the job must succeed.
 runJob() {
     press "$1"
     waitFor 60 isThere "$2" || fail "no dialog \"$2\""
