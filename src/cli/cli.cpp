@@ -55,7 +55,7 @@ bool detectJob(const CliOptions &options, CliJob *job)
         return refuseJob(found, danger);
     const CartridgeValues values = mergeValues(options.values, found);
     QString problem;
-    if (!completeJob(*options.command, options.fileName, values, job, &problem))
+    if (!completeJob(*options.command, options.path, values, job, &problem))
         return refuseJob(found, problem);
     printError(QStringLiteral("Using: %1.\n").arg(describeValues(values)));
     for (const QString &doubt : doubtsAbout(report, *options.command, values))
@@ -66,10 +66,13 @@ bool detectJob(const CliOptions &options, CliJob *job)
 bool runRequest(const CliOptions &options)
 {
     const bool isTerminal = standardErrorIsTerminal();
-    if (options.request == CliRequest::ShowInfo)
+    if (options.request == CliRequest::Info)
         return runCliInfo(options.asJson, options.isQuick, isTerminal);
-    CliJob job = options.job;
-    if (options.request == CliRequest::DetectThenRun && !detectJob(options, &job))
+    CliJob job;
+    QString problem;
+    if (options.looks
+            ? !detectJob(options, &job)
+            : !completeJob(*options.command, options.path, options.values, &job, &problem))
         return false;
     const auto printLine = [](const QString &line) { printError(line + QLatin1Char('\n')); };
     if (job.operate == GB_WRITE_FLASH && !probeForFlashJob(&job, printLine))
@@ -99,7 +102,11 @@ int runCli(int &argc, char **argv)
         return isHelp ? kSuccess : kFailure;
     }
     if (options.request == CliRequest::CheckScript)
-        return runCheckScript(options.fileName, options.scriptKind) ? kSuccess : kFailure;
+        return runCheckScript(options.path, options.scriptKind) ? kSuccess : kFailure;
+    if (options.request != CliRequest::Info && options.command == nullptr) {
+        std::fprintf(stderr, "gbdriver-cli: this build can not do that yet.\n");
+        return kFailure;
+    }
     const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
     if (chosen.backend() == nullptr) {
         std::fprintf(stderr, "gbdriver-cli: %s\n", chosen.error.c_str());

@@ -29,30 +29,48 @@ struct CartridgeValues {
 };
 
 enum class CliRequest {
-    RunJob,        // `job` is complete
-    DetectThenRun, // look at the cartridge, complete the job with what is found
-    ShowInfo,      // print the cartridge report
-    CheckScript,   // try the mapper script `fileName`
-    ShowText,      // help or version: print `text`, end with success
-    Refuse         // wrong usage: print `text`, end with failure
+    ShowText, // help, version, manual or completion: print `text`, end with success
+    Refuse,   // wrong usage: print `text`, end with ExitCode::Usage
+    Info,
+    Dump,
+    ReadRam,
+    WriteRam,
+    Flash,
+    Verify,
+    Backup,
+    Drives,
+    Scripts,
+    SelfTest,
+    CheckScript
 };
 
 struct CliCommand; // a row of the table of job commands
 
+// What one run of the program is asked for. What a command has no option for keeps its default.
 struct CliOptions {
     CliRequest request = CliRequest::Refuse;
-    QString text;
-    CliJob job;
-    const CliCommand *command = nullptr; // DetectThenRun; static
-    QString fileName;                    // DetectThenRun, CheckScript
-    QString scriptKind;                  // CheckScript: the shipped script for the same cartridges
+    QString text;                        // ShowText, Refuse: lines, ends with a line break
+    const CliCommand *command = nullptr; // the job of dump, read-ram, write-ram, flash; static
+    QString path;                        // FILE or DIR; never empty where a command takes one
     CartridgeValues values;              // what the user said
-    char driveLetter = 0;                // the only drive to look at; 0 = all
-    bool asJson = false;                 // ShowInfo
-    bool isQuick = false;                // ShowInfo: without what needs the whole ROM
+    char driveLetter = 0;                // the only drive to look at, 'A' to 'Z'; 0: all
+    bool asJson = false;                 // never together with isQuiet
+    bool isQuiet = false;
+    bool isQuick = false;    // Info: without what needs the whole ROM
+    bool looks = true;       // the cartridge is looked at first; false: `values` are complete
+    int reads = 0;           // how often to read, 1 to 9; 0: the command's default
+    bool verifies = true;    // false: one read, compared with nothing
+    QStringList datFiles;    // the user's own tables of known dumps
+    bool overwrites = false; // an existing FILE is replaced
+    bool forces = false;     // a FILE of the wrong size is written
+    bool makesBackup = true;
+    QString backupFolder; // empty: the default one
+    int count = 0;        // Backup: end after so many cartridges; 0: never
+    QString scriptKind;   // CheckScript: the shipped script for the same cartridges; may be empty
 };
 
-// `arguments`: all of the command line, program name first.
+// `arguments`: all of the command line, program name first. A job that does not look at its
+// cartridge is refused unless completeJob() has all it needs.
 CliOptions parseCliOptions(const QStringList &arguments);
 
 // Makes the job of a command from what is known of the cartridge. Returns: false with the reason,
