@@ -57,6 +57,41 @@ private slots:
         QVERIFY2(program.isFile() && program.isExecutable(), qPrintable(program.filePath()));
     }
 
+    // Pages and completions that the program prints are installed as it prints them.
+    void printedFilesAreTheProgramsOwn_data()
+    {
+        QTest::addColumn<QString>("words");
+        QTest::newRow(MAN_FOLDER "/man1/gbdriver-cli.1") << "manual";
+        QTest::newRow(DATA_FOLDER "/bash-completion/completions/gbdriver-cli") << "completion bash";
+        QTest::newRow(DATA_FOLDER "/zsh/site-functions/_gbdriver-cli") << "completion zsh";
+        QTest::newRow(DATA_FOLDER "/fish/vendor_completions.d/gbdriver-cli.fish")
+            << "completion fish";
+    }
+    void printedFilesAreTheProgramsOwn()
+    {
+        QFETCH(QString, words);
+        const ProgramResult result =
+            runProgram(m_prefix.filePath(LINK_FOLDER "/gbdriver-cli"), words);
+        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        QVERIFY(!result.out.isEmpty());
+        QCOMPARE(QString::fromLatin1(fileBytes(m_prefix.filePath(QTest::currentDataTag()))),
+                 result.out);
+    }
+
+    void writtenPagesAreInstalled_data()
+    {
+        QTest::addColumn<QString>("page");
+        for (const char *page : {"gbdriver.1", "gbdriver-virtual-reader.1"})
+            QTest::newRow(page) << page;
+    }
+    void writtenPagesAreInstalled()
+    {
+        QFETCH(QString, page);
+        const QByteArray written = fileBytes(PAGES_FOLDER "/" + page);
+        QVERIFY(!written.isEmpty());
+        QCOMPARE(fileBytes(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
+    }
+
     // The link on the user's path must lead to the scripts as well.
     void installedProgramDumps_data()
     {
