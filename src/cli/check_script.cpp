@@ -4,14 +4,24 @@
 
 #include <QFileInfo>
 
-#include <cstdio>
-
 namespace
 {
 
-void printLine(const QString &line)
+const char *outcomeWord(TrialOutcome outcome)
 {
-    std::printf("%s\n", line.toLocal8Bit().constData());
+    switch (outcome) {
+    case TrialOutcome::NotDefined:
+        return "not-defined";
+    case TrialOutcome::Refused:
+        return "refused";
+    case TrialOutcome::Failed:
+        return "failed";
+    case TrialOutcome::Wrong:
+        return "wrong";
+    case TrialOutcome::Right:
+        return "right";
+    }
+    return "";
 }
 
 QString verdict(const ScriptTrial &trial)
@@ -55,44 +65,65 @@ QString operationsText(const ScriptTrial &trial)
     return text;
 }
 
-void printTrial(const ScriptTrial &trial)
+// The same for a program.
+QJsonObject objectOf(const ScriptTrial &trial)
 {
-    printLine(trial.operation + QStringLiteral(": ") + verdict(trial));
+    QJsonObject object{{"what", "script-trial"},
+                       {"operation", trial.operation},
+                       {"outcome", QLatin1String(outcomeWord(trial.outcome))},
+                       {"movedBytes", trial.movedBytes},
+                       {"expectedBytes", trial.expectedBytes},
+                       {"commandFiles", trial.used.commandFiles},
+                       {"reads", trial.used.reads}};
+    if (trial.hasLeast) {
+        object.insert("leastCommandFiles", trial.least.commandFiles);
+        object.insert("leastReads", trial.least.reads);
+    }
+    return object;
+}
+
+void tellTrial(const ScriptTrial &trial, Reporter &reporter)
+{
+    reporter.event("detected", objectOf(trial));
+    reporter.answer(trial.operation + QStringLiteral(": ") + verdict(trial));
     if (trial.outcome == TrialOutcome::NotDefined)
         return;
     if (trial.expectedBytes != 0) {
-        printLine(movedText(trial));
-        printLine(operationsText(trial));
+        reporter.answer(movedText(trial));
+        reporter.answer(operationsText(trial));
     }
     if (trial.outcome == TrialOutcome::Right)
         return;
     for (const QString &line : trial.log) {
         if (!line.trimmed().isEmpty())
-            printLine(QStringLiteral("  | ") + line.trimmed());
+            reporter.answer(QStringLiteral("  | ") + line.trimmed());
     }
 }
 
 } // namespace
 
-bool runCheckScript(const QString &path, const QString &kindName)
+ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &reporter)
 {
     const ScriptKind *kind =
         findScriptKind(kindName.isEmpty() ? QFileInfo(path).fileName() : kindName);
-    if (kind == nullptr || !QFileInfo(path).isFile()) {
-        std::fprintf(stderr, "%s\n",
-                     kind == nullptr
-                         ? "The file's name does not tell the kind of cartridge: give --mapper, or "
-                           "--system gba."
-                         : "There is no such script file.");
-        return false;
+    if (!QFileInfo(path).isFile()) {
+        reporter.problem(QStringLiteral("There is no such script file."));
+        return ExitCode::FileError;
+    }
+    if (kind == nullptr) {
+        reporter.problem(QStringLiteral("The file's name does not tell the kind of cartridge: give "
+                                        "--mapper, or --system gba."));
+        return ExitCode::Usage;
     }
     bool hasRight = false;
-    bool hasFault = false;
+    ExitCode code = ExitCode::Done;
     for (const ScriptTrial &trial : tryScript(path, *kind)) {
-        printTrial(trial);
+        tellTrial(trial, reporter);
         hasRight = hasRight || trial.outcome == TrialOutcome::Right;
-        hasFault = hasFault || trial.outcome == TrialOutcome::Wrong ||
-                   trial.outcome == TrialOutcome::Failed;
+        if (trial.outcome == TrialOutcome::Wrong)
+            code = ExitCode::DataMismatch;
+        else if (trial.outcome == TrialOutcome::Failed && code == ExitCode::Done)
+            code = ExitCode::TransferFailed;
     }
-    return hasRight && !hasFault;
+    return code == ExitCode::Done && !hasRight ? ExitCode::TransferFailed : code;
 }

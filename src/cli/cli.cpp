@@ -1,16 +1,19 @@
 #include "cli/cli.h"
 
+#include "cli/backup_command.h"
 #include "cli/check_script.h"
-#include "cli/cli_detection.h"
-#include "cli/cli_flash.h"
 #include "cli/cli_info.h"
-#include "cli/cli_job.h"
 #include "cli/cli_options.h"
+#include "cli/drive_list.h"
+#include "cli/dump_command.h"
+#include "cli/flash_command.h"
+#include "cli/interrupt.h"
 #include "cli/one_drive_backend.h"
-#include "cli/terminal.h"
+#include "cli/save_commands.h"
+#include "cli/script_list.h"
+#include "cli/self_test.h"
 #include "device/device_link.h"
 #include "virtual/backend_choice.h"
-#include "worker/famicom_thread.h"
 
 #include <QCoreApplication>
 
@@ -19,75 +22,70 @@
 namespace
 {
 
-constexpr int kSuccess = 0;
-constexpr int kFailure = 1;
-
-void printError(const QString &text)
+QString scriptFolder()
 {
-    std::fputs(text.toLocal8Bit().constData(), stderr);
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/mapper");
 }
 
-// Ends a job that the report can not complete.
-bool refuseJob(const CartridgeValues &found, const QString &problem)
+OutputStyle styleOf(const CliOptions &options)
 {
-    const QString values = describeValues(found);
-    printError(QStringLiteral("Found: %1.\n%2\nTry \"gbdriver-cli --help\". The cartridge was only "
-                              "looked at.\n")
-                   .arg(values.isEmpty() ? QStringLiteral("nothing") : values, problem));
-    return false;
+    if (options.asJson)
+        return OutputStyle::Json;
+    return options.isQuiet ? OutputStyle::Quiet : OutputStyle::Text;
 }
 
-// Looks at the cartridge and completes what the user said. Returns: false if something is missing
-// still; it has been printed.
-bool detectJob(const CliOptions &options, CliJob *job)
+// Commands that need a reader.
+ExitCode runWithReader(const CliOptions &options, Reporter &reporter)
 {
-    const CartridgeReport report =
-        detectCartridge([](const QString &line) { printError(line + QLatin1Char('\n')); });
-    const CartridgeValues found = valuesFound(report);
-    if (report.outcome == ReportOutcome::NoReader || report.outcome == ReportOutcome::NoMode ||
-        report.outcome == ReportOutcome::ShortRead)
-        return false;
-    if (found.system && options.values.system && found.system != options.values.system)
-        return refuseJob(found, QStringLiteral("The cartridge is of another system than --system "
-                                               "says."));
-    const QString danger = dangerOf(report, *options.command);
-    if (!danger.isEmpty())
-        return refuseJob(found, danger);
-    const CartridgeValues values = mergeValues(options.values, found);
-    QString problem;
-    if (!completeJob(*options.command, options.path, values, job, &problem))
-        return refuseJob(found, problem);
-    printError(QStringLiteral("Using: %1.\n").arg(describeValues(values)));
-    for (const QString &doubt : doubtsAbout(report, *options.command, values))
-        printError(doubt + QLatin1Char('\n'));
-    return true;
+    switch (options.request) {
+    case CliRequest::Info:
+        return runInfo(options, reporter);
+    case CliRequest::Dump:
+        return runDump(options, reporter);
+    case CliRequest::ReadRam:
+        return runReadRam(options, reporter);
+    case CliRequest::WriteRam:
+        return runWriteRam(options, reporter);
+    case CliRequest::Flash:
+        return runFlash(options, reporter);
+    case CliRequest::Backup:
+        return runBackup(options, reporter);
+    default:
+        return runDrives(reporter);
+    }
 }
 
-bool runRequest(const CliOptions &options)
+ExitCode chooseReaderAndRun(const CliOptions &options, Reporter &reporter)
 {
-    const bool isTerminal = standardErrorIsTerminal();
-    if (options.request == CliRequest::Info)
-        return runCliInfo(options.asJson, options.isQuick, isTerminal);
-    CliJob job;
-    QString problem;
-    if (options.looks
-            ? !detectJob(options, &job)
-            : !completeJob(*options.command, options.path, options.values, &job, &problem))
-        return false;
-    const auto printLine = [](const QString &line) { printError(line + QLatin1Char('\n')); };
-    if (job.operate == GB_WRITE_FLASH && !probeForFlashJob(&job, printLine))
-        return false;
-    return runCliJob(job, stderr, isTerminal);
-}
-
-int runOn(DriveBackend &backend, const CliOptions &options)
-{
+    const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
+    if (chosen.backend() == nullptr) {
+        reporter.problem(QStringLiteral("gbdriver-cli: ") +
+                         QString::fromLocal8Bit(chosen.error.c_str()));
+        return ExitCode::Usage;
+    }
     const bool isOneDrive = options.driveLetter != 0;
-    OneDriveBackend oneDrive(backend, isOneDrive ? options.driveLetter : 'A');
-    setDriveBackend(isOneDrive ? static_cast<DriveBackend *>(&oneDrive) : &backend);
-    const bool succeeded = runRequest(options);
+    OneDriveBackend oneDrive(*chosen.backend(), isOneDrive ? options.driveLetter : 'A');
+    setDriveBackend(isOneDrive ? static_cast<DriveBackend *>(&oneDrive) : chosen.backend());
+    watchForInterrupt();
+    const ExitCode code = runWithReader(options, reporter);
     setDriveBackend(nullptr);
-    return succeeded ? kSuccess : kFailure;
+    return code;
+}
+
+ExitCode runCommand(const CliOptions &options, Reporter &reporter)
+{
+    switch (options.request) {
+    case CliRequest::Verify:
+        return runVerify(options, reporter);
+    case CliRequest::Scripts:
+        return runScripts(reporter, scriptFolder());
+    case CliRequest::SelfTest:
+        return runSelfTest(reporter, scriptFolder());
+    case CliRequest::CheckScript:
+        return runCheckScript(options.path, options.scriptKind, reporter);
+    default:
+        return chooseReaderAndRun(options, reporter);
+    }
 }
 
 } // namespace
@@ -99,18 +97,10 @@ int runCli(int &argc, char **argv)
     const bool isHelp = options.request == CliRequest::ShowText;
     if (isHelp || options.request == CliRequest::Refuse) {
         std::fputs(options.text.toLocal8Bit().constData(), isHelp ? stdout : stderr);
-        return isHelp ? kSuccess : kFailure;
+        return static_cast<int>(isHelp ? ExitCode::Done : ExitCode::Usage);
     }
-    if (options.request == CliRequest::CheckScript)
-        return runCheckScript(options.path, options.scriptKind) ? kSuccess : kFailure;
-    if (options.request != CliRequest::Info && options.command == nullptr) {
-        std::fprintf(stderr, "gbdriver-cli: this build can not do that yet.\n");
-        return kFailure;
-    }
-    const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
-    if (chosen.backend() == nullptr) {
-        std::fprintf(stderr, "gbdriver-cli: %s\n", chosen.error.c_str());
-        return kFailure;
-    }
-    return runOn(*chosen.backend(), options);
+    Reporter reporter(standardOutput(styleOf(options)));
+    const ExitCode code = runCommand(options, reporter);
+    reporter.end(code);
+    return static_cast<int>(code);
 }

@@ -13,20 +13,12 @@ constexpr int kRamSizeOffset = 0x149;
 constexpr char kMbc6Type = 0x20;
 constexpr char kTama5Type = '\xFD';
 constexpr int kSizeOfUnknownRom = 32768;
-constexpr char kRamSize128K = 4; // the report takes it for 64 KiB
+constexpr int kMbc2Row = 2; // of kMappers
+constexpr int kTama5Row = 6;
 
 std::optional<int> unlessZero(int value)
 {
     return value == 0 ? std::optional<int>() : value;
-}
-
-// Label of the row that keeps `value`, as the user types it.
-template <typename Table> QString labelOf(const Table &table, int value)
-{
-    const int row = rowWithValue(table, value);
-    return row == kNoRow
-               ? QString::number(value)
-               : QString::fromLatin1(table[static_cast<std::size_t>(row)].label).toLower();
 }
 
 bool isForMbc5(const CartridgeValues &values)
@@ -55,13 +47,27 @@ constexpr DoubtRow kDoubts[] = {
                 gbRomSizeBytes(code) == kSizeOfUnknownRom;
      },
      "The header has no known ROM size, so only 32 KiB are read: give --rom-size for all of it."},
-    {[](const QByteArray &header, MovedData moves, const CartridgeValues &used) {
-         return moves == MovedData::Save && header[kRamSizeOffset] == kRamSize128K &&
-                used.ramSize == 65536;
-     },
-     "The header's RAM size code is taken for 64 KiB, but most cartridges with it have 128: give "
-     "--ram-size 128K for all of the save."},
 };
+
+std::int32_t mapperOf(const CartridgeReport &report)
+{
+    return report.header[kTypeOffset] == kTama5Type ? kMappers[kTama5Row].value : report.gb.mbcType;
+}
+
+std::int32_t saveSizeOf(const CartridgeReport &report)
+{
+    // An MBC2 has its memory built in, whatever the code says.
+    if (report.gb.mbcType == kMappers[kMbc2Row].value)
+        return report.gb.ramSize;
+    switch (report.header[kRamSizeOffset]) {
+    case 4:
+        return 128 * 1024;
+    case 5:
+        return 64 * 1024;
+    default:
+        return report.gb.ramSize;
+    }
+}
 
 std::optional<int> orElse(const std::optional<int> &said, const std::optional<int> &found)
 {
@@ -87,9 +93,9 @@ CartridgeValues valuesFound(const CartridgeReport &report)
     CartridgeValues values;
     if (report.outcome == ReportOutcome::GbCartridge) {
         values.system = kSystemGb;
-        values.mapper = report.gb.mbcType;
+        values.mapper = mapperOf(report);
         values.romSize = report.gb.romSize;
-        values.ramSize = unlessZero(report.gb.ramSize);
+        values.ramSize = unlessZero(saveSizeOf(report));
     } else if (report.outcome == ReportOutcome::GbaCartridge) {
         values.system = kSystemGba;
         values.romSize = report.gba.romSize;
@@ -113,23 +119,6 @@ CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &
     values.ramSize = orElse(said.ramSize, found.ramSize);
     values.saveType = orElse(said.saveType, found.saveType);
     return values;
-}
-
-QString describeValues(const CartridgeValues &values)
-{
-    QStringList parts;
-    if (values.system)
-        parts << QStringLiteral("system ") +
-                     (*values.system == kSystemGba ? QStringLiteral("gba") : QStringLiteral("gb"));
-    if (values.mapper)
-        parts << QStringLiteral("mapper ") + labelOf(kMappers, *values.mapper);
-    if (values.romSize)
-        parts << QStringLiteral("ROM %1 bytes").arg(*values.romSize);
-    if (values.saveType)
-        parts << QStringLiteral("save type ") + labelOf(kGbaSaveTypes, *values.saveType);
-    if (values.ramSize)
-        parts << QStringLiteral("save %1 bytes").arg(*values.ramSize);
-    return parts.join(QStringLiteral(", "));
 }
 
 QString dangerOf(const CartridgeReport &report, const CliCommand &command)

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "cli/cli_options.h"
+#include "worker/flash_chip_probe.h"
 
 #include <functional>
 
 // Looks for the reader, queries the chip and sets the job's flash width. Without a reader nothing
 // is asked, and the job itself says so. Blocks; no job may run.
-// Returns: false if the chip says that it is smaller than the file, whose end would be programmed
-// over its beginning; the reason has been printed.
-[[nodiscard]] bool probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line);
+// Returns: what the chip said; no size if it said none.
+FlashChip probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line);

@@ -1,16 +1,12 @@
 #include "cli/cli_info.h"
 
 #include "cart/setting_tables.h"
+#include "cli/cartridge_look.h"
 #include "cli/cli_command.h"
 #include "cli/cli_detection.h"
-#include "cli/cli_job.h"
+#include "cli/job_runner.h"
 
-#include <QFile>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
-
-#include <cstdio>
 
 namespace
 {
@@ -32,26 +28,22 @@ const std::uint8_t *bytesOf(const QByteArray &bytes)
     return reinterpret_cast<const std::uint8_t *>(bytes.constData());
 }
 
-// Dumps the ROM into a temporary file to sum it up.
-QString globalChecksum(const CartridgeReport &report, bool isTerminal)
+// Dumps the ROM to sum it up.
+QString globalChecksum(const CartridgeReport &report, Reporter &reporter)
 {
-    const QTemporaryDir folder;
     CliJob job;
     QString problem;
-    const bool isComplete =
-        completeJob(*findCliCommand(QStringLiteral("dump")), folder.filePath(QStringLiteral("rom")),
-                    valuesFound(report), &job, &problem);
-    if (!isComplete || !runCliJob(job, stderr, isTerminal, CliJobOutput::Progress))
+    QByteArray rom;
+    const bool isComplete = completeJob(*findCliCommand(QStringLiteral("dump")), QString(),
+                                        valuesFound(report), &job, &problem);
+    if (!isComplete ||
+        readToMemory(job, "read", JobLog::ToldOnFailure, reporter, &rom).code != ExitCode::Done)
         return QStringLiteral("not checked, the ROM can not be read");
-    QFile rom(job.fileName);
-    if (!rom.open(QIODevice::ReadOnly))
-        return QStringLiteral("not checked, ") + rom.errorString();
-    const QByteArray bytes = rom.readAll();
     return rightOrWrong(
-        gbGlobalChecksumIsRight(bytesOf(bytes), static_cast<std::uint32_t>(bytes.size())));
+        gbGlobalChecksumIsRight(bytesOf(rom), static_cast<std::uint32_t>(rom.size())));
 }
 
-QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, bool isTerminal)
+QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, Reporter &reporter)
 {
     const std::uint8_t *header = bytesOf(report.header);
     QVector<HeaderCheck> checks;
@@ -60,7 +52,7 @@ QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, bo
                               "Header checksum: ", rightOrWrong(gbHeaderChecksumIsRight(header))};
         checks << HeaderCheck{"globalChecksum", "Global checksum: ",
                               isQuick ? QStringLiteral("not checked")
-                                      : globalChecksum(report, isTerminal)};
+                                      : globalChecksum(report, reporter)};
     } else if (report.outcome == ReportOutcome::GbaCartridge || isUnknownGbaGame(report)) {
         checks << HeaderCheck{"complementCheck",
                               "Complement check: ", rightOrWrong(gbaComplementIsRight(header))};
@@ -68,32 +60,38 @@ QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, bo
     return checks;
 }
 
-void printLine(const QString &line)
+// The report follows the window, which has RAM size codes 4 and 5 the other way round.
+void tellTrueSaveSize(const CartridgeReport &report, Reporter &reporter)
 {
-    std::printf("%s\n", line.toLocal8Bit().constData());
+    const std::optional<int> size = valuesFound(report).ramSize;
+    if (report.outcome == ReportOutcome::GbCartridge && size && *size != report.gb.ramSize)
+        reporter.answer(QStringLiteral("Save size used: %1KB").arg(*size / 1024));
 }
 
-void printText(const CartridgeReport &report, const QVector<HeaderCheck> &checks)
+void tellChecks(const CartridgeReport &report, const QVector<HeaderCheck> &checks,
+                Reporter &reporter)
 {
     if (isUnknownGbaGame(report)) {
-        printLine(QString());
-        printLine(QStringLiteral("It is a GBA cartridge with an unknown game."));
-        printLine(QStringLiteral("Game code: ") + gbaHeaderCode(bytesOf(report.header)));
-        printLine(QStringLiteral("Header title: ") + gbaHeaderTitle(bytesOf(report.header)));
+        reporter.answer(QString());
+        reporter.answer(QStringLiteral("It is a GBA cartridge with an unknown game."));
+        reporter.answer(QStringLiteral("Game code: ") + gbaHeaderCode(bytesOf(report.header)));
+        reporter.answer(QStringLiteral("Header title: ") + gbaHeaderTitle(bytesOf(report.header)));
     }
+    tellTrueSaveSize(report, reporter);
     for (const HeaderCheck &check : checks)
-        printLine(QLatin1String(check.label) + check.result);
+        reporter.answer(QLatin1String(check.label) + check.result);
 }
 
-void addGb(const GbHeaderInfo &gb, QJsonObject *object)
+void addGb(const CartridgeReport &report, QJsonObject *object)
 {
+    const GbHeaderInfo &gb = report.gb;
     const auto mapper = static_cast<std::size_t>(rowWithValue(kMappers, gb.mbcType));
     object->insert("system", "gb");
     object->insert("title", gb.title);
     object->insert("type", gb.typeName);
     object->insert("mapper", QString::fromLatin1(kMappers[mapper].label).toLower());
     object->insert("romSize", gb.romSize);
-    object->insert("ramSize", gb.ramSize);
+    object->insert("ramSize", valuesFound(report).ramSize.value_or(0));
 }
 
 void addGbaHeader(const QByteArray &header, QJsonObject *object)
@@ -117,14 +115,14 @@ void addGbaGame(const GbaHeaderInfo &gba, QJsonObject *object)
         object->insert("saveType", QString::fromLatin1(kGbaSaveTypes[type].label).toLower());
 }
 
-void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks)
+QJsonObject detectedObject(const CartridgeReport &report, const QVector<HeaderCheck> &checks)
 {
-    QJsonObject object;
+    QJsonObject object{{"what", "cartridge"}};
     if (report.outcome != ReportOutcome::NoReader)
         object.insert("reader",
                       QJsonObject{{"label", report.label}, {"firmware", report.firmware}});
     if (report.outcome == ReportOutcome::GbCartridge)
-        addGb(report.gb, &object);
+        addGb(report, &object);
     else if (!checks.isEmpty())
         addGbaHeader(report.header, &object);
     else
@@ -133,22 +131,27 @@ void printJson(const CartridgeReport &report, const QVector<HeaderCheck> &checks
         addGbaGame(report.gba, &object);
     for (const HeaderCheck &check : checks)
         object.insert(QLatin1String(check.key), check.result);
-    std::fputs(QJsonDocument(object).toJson().constData(), stdout);
+    return object;
 }
 
 } // namespace
 
-bool runCliInfo(bool asJson, bool isQuick, bool isTerminal)
+ExitCode runInfo(const CliOptions &options, Reporter &reporter)
 {
-    const CartridgeReport report = detectCartridge([&](const QString &line) {
-        if (!asJson)
-            printLine(line);
-    });
-    std::fflush(stdout);
-    const QVector<HeaderCheck> checks = checkHeader(report, isQuick, isTerminal);
-    if (asJson)
-        printJson(report, checks);
-    else
-        printText(report, checks);
-    return !checks.isEmpty();
+    const CartridgeReport report =
+        detectCartridge([&](const QString &line) { reporter.answer(line); });
+    const QVector<HeaderCheck> checks = checkHeader(report, options.isQuick, reporter);
+    reporter.event("detected", detectedObject(report, checks));
+    const ExitCode code = readerFault(report);
+    if (code != ExitCode::Done) {
+        reporter.problem(readerAdvice(code));
+        return code;
+    }
+    if (checks.isEmpty()) {
+        reporter.problem(QStringLiteral("No cartridge was recognised. Push it in again, clean its "
+                                        "contacts. It was only looked at."));
+        return ExitCode::NotRecognised;
+    }
+    tellChecks(report, checks, reporter);
+    return ExitCode::Done;
 }

@@ -1,8 +1,11 @@
-// The command "info": the cartridge report on standard output, as lines or as one JSON object.
+// The command "info": the cartridge report as the command's answer, or as one event.
 #pragma once
 
-// Looks at the cartridge and prints. Beyond the window's report it says whether the header's
-// checksums are right; the global checksum of a GB cartridge needs the whole ROM, which is read
-// into a temporary file with progress on standard error, unless `isQuick`.
-// Returns: true if a cartridge was recognised.
-bool runCliInfo(bool asJson, bool isQuick, bool isTerminal);
+#include "cli/cli_options.h"
+#include "cli/exit_code.h"
+#include "cli/reporter.h"
+
+// Looks at the cartridge. Beyond the window's report it says whether the header's checksums are
+// right; the global checksum of a GB cartridge needs the whole ROM, which is read for it unless
+// `options.isQuick`.
+ExitCode runInfo(const CliOptions &options, Reporter &reporter);

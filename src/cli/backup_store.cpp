@@ -1,0 +1,64 @@
+#include "cli/backup_store.h"
+
+#include "worker/local_path.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+namespace
+{
+
+// With date, number and suffix behind it below the 255 bytes of every file system, also where a
+// character takes several.
+constexpr int kLongestTitle = 60;
+
+bool isUsable(QChar character)
+{
+    return character.isPrint() && !QStringLiteral("<>:\"/\\|?*").contains(character) &&
+           !localPath(QString(character)).isEmpty();
+}
+
+} // namespace
+
+QString defaultBackupFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/gbdriver/backups");
+}
+
+QString safeFileName(const QString &title)
+{
+    QString name = title.simplified().left(kLongestTitle);
+    for (QChar &character : name) {
+        if (!isUsable(character))
+            character = QLatin1Char('_');
+    }
+    while (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
+        name.chop(1);
+    static const QRegularExpression device(
+        QStringLiteral("^(con|prn|aux|nul|com\\d|lpt\\d)(\\.|$)"),
+        QRegularExpression::CaseInsensitiveOption);
+    if (device.match(name).hasMatch() || name.startsWith(QLatin1Char('.')) ||
+        name.startsWith(QLatin1Char('-')))
+        name.prepend(QLatin1Char('_'));
+    return name.isEmpty() ? QStringLiteral("cartridge") : name;
+}
+
+QString freePath(const QString &folder, const QString &name, const QString &suffix)
+{
+    const QString stem = QDir(folder).filePath(name);
+    QString path = stem + suffix;
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = QStringLiteral("%1 (%2)%3").arg(stem).arg(number).arg(suffix);
+    return path;
+}
+
+QString datedPath(const QString &folder, const QString &title, const QDateTime &time,
+                  const QString &suffix)
+{
+    // No colons: file systems of Windows do not take them.
+    const QString date = time.toString(QStringLiteral("yyyy-MM-dd HH-mm-ss"));
+    return freePath(folder, safeFileName(title) + QLatin1Char(' ') + date, suffix);
+}

@@ -1,0 +1,256 @@
+#include "cli/cartridge_backup.h"
+
+#include "cart/gba_header.h"
+#include "cart/setting_tables.h"
+#include "cli/backup_report.h"
+#include "cli/backup_store.h"
+#include "cli/cartridge_look.h"
+#include "cli/cli_command.h"
+#include "cli/cli_detection.h"
+#include "cli/file_sha1.h"
+#include "cli/job_runner.h"
+#include "cli/known_titles.h"
+#include "cli/pending_file.h"
+#include "cli/repeated_read.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QElapsedTimer>
+
+namespace
+{
+
+constexpr int kColorFlagOffset = 0x143;
+constexpr char kColorFlag = '\x80';
+// The largest that a reader reads without a bank switch; a game that no table knows may have less,
+// which shows in what is read.
+constexpr int kLargestGbaRom = 32 * 1024 * 1024;
+
+class Backup
+{
+public:
+    Backup(const CartridgeReport &report, const CliOptions &options, const QVector<DatFile> &tables,
+           Reporter &reporter)
+        : m_report(report), m_options(options), m_tables(tables), m_reporter(reporter),
+          m_values(valuesFound(report))
+    {
+        m_record.label = report.label;
+        m_record.firmware = report.firmware;
+        m_record.begin = QDateTime::currentDateTime();
+        m_result.title = titleOf(report);
+    }
+
+    CartridgeBackup run()
+    {
+        tellValues({ExitCode::Done, m_values, m_report, m_result.title}, {}, m_values, m_reporter);
+        const bool romIsThere = backUpRom();
+        const bool saveIsThere = m_result.code != ExitCode::Cancelled && backUpSave();
+        m_result.isNew = !(romIsThere && saveIsThere);
+        m_result.rom = m_record.rom.verdict;
+        m_result.save = m_record.save.verdict;
+        if (m_result.isNew && m_result.code != ExitCode::Cancelled)
+            writeReport();
+        return m_result;
+    }
+
+private:
+    void note(ExitCode code)
+    {
+        if (m_result.code == ExitCode::Done)
+            m_result.code = code;
+    }
+
+    bool failWith(ExitCode code, const QString &text, BackedUpMemory *memory)
+    {
+        note(code);
+        memory->verdict = text;
+        return false;
+    }
+
+    bool makeJob(const char *command, CliJob *job, BackedUpMemory *memory)
+    {
+        QString problem;
+        if (!completeJob(*findCliCommand(QLatin1String(command)), QString(), m_values, job,
+                         &problem))
+            return failWith(ExitCode::NotRecognised, QStringLiteral("not read: ") + problem,
+                            memory);
+        m_record.script = job->scriptName;
+        return true;
+    }
+
+    // Reads until the caller's number of reads agree. Returns: false if a read failed.
+    bool read(const CliJob &job, BackedUpMemory *memory)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        const JobResult result =
+            readToMemory(job, "read", JobLog::Told, m_reporter, &memory->bytes);
+        memory->milliseconds = clock.elapsed();
+        memory->sha1 = result.sha1;
+        memory->reads = 1;
+        if (result.code == ExitCode::Done)
+            return true;
+        return failWith(result.code, QStringLiteral("not read, see above"), memory);
+    }
+
+    bool readMore(const CliJob &job, int times, BackedUpMemory *memory, QString *differences)
+    {
+        const ExitCode code = readAgain(job, memory->bytes, times, m_reporter, differences);
+        if (code != ExitCode::Done)
+            return failWith(code, QStringLiteral("not read twice, see above"), memory);
+        memory->reads += times;
+        return true;
+    }
+
+    QString romSuffix() const
+    {
+        if (m_values.system == kSystemGba)
+            return QStringLiteral(".gba");
+        const bool hasColor = m_report.header.size() > kColorFlagOffset &&
+                              (m_report.header[kColorFlagOffset] & kColorFlag) != 0;
+        return hasColor ? QStringLiteral(".gbc") : QStringLiteral(".gb");
+    }
+
+    // The reads that the table does not make needless.
+    int moreReads(bool isKnown) const
+    {
+        if (m_options.reads != 0)
+            return m_options.reads - 1;
+        return isKnown ? 0 : 1;
+    }
+
+    // A GBA game that no table knows says nothing of its size; it ends where the ROM repeats or
+    // stops to answer.
+    void cutToContent(RomEvidence *evidence, BackedUpMemory *rom)
+    {
+        if (!isUnknownGbaGame(m_report) || evidence->checks.tail == DumpTail::None)
+            return;
+        rom->bytes.truncate(static_cast<int>(evidence->checks.contentSize));
+        rom->sha1 = QCryptographicHash::hash(rom->bytes, QCryptographicHash::Sha1);
+        *evidence = evidenceOf(rom->bytes, rom->sha1, m_tables);
+    }
+
+    // Returns: true if the folder holds these bytes already.
+    bool backUpRom()
+    {
+        BackedUpMemory &rom = m_record.rom;
+        if (isUnknownGbaGame(m_report))
+            m_values.romSize = kLargestGbaRom;
+        CliJob job;
+        if (!makeJob("dump", &job, &rom) || !read(job, &rom))
+            return false;
+        const QByteArray whole = rom.bytes;
+        RomEvidence evidence = evidenceOf(rom.bytes, rom.sha1, m_tables);
+        cutToContent(&evidence, &rom);
+        BackedUpMemory compared = rom;
+        compared.bytes = whole;
+        if (!readMore(job, moreReads(evidence.known.has_value()), &compared, &evidence.differences))
+            return failWith(m_result.code, compared.verdict, &rom);
+        rom.reads = evidence.reads = compared.reads;
+        const Verdict verdict = judgeRom(evidence);
+        if (verdict.kind == VerdictKind::Verified)
+            m_result.title = verdict.title;
+        return keep(verdict, romSuffix(), false, &rom);
+    }
+
+    bool backUpSave()
+    {
+        BackedUpMemory &save = m_record.save;
+        if (!m_values.ramSize) {
+            save.verdict = isUnknownGbaGame(m_report)
+                               ? QStringLiteral("not read: no table knows this game; use read-ram "
+                                                "with --save-type and --ram-size")
+                               : QStringLiteral("none");
+            if (isUnknownGbaGame(m_report))
+                note(ExitCode::NotRecognised);
+            return !isUnknownGbaGame(m_report);
+        }
+        const QString danger = dangerOf(m_report, *findCliCommand(QStringLiteral("read-ram")));
+        if (!danger.isEmpty())
+            return failWith(ExitCode::Refused, QStringLiteral("not read: ") + danger, &save);
+        CliJob job;
+        SaveEvidence evidence;
+        if (!makeJob("read-ram", &job, &save) || !read(job, &save) ||
+            !readMore(job, qMax(1, m_options.reads - 1), &save, &evidence.differences))
+            return false;
+        evidence.reads = save.reads;
+        describeSave(save.bytes, &evidence);
+        return keep(judgeSave(evidence), QStringLiteral(".sav"), true, &save);
+    }
+
+    // A file of the folder that holds these bytes; empty if there is none.
+    QString sameFile(const BackedUpMemory &memory, const QString &suffix) const
+    {
+        const QDir folder(m_options.path);
+        const QString name = safeFileName(m_result.title);
+        const QFileInfoList files = folder.entryInfoList({QLatin1Char('*') + suffix},
+                                                         QDir::Files | QDir::Readable, QDir::Name);
+        for (const QFileInfo &file : files) {
+            if (file.fileName().startsWith(name) && file.size() == memory.bytes.size() &&
+                fileSha1(file.filePath()) == QLatin1String(memory.sha1.toHex()))
+                return file.filePath();
+        }
+        return {};
+    }
+
+    // Returns: true if nothing had to be written.
+    bool keep(const Verdict &verdict, const QString &suffix, bool isDated, BackedUpMemory *memory)
+    {
+        note(exitCodeOf(verdict.kind));
+        memory->path = sameFile(*memory, suffix);
+        const bool isThere = !memory->path.isEmpty();
+        const QString end =
+            suffix +
+            (verdict.kind == VerdictKind::Unstable ? QStringLiteral(".unstable") : QString());
+        if (!isThere && !writeNew(isDated, end, memory))
+            return false;
+        memory->verdict =
+            summaryOf(verdict) + (isThere ? QStringLiteral("; already there") : QString());
+        tellVerdict(verdict, factsOf(*memory), m_reporter);
+        return isThere;
+    }
+
+    bool writeNew(bool isDated, const QString &suffix, BackedUpMemory *memory)
+    {
+        const QString title = safeFileName(m_result.title);
+        const QString path = isDated ? datedPath(m_options.path, title, m_record.begin, suffix)
+                                     : freePath(m_options.path, title, suffix);
+        PendingFile file(path, ExistingFile::Keep);
+        if (!file.problem().isEmpty() || !file.write(memory->bytes) || !file.commit()) {
+            m_reporter.problem(file.problem());
+            return failWith(ExitCode::FileError, QStringLiteral("not written, see above"), memory);
+        }
+        memory->path = path;
+        return true;
+    }
+
+    void writeReport()
+    {
+        m_record.title = m_result.title;
+        m_record.values = m_values;
+        m_record.end = QDateTime::currentDateTime();
+        m_record.scriptSha1 = fileSha1(QCoreApplication::applicationDirPath() +
+                                       QStringLiteral("/mapper/") + m_record.script);
+        BackedUpMemory text;
+        text.bytes = reportText(m_record).toUtf8();
+        if (!writeNew(true, QStringLiteral(".txt"), &text))
+            note(ExitCode::FileError);
+    }
+
+    const CartridgeReport &m_report;
+    const CliOptions &m_options;
+    const QVector<DatFile> &m_tables;
+    Reporter &m_reporter;
+    CartridgeValues m_values;
+    BackupRecord m_record;
+    CartridgeBackup m_result;
+};
+
+} // namespace
+
+CartridgeBackup backUpCartridge(const CartridgeReport &report, const CliOptions &options,
+                                const QVector<DatFile> &tables, Reporter &reporter)
+{
+    return Backup(report, options, tables, reporter).run();
+}
