@@ -1,34 +1,14 @@
-// The user's files: what write jobs read, what dump jobs write, and names of every kind.
+// The user's files: what write jobs read, and what dump jobs write.
 #include "job_bench.h"
 
 #include <QFile>
 #include <QMap>
-#include <QTextCodec>
 #include <QtTest>
 
 namespace
 {
 
 constexpr int kSize = 0x2000;
-
-// The system's 8-bit encoding for as long as it lives.
-class LocaleCodec
-{
-public:
-    explicit LocaleCodec(const char *name) : m_usual(QTextCodec::codecForLocale())
-    {
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName(name));
-    }
-    ~LocaleCodec() { QTextCodec::setCodecForLocale(m_usual); }
-    LocaleCodec(const LocaleCodec &) = delete;
-    LocaleCodec &operator=(const LocaleCodec &) = delete;
-
-private:
-    QTextCodec *m_usual;
-};
-
-// Names that the test's folder holds beside the user's file: what an unfit name may turn into.
-const QStringList kReplacedNames = {"??.bin", "__.bin", "\x1A\x1A.bin", ".bin"};
 
 QStringList readLogs(const JobBench &bench, const QString &outcome)
 {
@@ -64,12 +44,6 @@ private slots:
     void dumpMustBeWritten();
     void impossibleSizeWritesNothing_data();
     void impossibleSizeWritesNothing();
-
-    void namesOfAnyKindWork_data();
-    void namesOfAnyKindWork();
-    void namesAreEncodedAsTheSystemWantsThem();
-    void nameThatCannotBeEncodedIsNoFile_data();
-    void nameThatCannotBeEncodedIsNoFile();
 };
 
 void JobFilesTest::inputMustOpen_data()
@@ -362,85 +336,6 @@ void JobFilesTest::impossibleSizeWritesNothing()
     bench.job.file_name = bench.addFile("file.bin", "user's bytes");
     QVERIFY(!bench.run(operate));
     QCOMPARE(bench.fileBytes("file.bin"), QByteArray("user's bytes"));
-}
-
-void JobFilesTest::namesOfAnyKindWork_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("blanks") << " a  b .gb";
-    QTest::newRow("per cent") << "100%1 %s.gb";
-    QTest::newRow("Latin") << QString::fromUtf8("Spiel \u00E4\u00F6\u00DF.gb");
-    QTest::newRow("Japanese") << QString::fromUtf8("\u65E5\u672C\u8A9E.gb");
-    QTest::newRow("beyond the first plane") << QString::fromUtf8("\U0001F3AE.gb");
-    QTest::newRow("looks like a drive") << "E:\\CMD.CMD";
-}
-
-void JobFilesTest::namesOfAnyKindWork()
-{
-    QFETCH(QString, name);
-    const LocaleCodec codec("UTF-8");
-    JobBench bench;
-    bench.setScript(kMovingScript);
-    const QByteArray bytes = TestCartridge::gbBytes(0xA000, kSize);
-    bench.job.ram_size = kSize;
-    bench.job.file_name = bench.path(name);
-    QVERIFY(bench.run(2));
-    QCOMPARE(bench.fileNames(), QStringList{name});
-    QCOMPARE(bench.fileBytes(name), bytes);
-    QVERIFY(bench.run(3));
-    QCOMPARE(bench.logs().first(), "Read file :" + bench.path(name));
-    QCOMPARE(bench.cartridge().written, bytes);
-    bench.cartridge().looksUntilErased = 0;
-    QVERIFY(bench.run(1));
-    QCOMPARE(bench.job.rom_size, kSize);
-}
-
-void JobFilesTest::namesAreEncodedAsTheSystemWantsThem()
-{
-    const LocaleCodec codec("ISO-8859-1");
-    JobBench bench;
-    bench.setScript(kMovingScript);
-    bench.job.rom_size = kSize;
-    bench.job.file_name = bench.path(QString::fromUtf8("\u00E4.gb"));
-    QVERIFY(bench.run(0));
-    QCOMPARE(bench.fileNames(), QStringList{QString::fromUtf8("\u00E4.gb")});
-    // Seen through another encoding it is another name: one byte, not two.
-    const LocaleCodec other("ISO-8859-5");
-    QCOMPARE(bench.fileNames(), QStringList{QString::fromUtf8("\u0444.gb")});
-}
-
-void JobFilesTest::nameThatCannotBeEncodedIsNoFile_data()
-{
-    QTest::addColumn<int>("operate");
-    QTest::addColumn<QString>("message");
-    for (int operate : {0, 2, 4, 6})
-        QTest::addRow("operation %d", operate) << operate << "Save file error.";
-    for (int operate : {1, 3, 5, 7})
-        QTest::addRow("operation %d", operate) << operate << "Open File error.";
-}
-
-// The name must not turn into that of another file of the user's.
-void JobFilesTest::nameThatCannotBeEncodedIsNoFile()
-{
-    QFETCH(int, operate);
-    QFETCH(QString, message);
-    for (const char *encoding : {"ISO-8859-1", "US-ASCII"}) {
-        const LocaleCodec codec(encoding);
-        JobBench bench;
-        bench.cartridge().looksUntilErased = 0;
-        bench.setScript(kIdleScript);
-        for (const QString &name : kReplacedNames)
-            bench.addFile(name, QByteArray(kSize, 'o'));
-        const QStringList names = bench.fileNames();
-        bench.job.rom_size = kSize;
-        bench.job.ram_size = kSize;
-        bench.job.file_name = bench.path(QString::fromUtf8("\u65E5\u672C.bin"));
-        QVERIFY(!bench.run(operate));
-        QCOMPARE(bench.logs().last(), message);
-        QCOMPARE(bench.fileNames(), names);
-        for (const QString &name : kReplacedNames)
-            QCOMPARE(bench.fileBytes(name), QByteArray(kSize, 'o'));
-    }
 }
 
 QTEST_GUILESS_MAIN(JobFilesTest)
