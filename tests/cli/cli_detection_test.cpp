@@ -7,6 +7,8 @@
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(CartridgeValues)
+
 namespace
 {
 
@@ -210,8 +212,6 @@ private slots:
         QVERIFY(doubtsAbout(report, *findCliCommand("read-ram"), used).isEmpty());
     }
 };
-
-Q_DECLARE_METATYPE(CartridgeValues)
 
 QTEST_GUILESS_MAIN(CliDetectionTest)
 #include "cli_detection_test.moc"

@@ -14,17 +14,8 @@ namespace
 
 constexpr std::uint32_t kRomSize = 64 * 1024;
 constexpr std::uint32_t kRamSize = 32 * 1024;
-constexpr int kDriverFileSize = 64 * 1024;
 const char kDumpOptions[] = "--system gb --mapper mbc5 --rom-size 64K";
 const char kSaveOptions[] = "--system gb --mapper mbc5 --ram-size 32K";
-
-// Reads every bank and looks at nothing.
-const char kTrustingScript[] = "function cpu_dump(dev, size, max)\n"
-                               "{\n"
-                               "    cpu_read(dev, 0, 0x8000);\n"
-                               "    for (local bank = 2; bank * 0x4000 < size; bank++)\n"
-                               "        cpu_read(dev, 0x4000, 0x4000);\n"
-                               "}\n";
 
 } // namespace
 
@@ -199,69 +190,6 @@ private slots:
         checkFailure(run(dump(path("file")), cart() + ",save=" + path("kept.sav")), "kept.sav");
     }
 
-    // A folder in place of the reader whose data file ends too early, and a script that does not
-    // mind.
-    void readsThatComeShort_data()
-    {
-        QTest::addColumn<QString>("romSize");
-        QTest::addColumn<int>("dataSize");
-        QTest::addColumn<QString>("reason");
-        // One read of 0x8000 at 0.
-        QTest::newRow("in the only read")
-            << "32K" << 0x6000 << "Only 24576 of 32768 bytes were transferred.";
-        // One read of 0x8000 at 0, two of 0x4000 at 0x4000.
-        QTest::newRow("in every read")
-            << "64K" << 0x6000 << "Only 40960 of 65536 bytes were transferred.";
-        QTest::newRow("no byte at all") << "32K" << 0 << "Only 0 of 32768 bytes were transferred.";
-    }
-    void readsThatComeShort()
-    {
-        QFETCH(QString, romSize);
-        QFETCH(int, dataSize);
-        QFETCH(QString, reason);
-        makeReaderFolder(dataSize);
-        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), romSize);
-        checkFailure(result, reason);
-        QVERIFY2(result.err.contains("check the reader's connection and try again"),
-                 qPrintable(result.err));
-        QVERIFY2(result.err.endsWith(">Operation failure.\n"), qPrintable(result.err));
-    }
-
-    // The same with all the data, so that the rows above fail for their shortness alone.
-    void readsThatComeWhole()
-    {
-        makeReaderFolder(0x8000);
-        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), "64K");
-        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        const QByteArray data = fileBytes(path("reader/DUMP.ROM"));
-        QVERIFY(fileBytes(path("file")) == data + data.mid(0x4000) + data.mid(0x4000));
-    }
-
-    void dataFileThatIsMissing()
-    {
-        makeReaderFolder(0x8000);
-        QVERIFY(QFile::remove(path("reader/DUMP.ROM")));
-        const ProgramResult result = runOnFolder(programWithScript(kTrustingScript), "32K");
-        checkFailure(result, "Only 0 of 32768 bytes were transferred.");
-        QVERIFY2(result.err.contains("DUMP.ROM\": No such file"), qPrintable(result.err));
-    }
-
-    void commandFileThatCanNotBeWritten()
-    {
-        makeReaderFolder(0x8000);
-        QVERIFY(QDir(path("reader")).mkdir("CMD.CMD"));
-        checkFailure(runOnFolder(CLI_PROGRAM, "64K"), "Initialize device error.");
-        QVERIFY(fileBytes(path("file")) == "old");
-    }
-
-    // Nor do the scripts that come with the program make a success of it.
-    void readsThatComeShortInShippedScripts()
-    {
-        makeReaderFolder(0x6000);
-        const ProgramResult result = runOnFolder(CLI_PROGRAM, "64K");
-        checkFailure(result, ">Operation failure.");
-    }
-
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     QString cart() const { return "cart=" + path("cart.gb"); }
@@ -272,14 +200,6 @@ private:
         return runProgram(CLI_PROGRAM, words, {virtualReader, ""});
     }
 
-    // A drive that is no reader but has its files.
-    void makeReaderFolder(int dataSize)
-    {
-        QVERIFY(QDir(path("")).mkdir("reader"));
-        QVERIFY(writeFile(path("reader/K-DRIVER.DMP"), QByteArray(kDriverFileSize, '\0')));
-        QVERIFY(writeFile(path("reader/DUMP.ROM"), noise(static_cast<std::uint32_t>(dataSize), 3)));
-    }
-
     // A copy of the program that has `script` for MBC5 cartridges.
     QString programWithScript(const QByteArray &script) const
     {
@@ -288,13 +208,6 @@ private:
             !writeFile(path("mapper/gb_mbc5.nut"), script))
             qFatal("cannot lay out the program in %s", qPrintable(path("")));
         return program;
-    }
-
-    ProgramResult runOnFolder(const QString &program, const QString &romSize) const
-    {
-        return runProgram(
-            program, "dump " + path("file") + " --system gb --mapper mbc5 --rom-size " + romSize,
-            {"", "E=" + path("reader")});
     }
 
     static void checkFailure(const ProgramResult &result, const QString &reason)

@@ -3,6 +3,7 @@
 #include "virtual/image_generator.h"
 
 #include <QFile>
+#include <QOperatingSystemVersion>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -44,9 +45,8 @@ ProgramResult runProgram(const QString &program, const QStringList &arguments,
         return {-1, {}, reason};
     }
     const bool crashed = process.exitStatus() != QProcess::NormalExit;
-    return {crashed ? -1 : process.exitCode(),
-            QString::fromLocal8Bit(process.readAllStandardOutput()),
-            QString::fromLocal8Bit(process.readAllStandardError())};
+    return {crashed ? -1 : process.exitCode(), printedText(process.readAllStandardOutput()),
+            printedText(process.readAllStandardError())};
 }
 
 ProgramResult runProgram(const QString &program, const QString &words, const ReaderChoice &reader)
@@ -88,6 +88,14 @@ QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize)
 QByteArray noise(std::uint32_t size, unsigned seed)
 {
     return toByteArray(makeNoise(size, seed));
+}
+
+QString printedText(const QByteArray &bytes)
+{
+    QString text = QString::fromLocal8Bit(bytes);
+    if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
+        text.replace("\r\n", "\n");
+    return text;
 }
 
 bool writeFile(const QString &path, const QByteArray &bytes)

@@ -9,8 +9,8 @@
 
 struct ProgramResult {
     int exitCode = -1; // -1: did not start, did not end, or crashed
-    QString out;       // standard output
-    QString err;       // standard error; or why there is no exit code
+    QString out;       // standard output, lines ending in "\n" on every platform
+    QString err;       // standard error, likewise; or why there is no exit code
 
     QStringList errLines() const { return err.split('\n'); }
 };
@@ -40,6 +40,10 @@ QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize);
 
 // `size` bytes that differ from one place to the next and between seeds.
 QByteArray noise(std::uint32_t size, unsigned seed);
+
+// What a program printed in the system's encoding, with lines that end in "\n": those of Windows
+// programs end in two characters.
+QString printedText(const QByteArray &bytes);
 
 bool writeFile(const QString &path, const QByteArray &bytes);
 QByteArray fileBytes(const QString &path);
