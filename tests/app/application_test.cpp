@@ -1,5 +1,6 @@
 // The whole program as a process of its own: start-up, translation, refusal, and its end while a
 // job runs.
+#include "program_run.h"
 #include "reader_fixture.h"
 #include "translation_files.h"
 
@@ -21,7 +22,7 @@ struct Outcome {
     QString errors;
 };
 
-Outcome runProgram(const QMap<QString, QString> &variables, const QStringList &arguments = {})
+Outcome runApplication(const QMap<QString, QString> &variables, const QStringList &arguments = {})
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("GBDRIVER_VIRTUAL_READER", "demo");
@@ -37,20 +38,14 @@ Outcome runProgram(const QMap<QString, QString> &variables, const QStringList &a
     }
     outcome.exitCode = program.exitCode();
     outcome.crashed = program.exitStatus() != QProcess::NormalExit;
-    outcome.output = QString::fromUtf8(program.readAllStandardOutput());
-    outcome.errors = QString::fromUtf8(program.readAllStandardError());
+    outcome.output = printedText(program.readAllStandardOutput());
+    outcome.errors = printedText(program.readAllStandardError());
     return outcome;
 }
 
 QString besideProgram(const QString &name)
 {
     return QFileInfo(GBDRIVER_DRIVEN_APPLICATION).absolutePath() + "/" + name;
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 } // namespace
 
@@ -93,7 +88,7 @@ void ApplicationTest::removeFilesBesideProgram()
 
 void ApplicationTest::startsInEnglish()
 {
-    const Outcome outcome = runProgram({{"GBDRIVER_TEST_PLAN", "look"}});
+    const Outcome outcome = runApplication({{"GBDRIVER_TEST_PLAN", "look"}});
     QVERIFY2(!outcome.crashed, qPrintable(outcome.errors));
     QCOMPARE(outcome.exitCode, 0);
     const QStringList lines = outcome.output.split('\n');
@@ -105,8 +100,8 @@ void ApplicationTest::startsInEnglish()
 
 void ApplicationTest::argumentChangesNothing()
 {
-    const Outcome without = runProgram({{"GBDRIVER_TEST_PLAN", "look"}});
-    const Outcome with = runProgram({{"GBDRIVER_TEST_PLAN", "look"}}, {"some file.gb"});
+    const Outcome without = runApplication({{"GBDRIVER_TEST_PLAN", "look"}});
+    const Outcome with = runApplication({{"GBDRIVER_TEST_PLAN", "look"}}, {"some file.gb"});
     QCOMPARE(with.exitCode, 0);
     QVERIFY(!with.output.isEmpty());
     QCOMPARE(with.output, without.output);
@@ -114,14 +109,14 @@ void ApplicationTest::argumentChangesNothing()
 
 void ApplicationTest::chineseComesBeforeJapanese()
 {
-    QCOMPARE(makeTranslation(besideProgram("gb3_jpn.qm"), "[jpn]"), QString());
-    Outcome outcome = runProgram({{"GBDRIVER_TEST_PLAN", "look"}});
+    QCOMPARE(addTranslation(besideProgram("gb3_jpn.qm"), "jpn"), QString());
+    Outcome outcome = runApplication({{"GBDRIVER_TEST_PLAN", "look"}});
     QVERIFY(outcome.output.startsWith("title: [jpn]GB Driver 3.0 build - "));
     QVERIFY(outcome.output.contains("\ntab: [jpn]Update\n"));
     QVERIFY(outcome.output.contains("\ndump: [jpn]Dump\n"));
 
-    QCOMPARE(makeTranslation(besideProgram("gb3_chs.qm"), "[chs]"), QString());
-    outcome = runProgram({{"GBDRIVER_TEST_PLAN", "look"}, {"LANG", "ja_JP.UTF-8"}});
+    QCOMPARE(addTranslation(besideProgram("gb3_chs.qm"), "chs"), QString());
+    outcome = runApplication({{"GBDRIVER_TEST_PLAN", "look"}, {"LANG", "ja_JP.UTF-8"}});
     QVERIFY(outcome.output.startsWith("title: [chs]GB Driver 3.0 build - "));
     QVERIFY(outcome.output.contains("\ndump: [chs]Dump\n"));
 }
@@ -129,7 +124,7 @@ void ApplicationTest::chineseComesBeforeJapanese()
 void ApplicationTest::brokenTranslationIsSilent()
 {
     QVERIFY(writeFile(besideProgram("gb3_chs.qm"), "no translation"));
-    const Outcome outcome = runProgram({{"GBDRIVER_TEST_PLAN", "look"}});
+    const Outcome outcome = runApplication({{"GBDRIVER_TEST_PLAN", "look"}});
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY(outcome.output.contains("\ndump: Dump\n"));
     QVERIFY2(!outcome.errors.contains("gb3_chs"), qPrintable(outcome.errors));
@@ -146,7 +141,7 @@ void ApplicationTest::badVirtualReaderIsRefused()
 {
     QFETCH(QString, value);
     const Outcome outcome =
-        runProgram({{"GBDRIVER_TEST_PLAN", "look"}, {"GBDRIVER_VIRTUAL_READER", value}});
+        runApplication({{"GBDRIVER_TEST_PLAN", "look"}, {"GBDRIVER_VIRTUAL_READER", value}});
     QVERIFY(!outcome.crashed);
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(outcome.output, QString());
@@ -165,9 +160,9 @@ void ApplicationTest::endsAfterTheJobWhenClosedMeanwhile()
                       "function cpu_erase(dev, size, width) {}\n"
                       "function cpu_flash(dev, size, max) {}\n"));
 
-    const Outcome outcome = runProgram({{"GBDRIVER_TEST_PLAN", "close-while-erasing"},
-                                        {"GBDRIVER_TEST_FILE", folder.filePath("new.gb")},
-                                        {"GBDRIVER_VIRTUAL_READER", "cart=" + image}});
+    const Outcome outcome = runApplication({{"GBDRIVER_TEST_PLAN", "close-while-erasing"},
+                                            {"GBDRIVER_TEST_FILE", folder.filePath("new.gb")},
+                                            {"GBDRIVER_VIRTUAL_READER", "cart=" + image}});
     QVERIFY2(!outcome.crashed, qPrintable(outcome.errors));
     QCOMPARE(outcome.exitCode, 0);
     QVERIFY2(!outcome.errors.contains("QThread"), qPrintable(outcome.errors));

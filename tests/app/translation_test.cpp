@@ -79,19 +79,19 @@ void TranslationTest::existenceDecides()
 
 void TranslationTest::chosenFileTranslates_data()
 {
-    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QStringList>("languages");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("Japanese") << QStringList{"gb3_jpn.qm"} << "[gb3_jpn.qm]Dump";
-    QTest::newRow("both") << QStringList{"gb3_jpn.qm", "gb3_chs.qm"} << "[gb3_chs.qm]Dump";
+    QTest::newRow("Japanese") << QStringList{"jpn"} << "[jpn]Dump";
+    QTest::newRow("both") << QStringList{"jpn", "chs"} << "[chs]Dump";
 }
 
 void TranslationTest::chosenFileTranslates()
 {
-    QFETCH(QStringList, files);
+    QFETCH(QStringList, languages);
     QFETCH(QString, expected);
     const QTemporaryDir folder;
-    for (const QString &name : files)
-        QCOMPARE(makeTranslation(folder.filePath(name), "[" + name + "]"), QString());
+    for (const QString &language : languages)
+        QCOMPARE(addTranslation(folder.filePath("gb3_" + language + ".qm"), language), QString());
     {
         QTranslator translator;
         QVERIFY(installTranslation(folder.path(), &translator));
@@ -126,7 +126,7 @@ void TranslationTest::brokenFileIsInstalledAndLeavesEnglish()
     QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("no translation") > 0);
     broken.close();
     if (japaneseIsGood)
-        QCOMPARE(makeTranslation(folder.filePath("gb3_jpn.qm"), "[jpn]"), QString());
+        QCOMPARE(addTranslation(folder.filePath("gb3_jpn.qm"), "jpn"), QString());
     QTranslator translator;
     QVERIFY(installTranslation(folder.path(), &translator));
     QCOMPARE(translated("MainTab", "Dump"), QString("Dump"));
