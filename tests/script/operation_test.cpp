@@ -226,8 +226,11 @@ void OperationTest::scriptNameThatCannotBeEncodedIsMissing()
     QTemporaryDir folder;
     ScriptBench bench;
     const QString other = bench.setScript("print(\"wrong script\");");
-    for (const char *name : {"??.nut", "\x1A\x1A.nut"})
-        QVERIFY(QFile::copy(other, folder.filePath(name)));
+    // Windows has no files of the first two names, so nothing can be mistaken for them there.
+    int copies = 0;
+    for (const char *name : {"??.nut", "\x1A\x1A.nut", "__.nut", ".nut"})
+        copies += QFile::copy(other, folder.filePath(name)) ? 1 : 0;
+    QVERIFY(copies >= 2);
     bench.job.script_name = folder.filePath(QString::fromUtf8("\u65E5\u672C.nut"));
     QTextCodec *usual = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
