@@ -18,6 +18,9 @@
 namespace
 {
 
+// mingw-w64 has no name for ERROR_NO_SUCH_DEVICE: what a pulled-out USB drive answers.
+constexpr DWORD kNoSuchDevice = 433;
+
 DriveErrorCode codeFromError(DWORD error)
 {
     switch (error) {
@@ -33,6 +36,10 @@ DriveErrorCode codeFromError(DWORD error)
         return DriveErrorCode::Refused;
     case ERROR_NOT_READY:
     case ERROR_DEV_NOT_EXIST:
+    case kNoSuchDevice:
+    case ERROR_FILE_INVALID: // the volume behind an open file has changed
+    case ERROR_MEDIA_CHANGED:
+    case ERROR_NO_MEDIA_IN_DRIVE:
     case ERROR_DEVICE_NOT_CONNECTED:
         return DriveErrorCode::Gone;
     case ERROR_DISK_FULL:
@@ -71,17 +78,11 @@ public:
 
     DriveStatus read(void *destination, std::uint32_t length, std::uint32_t *count) override
     {
-        *count = 0;
         const SectorTransfer transfer = [this](void *target, std::uint64_t offset,
                                                std::uint32_t size, std::uint32_t *arrived) {
             return readAt(target, offset, size, arrived);
         };
-        const DriveStatus status =
-            m_buffering == Buffering::Buffered
-                ? readAt(destination, m_offset, length, count)
-                : readSectors(transfer, destination, length, m_offset, count);
-        m_offset += *count;
-        return status;
+        return readAtPosition(transfer, m_buffering, destination, length, &m_offset, count);
     }
 
     DriveStatus write(const void *source, std::uint32_t length, std::uint32_t *count) override
@@ -158,13 +159,12 @@ public:
 
     DriveType driveType(const char *root) override
     {
-        return static_cast<DriveType>(GetDriveTypeA(root));
+        return static_cast<DriveType>(GetDriveTypeA(rootFolder(root).c_str()));
     }
 
     DriveStatus volumeLabel(const char *root, char *label, std::uint32_t capacity) override
     {
-        // The call wants the root folder, with its backslash.
-        const std::string folder = std::string(root) + "\\";
+        const std::string folder = rootFolder(root);
         char found[MAX_PATH + 1] = {};
         if (GetVolumeInformationA(folder.c_str(), found, sizeof(found), nullptr, nullptr, nullptr,
                                   nullptr, 0) == 0)
@@ -199,6 +199,9 @@ public:
     void releaseDrive() override {}
 
 private:
+    // Without the backslash "E:" would be the folder that the process is in on that drive.
+    static std::string rootFolder(const char *root) { return std::string(root) + "\\"; }
+
     static DriveStatus adopt(HANDLE handle, const char *path, Buffering buffering,
                              std::unique_ptr<DriveFile> *file)
     {

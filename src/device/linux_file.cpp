@@ -91,17 +91,13 @@ public:
 
     DriveStatus read(void *destination, std::uint32_t length, std::uint32_t *count) override
     {
-        *count = 0;
         const SectorTransfer transfer = [this](void *target, std::uint64_t offset,
                                                std::uint32_t size, std::uint32_t *arrived) {
             return readAt(target, offset, size, arrived);
         };
-        const DriveStatus status =
-            m_policy == CachePolicy::Cached
-                ? readAt(destination, m_offset, length, count)
-                : readSectors(transfer, destination, length, m_offset, count);
-        m_offset += *count;
-        return status;
+        const Buffering buffering =
+            m_policy == CachePolicy::Cached ? Buffering::Buffered : Buffering::Unbuffered;
+        return readAtPosition(transfer, buffering, destination, length, &m_offset, count);
     }
 
     DriveStatus write(const void * /*source*/, std::uint32_t /*length*/,

@@ -39,6 +39,17 @@ SectorWindow widenToSectors(std::uint32_t offset, std::uint32_t length)
     return {start, static_cast<std::uint32_t>(alignedEnd - start), skip};
 }
 
+DriveStatus readAtPosition(const SectorTransfer &transfer, Buffering buffering, void *destination,
+                           std::uint32_t length, std::uint32_t *position, std::uint32_t *count)
+{
+    *count = 0;
+    const DriveStatus status = buffering == Buffering::Buffered
+                                   ? transfer(destination, *position, length, count)
+                                   : readSectors(transfer, destination, length, *position, count);
+    *position += *count;
+    return status;
+}
+
 DriveStatus readSectors(const SectorTransfer &transfer, void *destination, std::uint32_t length,
                         std::uint32_t offset, std::uint32_t *count)
 {

@@ -29,6 +29,11 @@ SectorWindow widenToSectors(std::uint32_t offset, std::uint32_t length);
 using SectorTransfer = std::function<DriveStatus(void *destination, std::uint64_t offset,
                                                  std::uint32_t length, std::uint32_t *count)>;
 
+// Reads `length` bytes at `*position` of an open file and moves the position behind what arrived.
+// Buffered requests go through as they are, unbuffered ones as by readSectors().
+DriveStatus readAtPosition(const SectorTransfer &transfer, Buffering buffering, void *destination,
+                           std::uint32_t length, std::uint32_t *position, std::uint32_t *count);
+
 // Serves one request through `transfer`, widened only if a disk would refuse it. `*count` is the
 // number of bytes that arrived in `destination`.
 DriveStatus readSectors(const SectorTransfer &transfer, void *destination, std::uint32_t length,

@@ -78,6 +78,8 @@ private slots:
     void countEndsWithTheFile_data();
     void countEndsWithTheFile();
     void failureIsPassedUp();
+    void onlyUnbufferedReadsAreWidened();
+    void positionMovesBehindWhatArrived();
 };
 
 void SectorWindowTest::alignmentLooksAtAllThree_data()
@@ -243,6 +245,43 @@ void SectorWindowTest::failureIsPassedUp()
         QCOMPARE(count, 0U);
     }
     QVERIFY(target.untouched(0, 4096 * 8));
+}
+
+void SectorWindowTest::onlyUnbufferedReadsAreWidened()
+{
+    StrictDisk disk{patternBytes(4096, 5)};
+    Target target;
+    std::uint32_t count = 99;
+    std::uint32_t position = 100;
+    QCOMPARE(
+        readAtPosition(disk.transfer(), Buffering::Buffered, target.memory, 50, &position, &count)
+            .message,
+        std::string("unaligned"));
+    QCOMPARE(count, 0U);
+    QCOMPARE(position, 100U);
+    QVERIFY(
+        readAtPosition(disk.transfer(), Buffering::Unbuffered, target.memory, 50, &position, &count)
+            .ok());
+    QCOMPARE(count, 50U);
+    QCOMPARE(disk.requests, QStringList({"100+50", "0+512"}));
+}
+
+void SectorWindowTest::positionMovesBehindWhatArrived()
+{
+    StrictDisk disk{patternBytes(1200, 6)};
+    Target target;
+    std::uint32_t count = 0;
+    std::uint32_t position = 0;
+    for (const std::uint32_t expected : {500U, 1000U, 1200U, 1200U}) {
+        const std::uint32_t before = position;
+        QVERIFY(readAtPosition(disk.transfer(), Buffering::Unbuffered, target.memory, 500,
+                               &position, &count)
+                    .ok());
+        QCOMPARE(position, expected);
+        QCOMPARE(count, expected - before);
+        QCOMPARE(target.bytes(0, static_cast<int>(count)),
+                 disk.content.mid(static_cast<int>(before), static_cast<int>(count)));
+    }
 }
 
 QTEST_APPLESS_MAIN(SectorWindowTest)
