@@ -42,9 +42,13 @@ ProgramResult runProgram(const QString &program, const QStringList &arguments,
         const QString reason = program + ": " + process.errorString();
         process.kill();
         process.waitForFinished();
+        qWarning("%s", qPrintable(reason));
         return {-1, {}, reason};
     }
     const bool crashed = process.exitStatus() != QProcess::NormalExit;
+    if (crashed)
+        qWarning("%s crashed with exit code %#x", qPrintable(program),
+                 static_cast<unsigned>(process.exitCode()));
     return {crashed ? -1 : process.exitCode(), printedText(process.readAllStandardOutput()),
             printedText(process.readAllStandardError())};
 }

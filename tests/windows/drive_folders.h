@@ -2,7 +2,8 @@
 // fill one, pull it out and put it back.
 //
 // The prefix that the tests run in has a fixed drive D and removable drives E, F and G. They stand
-// in the folder that GBDRIVER_TEST_DRIVES names, as "d" to "g".
+// in the folder that GBDRIVER_TEST_DRIVES names, as "d" to "g". A last one, H, is nobody's to fill: it
+// holds a command file that can not be written.
 #pragma once
 
 #include <QByteArray>

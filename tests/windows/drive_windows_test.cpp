@@ -76,6 +76,7 @@ private slots:
     void shortReadsEndInTheMiddleOfASector();
     void unalignedReadsAreWidened_data();
     void unalignedReadsAreWidened();
+    void commandFileThatRefusesIsNotWritten_data();
     void commandFileThatRefusesIsNotWritten();
     void fileOpenForWritingIsNobodyElses();
     void driveGoneBetweenTwoCommands();
@@ -243,17 +244,25 @@ void DriveWindowsTest::unalignedReadsAreWidened()
     QCOMPARE(bytes.mid(1), content.mid(static_cast<int>(offset), static_cast<int>(length)));
 }
 
-// A folder in its place is refused to everybody; a file's read-only mark is not under Wine, where
-// the superuser writes every file.
+void DriveWindowsTest::commandFileThatRefusesIsNotWritten_data()
+{
+    QTest::addColumn<char>("letter");
+    QTest::newRow("folder in its place") << 'E';
+    QTest::newRow("read-only") << 'H';
+}
+
 void DriveWindowsTest::commandFileThatRefusesIsNotWritten()
 {
+    QFETCH(char, letter);
+    const std::string path = std::string(1, letter) + ":\\CMD.CMD";
     QVERIFY(CreateDirectoryA("E:\\CMD.CMD", nullptr) != 0);
-    QCOMPARE(findDevice('E', nullptr), 1);
+    QVERIFY(GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES);
+    QCOMPARE(findDevice(letter, nullptr), 1);
     clearLastDriveError();
     QCOMPARE(sendEmptyCommand(kClassGb, 1), 0U);
-    QVERIFY2(lastDriveError().find("E:\\CMD.CMD") != std::string::npos, lastDriveError().c_str());
+    QVERIFY2(lastDriveError().find(path) != std::string::npos, lastDriveError().c_str());
     std::unique_ptr<DriveFile> file;
-    QCOMPARE(m_backend->openForWrite("E:\\CMD.CMD", &file).code, DriveErrorCode::Refused);
+    QCOMPARE(m_backend->openForWrite(path.c_str(), &file).code, DriveErrorCode::Refused);
     QVERIFY(file == nullptr);
 }
 

@@ -23,7 +23,10 @@ export DISPLAY=:$number
 
 # The first program would start Wine's services, which keep its output open after it has ended.
 if [ -e "${WINEPREFIX:-}/system.reg" ]; then
+    wine() { WINEDEBUG=-all /usr/lib/wine/wine64 "$@" </dev/null >/dev/null 2>&1; }
     /usr/lib/wine/wineserver -p
-    WINEDEBUG=-all /usr/lib/wine/wine64 wineboot </dev/null >/dev/null 2>&1
+    wine wineboot
+    # There is no window manager, for which Wine would wait seconds whenever a window closes.
+    wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
 fi
 "$@"
