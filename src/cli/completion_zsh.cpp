@@ -51,7 +51,7 @@ QString firstSentence(const char *text)
     const QString whole = zsh(text);
     const int end = whole.indexOf(QStringLiteral(". "));
     const QString sentence = end < 0 ? whole : whole.left(end);
-    return sentence.endsWith(QLatin1Char('.')) ? sentence.chopped(1) : sentence;
+    return sentence.endsWith(QLatin1Char('.')) ? sentence.left(sentence.size() - 1) : sentence;
 }
 
 // What completes a value: ":name:action".
