@@ -84,8 +84,7 @@ const std::vector<CommandRow> kCommands = {
       &kBackupOption, &kNoBackupOption, &kForceOption, &kDriveOption, &kJsonOption, &kQuietOption,
       &kHelpOption},
      {{"flash game.gb", "Back up, erase, write, compare."},
-      {"flash game.gb --no-auto --system gb --mapper mbc5 --no-backup",
-       "An empty cartridge, which has no header to look at."}},
+      {"flash game.gb --system gb --mapper mbc5", "An empty cartridge, which has no header."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled}},
 
@@ -98,8 +97,7 @@ const std::vector<CommandRow> kCommands = {
      {&kDatOption, &kJsonOption, &kQuietOption, &kHelpOption},
      {{"verify game.gb", "Is it a known dump?"},
       {"verify hack.gba --dat hacks.dat", "Look in a DAT file of one's own too."}},
-     {Code::Done, Code::Usage, Code::FileError, Code::DataMismatch, Code::Cancelled,
-      Code::Unverified}},
+     {Code::Done, Code::Usage, Code::FileError, Code::DataMismatch, Code::Unverified}},
 
     {"backup",
      CliRequest::Backup,
@@ -110,8 +108,9 @@ const std::vector<CommandRow> kCommands = {
      {&kDatOption, &kStackReadsOption, &kCountOption, &kDriveOption, &kJsonOption, &kQuietOption,
       &kHelpOption},
      {{"backup games", "Until Ctrl-C."}, {"backup games --count 10", "Ten cartridges."}},
-     {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::TransferFailed,
-      Code::FileError, Code::DataMismatch, Code::Cancelled, Code::Unverified}},
+     {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
+      Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
+      Code::Unverified}},
 
     {"drives",
      CliRequest::Drives,
@@ -139,7 +138,7 @@ const std::vector<CommandRow> kCommands = {
       "paste into a bug report."},
      {&kJsonOption, &kQuietOption, &kHelpOption},
      {{"selftest", "Does the program work on this machine?"}},
-     {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch}},
+     {Code::Done, Code::Usage, Code::DataMismatch}},
 
     {"check-script",
      CliRequest::CheckScript,
@@ -151,7 +150,7 @@ const std::vector<CommandRow> kCommands = {
      {&kSystemOption, &kMapperOption, &kJsonOption, &kQuietOption, &kHelpOption},
      {{"check-script gb_mbc5.nut", "The name says which cartridges it is for."},
       {"check-script mine.nut --mapper mbc3", "The same for a name of one's own."}},
-     {Code::Done, Code::Usage, Code::FileError, Code::DataMismatch}},
+     {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch}},
 
     {"completion",
      CliRequest::ShowText,
