@@ -3,14 +3,13 @@
 # (posix threads), into a cache outside this checkout. Takes 20 to 30 minutes on two cores, once.
 #
 # The source is Debian's qtbase-opensource-src: upstream's archive plus those of Debian's patches
-# that close security holes in code that this build contains. tools/windows/debian-source.sh
+# that close security holes in code that this build contains. tools/debian_source.sh
 # fetches and checks it.
 #
 # usage: tools/windows/qt.sh            build unless the cache has it already
 #        tools/windows/qt.sh --cached   only say (exit code) whether the cache has it
 set -euo pipefail
-
-tools=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+. "$(dirname "${BASH_SOURCE[0]}")/../cached_build.sh"
 
 suite=bookworm
 version=5.15.8
@@ -33,52 +32,25 @@ flags=(-xplatform win32-g++ -device-option "CROSS_COMPILE=$target-"
 # modules, which are not built.
 patches=(CVE-2023-32763.diff CVE-2023-37369.diff CVE-2023-38197.diff CVE-2024-25580.diff)
 
-cache=${XDG_CACHE_HOME:-${HOME:?HOME is not set}/.cache}/gbdriver
-key=$(printf '%s\n' "$recipe" "${flags[@]}" "${patches[@]}" | sha256sum | cut -c1-12)
-build=qt-$version-$key-mingw
-# cmake/mingw-w64.cmake looks here; it stays the same when the build's own name changes.
-link=$cache/qt-mingw
+key=$(keyOf "$recipe" "${flags[@]}" "${patches[@]}")
+beginBuild "qt-$version-$key-mingw" qt-mingw "${1:-}"
 
-fail() {
-    echo "qt.sh: $*" >&2
-    exit 1
-}
-
-# The directory appears under its name only when it is whole, so its presence is the stamp.
-if [ -d "$cache/$build" ]; then
-    [ "$(readlink "$link" || true)" = "$build" ] || ln -sfn "$build" "$link"
-    exit 0
-fi
-[ "${1:-}" != --cached ] || exit 1
-
-mkdir -p "$cache"
-work=$(mktemp -d)
-stage=$(mktemp -d "$cache/.qt.XXXXXX")
-trap 'rm -rf "$work" "$stage"' EXIT
-mkdir "$work/source" "$work/build" "$work/path"
-
-revision=$("$tools/debian-source.sh" "$suite" qtbase-opensource-src "$work/source")
+revision=$("$tools/debian_source.sh" "$suite" qtbase-opensource-src "$work/source")
 [[ $revision == "$version"+* ]] || fail "$suite has Qt $revision, this recipe is for $version"
 for name in "${patches[@]}"; do
     patch -d "$work/source" -p1 --forward --quiet --fuzz=0 <"$work/source/debian/patches/$name" ||
         fail "$name does not apply"
 done
 
+mkdir "$work/build" "$work/path"
 # The plain names of the compilers may stand for those with Windows' own threads.
 for tool in gcc g++; do
     posix=$(command -v "$target-$tool-posix") || fail "$target-$tool-posix is not installed"
     ln -s "$posix" "$work/path/$target-$tool"
 done
 
-# step WHAT COMMAND...: runs a command with its output in a log, shown where it fails.
-step() {
-    local what=$1
-    shift
-    (cd "$work/build" && PATH=$work/path:$PATH "$@") >"$work/log" 2>&1 </dev/null || {
-        tail -n 60 "$work/log" >&2
-        fail "$what failed"
-    }
-}
+export PATH=$work/path:$PATH
+cd "$work/build"
 step "Configuring Qt" "$work/source/configure" -prefix "$cache/$build" "${flags[@]}"
 step "Building Qt" make -j "$(nproc)"
 step "Installing Qt" make install INSTALL_ROOT="$stage"
@@ -91,7 +63,4 @@ cp "$work/source"/LICENSE.LGPL* "$work/source/LICENSE.GPL3" "$work/source/debian
     "$staged/licences"
 echo "qtbase-opensource-src_$revision ${patches[*]}" >"$staged/SOURCE"
 
-# Another run may have finished meanwhile; its build is as good as this one.
-mv -T "$staged" "$cache/$build" 2>/dev/null || [ -d "$cache/$build" ] ||
-    fail "cannot write $cache/$build"
-ln -sfn "$build" "$link"
+publishBuild "$staged"

@@ -3,12 +3,12 @@
 # apt fetches everything from the mirror that this machine already uses: it checks the index's
 # signature and the archives' SHA-256.
 #
-# usage: tools/windows/debian-source.sh SUITE PACKAGE FOLDER
+# usage: tools/debian_source.sh SUITE PACKAGE FOLDER
 #        FOLDER must exist. Prints the package's full version.
 set -euo pipefail
 
 [ $# = 3 ] || {
-    echo "usage: tools/windows/debian-source.sh SUITE PACKAGE FOLDER" >&2
+    echo "usage: tools/debian_source.sh SUITE PACKAGE FOLDER" >&2
     exit 2
 }
 suite=$1
@@ -17,7 +17,7 @@ folder=$(cd "$3" && pwd)
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
 
 fail() {
-    echo "debian-source.sh: $*" >&2
+    echo "debian_source.sh: $*" >&2
     exit 1
 }
 
