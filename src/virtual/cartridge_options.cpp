@@ -8,6 +8,7 @@ namespace
 {
 
 constexpr std::uint64_t kMostErasePolls = 1000000;
+constexpr std::uint64_t kLastBank = 511; // of 8 MiB
 
 bool setSystem(const std::string &value, CartridgeOptions *options)
 {
@@ -85,6 +86,15 @@ bool setErasePolls(const std::string &value, CartridgeOptions *options)
     return true;
 }
 
+bool setFlakyBank(const std::string &value, CartridgeOptions *options)
+{
+    std::uint64_t bank = 0;
+    if (!parseNumberUpTo(kLastBank, value, &bank))
+        return false;
+    options->flakyBank = static_cast<std::uint32_t>(bank);
+    return true;
+}
+
 } // namespace
 
 const std::vector<CartridgeOptionRow> &cartridgeOptionRows()
@@ -100,6 +110,7 @@ const std::vector<CartridgeOptionRow> &cartridgeOptionRows()
         {"chip-fault", "protected|endless", "flash chips refuse, or never end erasing",
          setChipFault},
         {"erase-polls", "NUMBER", "polls that see a flash chip still being erased", setErasePolls},
+        {"flaky", "BANK", "GB ROM bank that every second read gets wrong", setFlakyBank},
     };
     return rows;
 }

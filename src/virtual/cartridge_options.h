@@ -6,6 +6,7 @@
 #include "virtual/gb_flash.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,10 +21,11 @@ struct CartridgeOptions {
     bool multiCart = false; // an MBC1 wired for a compilation; headers do not tell
     ClockSource clock;      // of GB mappers that have a clock
     GbaSaveType saveType = GbaSaveType::ByMark;
-    std::uint32_t saveSize = 0;          // bytes; 0: as usual for the type
-    FlashWidth flash = FlashWidth::None; // of a GB cartridge, instead of its ROM
-    std::uint32_t flashSize = 0;         // bytes; 0: the image's
-    FlashChipBehaviour flashChip;        // of either system's flash chips
+    std::uint32_t saveSize = 0;             // bytes; 0: as usual for the type
+    FlashWidth flash = FlashWidth::None;    // of a GB cartridge, instead of its ROM
+    std::uint32_t flashSize = 0;            // bytes; 0: the image's
+    FlashChipBehaviour flashChip;           // of either system's flash chips
+    std::optional<std::uint32_t> flakyBank; // of a GB ROM: its contact is bad
 };
 
 // One option as users write it, such as "system" with the value "gba".

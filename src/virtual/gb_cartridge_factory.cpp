@@ -158,6 +158,15 @@ std::string typeFault(std::uint8_t type, const GbKind &kind, const CartridgeOpti
     return {};
 }
 
+std::string flakyFault(std::size_t size, const CartridgeOptions &options)
+{
+    const std::size_t banks = size / kGbRomBankSize;
+    if (!options.flakyBank || *options.flakyBank < banks)
+        return {};
+    return "flaky bank " + std::to_string(*options.flakyBank) + ": the image has " +
+           std::to_string(banks) + " banks";
+}
+
 // The image as a chip of the asked size holds it, erased cells behind its end.
 bool fillChip(std::uint32_t size, ByteVector *image, std::string *error)
 {
@@ -192,12 +201,16 @@ std::unique_ptr<Cartridge> makeGbCartridge(ByteVector image, const CartridgeOpti
         *error = capacityFault(image.size(), kind);
     if (error->empty() && !hasFlash)
         *error = headerFault(image.size(), header[kGbRomSizeOffset]);
+    if (error->empty())
+        *error = flakyFault(image.size(), options);
     std::uint32_t ramSize = 0;
     if (error->empty() && !blank)
         ramSize = ramSizeOf(type, header[kGbRamSizeOffset], kind, error);
     if (!error->empty())
         return nullptr;
     CartridgePtr cartridge = kind.build(image, ramSize, options);
+    if (options.flakyBank)
+        cartridge->loosen(*options.flakyBank);
     cartridge->fitFlash(makeGbFlash(options.flash, options.flashChip, std::move(image)));
     return cartridge;
 }

@@ -20,7 +20,7 @@ GbCartridge::GbCartridge(ByteVector rom, std::uint32_t ramSize)
 std::uint8_t GbCartridge::gbRead(std::uint16_t address)
 {
     if (address < kRomEnd)
-        return m_flash != nullptr ? m_flash->read(romOffset(address)) : m_rom[romOffset(address)];
+        return readRom(address);
     if (address >= kRamStart && address < kRamEnd)
         return readUpper(address);
     return 0xFF;
@@ -77,6 +77,13 @@ void GbCartridge::setRamByte(std::uint32_t offset, std::uint8_t value)
 std::uint32_t GbCartridge::ramOffset(std::uint16_t address) const
 {
     return ramBank() * kGbRamBankSize + (address - kRamStart);
+}
+
+std::uint8_t GbCartridge::readRom(std::uint16_t address)
+{
+    const std::uint32_t offset = romOffset(address);
+    const std::uint8_t value = m_flash != nullptr ? m_flash->read(offset) : m_rom[offset];
+    return m_flaky ? m_flaky->seen(offset, value) : value;
 }
 
 std::uint32_t GbCartridge::romOffset(std::uint16_t address) const

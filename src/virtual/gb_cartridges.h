@@ -10,10 +10,12 @@
 #pragma once
 
 #include "virtual/cartridge.h"
+#include "virtual/flaky_bank.h"
 #include "virtual/flash_chip.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 constexpr std::uint32_t kGbRomBankSize = 16 * 1024;
 constexpr std::uint32_t kGbRamBankSize = 8 * 1024;
@@ -26,6 +28,8 @@ public:
     GbCartridge(ByteVector rom, std::uint32_t ramSize);
     // Puts a flash chip, as large as the ROM, in its place; null leaves the ROM.
     void fitFlash(std::unique_ptr<FlashChip> chip) { m_flash = std::move(chip); }
+    // Gives a bank of the ROM or flash chip a bad contact.
+    void loosen(std::uint32_t bank) { m_flaky.emplace(bank); }
     // The flash chip; null if the cartridge has a ROM.
     const FlashChip *flash() const { return m_flash.get(); }
 
@@ -63,12 +67,15 @@ protected:
     std::uint32_t romSize() const { return static_cast<std::uint32_t>(m_rom.size()); }
 
 private:
+    // What the ROM or flash chip shows at `address` below 0x8000.
+    std::uint8_t readRom(std::uint16_t address);
     // In the ROM or flash chip, where `address` below 0x8000 leads.
     std::uint32_t romOffset(std::uint16_t address) const;
     bool hasOpenRam() const { return !m_ram.empty() && ramEnabled(); }
 
     ByteVector m_rom;
     std::unique_ptr<FlashChip> m_flash;
+    std::optional<FlakyBank> m_flaky;
     ByteVector m_ram;
     std::uint64_t m_saveChanges = 0;
 };

@@ -102,7 +102,8 @@ void BackendChoiceTest::chipsCanBeAskedFor()
     VirtualReaderRequest request;
     std::string error;
     QVERIFY2(parseVirtualReaderRequest("cart=a,save-type=eep,save-size=8K,flash=16,flash-size=4M,"
-                                       "flash-code=0x1B,erase-polls=7,chip-fault=protected",
+                                       "flash-code=0x1B,erase-polls=7,chip-fault=protected,"
+                                       "flaky=3",
                                        &request, &error),
              error.c_str());
     const CartridgeOptions &options = request.setup.cartridge;
@@ -112,6 +113,7 @@ void BackendChoiceTest::chipsCanBeAskedFor()
     QCOMPARE(options.flashSize, 4U * 1024 * 1024);
     QCOMPARE(int(*options.flashChip.sizeCode), 27);
     QCOMPARE(options.flashChip.erasePolls, 7U);
+    QCOMPARE(*options.flakyBank, 3U);
     QVERIFY(options.flashChip.writeProtected && !options.flashChip.eraseNeverEnds);
     QVERIFY(parseVirtualReaderRequest("cart=a,save-type=sram,flash=8,chip-fault=endless", &request,
                                       &error));
@@ -166,6 +168,8 @@ void BackendChoiceTest::badValuesAreExplained_data()
     QTest::newRow("flash code") << QByteArray("cart=a,flash-code=256") << "\"flash-code=256\"";
     QTest::newRow("chip fault") << QByteArray("cart=a,chip-fault=bad") << "\"chip-fault=bad\"";
     QTest::newRow("polls") << QByteArray("cart=a,erase-polls=-1") << "\"erase-polls=-1\"";
+    QTest::newRow("bank") << QByteArray("demo,flaky=512") << "\"flaky=512\"";
+    QTest::newRow("bank that is not there") << QByteArray("demo,flaky=64") << "flaky bank 64";
     QTest::newRow("long letter") << QByteArray("demo,drive=EE") << "\"drive=EE\"";
     QTest::newRow("no letter") << QByteArray("demo,drive=1") << "\"drive=1\"";
     QTest::newRow("strict") << QByteArray("demo,strict=yes") << "\"strict=yes\"";

@@ -62,6 +62,7 @@ private slots:
     void romAndRamNeedsNoGate();
     void smallRamRepeats();
     void addressesOutsideTheCartridgeReadOnes();
+    void looseBankIsWrongEverySecondTime();
     void mbc1BankRegisters_data();
     void mbc1BankRegisters();
     void mbc1RamGateTestsTheLowNibble();
@@ -86,6 +87,26 @@ void GbCartridgesTest::romOnlyShowsBothBanksAndIgnoresWrites()
     QVERIFY(cartridge.romImage() == image);
     QVERIFY(cartridge.saveImage().empty());
     QCOMPARE(cartridge.saveChanges(), quint64(0));
+}
+
+// One bit of the bank, and nothing of any other.
+void GbCartridgesTest::looseBankIsWrongEverySecondTime()
+{
+    const ByteVector image = imageOf(32 * kKiB);
+    GbCartridge cartridge(image, 0);
+    cartridge.loosen(1);
+    QCOMPARE(cartridge.gbRead(0x6345), image[0x6345]);
+    for (int pass = 0; pass < 4; ++pass) {
+        const ByteVector seen = readRange(cartridge, 0, 0x8000);
+        int wrongBits = 0;
+        for (std::size_t i = 0; i < image.size(); ++i) {
+            if (i < 0x4000)
+                QCOMPARE(seen[i], image[i]);
+            wrongBits += qPopulationCount(quint8(seen[i] ^ image[i]));
+        }
+        QCOMPARE(wrongBits, pass % 2);
+    }
+    QVERIFY(cartridge.romImage() == image);
 }
 
 void GbCartridgesTest::romAndRamNeedsNoGate()
