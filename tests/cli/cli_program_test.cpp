@@ -2,6 +2,8 @@
 // what it prints.
 #include "program_run.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QOperatingSystemVersion>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -51,11 +53,11 @@ private slots:
         QVERIFY(fileBytes(path("dump.gb")) == m_image);
     }
 
-    void dumpReplacesALongerFile()
+    void dumpReplacesALongerFileIfTold()
     {
         QVERIFY(writeFile(path("dump.gb"), QByteArray(2 * 1024 * 1024, 'x')));
         const ProgramResult result =
-            run(QString("dump %1 %2").arg(path("dump.gb"), kDumpOptions), "");
+            run(QString("dump %1 --overwrite %2").arg(path("dump.gb"), kDumpOptions), "");
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
         QVERIFY(fileBytes(path("dump.gb")) == m_image);
     }
@@ -64,21 +66,26 @@ private slots:
     {
         const ProgramResult result =
             run(QString("dump %1 %2").arg(path("dump.gb"), kDumpOptions), "");
-        QVERIFY2(
-            linesInOrder(result.errLines(), {"Start dump rom...", "] 100%  512.0 KiB of 512.0 KiB",
-                                             "Dump rom finish.", ">Success!"}),
-            qPrintable(result.err));
-        QCOMPARE(result.out, QString());
+        QVERIFY2(linesInOrder(result.errLines(),
+                              {"Using:", "  ROM        524288 bytes     user: --rom-size",
+                               "Start dump rom...", "] 100%  512.0 KiB of 512.0 KiB",
+                               "Dump rom finish.", "compare [", "] 100%  512.0 KiB of 512.0 KiB"}),
+                 qPrintable(result.err));
+        QCOMPARE(result.out,
+                 "consistent: logo, header checksum and checksum over the whole ROM are "
+                 "right; 2 equal reads; not a known dump\n" +
+                     factsOf(path("dump.gb")));
     }
 
-    // Standard error is a pipe here: a line for 0 %, 10 %, ... 100 % and nothing drawn over. The
-    // first read already brings 6 %.
+    // Standard error is a pipe here: a line for 0 %, 10 %, ... 100 % of each of the two reads, and
+    // nothing drawn over. The first transfer already brings 6 %.
     void progressHasALineForEveryTenth()
     {
         const ProgramResult result =
             run(QString("dump %1 %2").arg(path("dump.gb"), kDumpOptions), "");
-        const QStringList lines = result.errLines().filter(QRegularExpression("^\\[[#.]{30}\\] "));
-        QCOMPARE(lines.size(), 11);
+        const QStringList lines =
+            result.errLines().filter(QRegularExpression("^(read|compare) +\\[[#.]{12}\\] "));
+        QCOMPARE(lines.size(), 22);
         QVERIFY(!result.err.contains('\r'));
         QVERIFY(!result.err.contains('\033'));
     }
@@ -96,10 +103,12 @@ private slots:
         QVERIFY(fileBytes(path("read.sav")) == original);
 
         QVERIFY(writeFile(path("new.sav"), other));
-        const ProgramResult write =
-            run(QString("write-ram %1 %2").arg(path("new.sav"), kSaveOptions), save);
+        const ProgramResult write = run(writeWords("new.sav"), save);
         QVERIFY2(write.exitCode == 0, qPrintable(write.err));
         QVERIFY(fileBytes(path("kept.sav")) == other);
+        const QStringList backups = QDir(path("backups")).entryList(QDir::Files);
+        QCOMPARE(backups.size(), 1);
+        QVERIFY(fileBytes(path("backups/") + backups[0]) == original);
 
         const ProgramResult again =
             run(QString("read-ram %1 %2").arg(path("again.sav"), kSaveOptions), save);
@@ -109,20 +118,35 @@ private slots:
 
     void saveJobsTellTheirSteps()
     {
+        QVERIFY(writeFile(path("kept.sav"), noise(kRamSize, 1)));
+        const QString save = ",save=" + path("kept.sav");
         const ProgramResult read =
-            run(QString("read-ram %1 %2").arg(path("read.sav"), kSaveOptions), "");
-        QVERIFY2(
-            linesInOrder(read.errLines(), {"Start dump save...", "] 100%  32.0 KiB of 32.0 KiB",
-                                           "Dump save finish.", ">Success!"}),
-            qPrintable(read.err));
-        const ProgramResult write =
-            run(QString("write-ram %1 %2").arg(path("read.sav"), kSaveOptions), "");
-        QVERIFY2(
-            linesInOrder(write.errLines(), {"Read file :" + path("read.sav"), "Read 32768 Bytes",
-                                            "Start write save...", "] 100%  32.0 KiB of 32.0 KiB",
-                                            "Write save finish.", ">Success!"}),
-            qPrintable(write.err));
-        QCOMPARE(read.out + write.out, QString());
+            run(QString("read-ram %1 %2").arg(path("read.sav"), kSaveOptions), save);
+        QVERIFY2(linesInOrder(read.errLines(),
+                              {"Start dump save...", "] 100%  32.0 KiB of 32.0 KiB",
+                               "Dump save finish.", "compare [", "] 100%  32.0 KiB of 32.0 KiB"}),
+                 qPrintable(read.err));
+        QCOMPARE(read.out, "consistent: 2 equal reads\n" + factsOf(path("read.sav")));
+        const ProgramResult write = run(writeWords("read.sav"), save);
+        QVERIFY2(linesInOrder(write.errLines(),
+                              {"backup  [", "compare [", "Backup: " + path("backups/VIRTUAL "),
+                               "Read file :" + path("read.sav"), "Read 32768 Bytes",
+                               "Start write save...", "] 100%  32.0 KiB of 32.0 KiB",
+                               "Write save finish.", "check   [", "] 100%  32.0 KiB of 32.0 KiB"}),
+                 qPrintable(write.err));
+        QVERIFY2(write.out.startsWith("written: 32768 bytes, read back and equal\nbackup: " +
+                                      path("backups/VIRTUAL ")),
+                 qPrintable(write.out));
+    }
+
+    // An answer alone, for a script that looks at nothing else.
+    void quietLeavesTheAnswer()
+    {
+        const ProgramResult result =
+            run(QString("dump %1 --quiet %2").arg(path("dump.gb"), kDumpOptions), "");
+        QCOMPARE(result.exitCode, 0);
+        QVERIFY2(result.out.startsWith("consistent: "), qPrintable(result.out));
+        QCOMPARE(result.err, QString());
     }
 
     void driveLetterChoosesTheReader_data()
@@ -194,6 +218,22 @@ private slots:
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    QString writeWords(const QString &file) const
+    {
+        return QString("write-ram %1 --backup %2 %3")
+            .arg(path(file), path("backups"), kSaveOptions);
+    }
+
+    // What is said of a file beside its verdict.
+    static QString factsOf(const QString &file)
+    {
+        const QByteArray bytes = fileBytes(file);
+        return QString("%1: %2 bytes, SHA-1 %3\n")
+            .arg(file)
+            .arg(bytes.size())
+            .arg(QString(QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex()));
+    }
 
     // `more`: further parts of the request for a virtual reader, each with its comma.
     ReaderChoice reader(const QString &more) const
