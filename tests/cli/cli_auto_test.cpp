@@ -2,6 +2,8 @@
 // what wins over the header.
 #include "program_run.h"
 
+#include "cli/exit_code.h"
+
 #include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -15,8 +17,11 @@ constexpr std::uint32_t kRomSize = 512 * 1024;
 constexpr std::uint32_t kRamSize = 32 * 1024;
 constexpr std::uint8_t kRomOnly = 0x00;
 constexpr std::uint8_t kMbc1RamBattery = 0x03;
-const char kUsingMbc5[] = "Using: system gb, mapper mbc5, ROM 524288 bytes, save 32768 bytes.\n";
-const char kOnlyLookedAt[] = "\nTry \"gbdriver-cli --help\". The cartridge was only looked at.\n";
+const char kUsingMbc5[] = "Using:\n"
+                          "  system     gb               header\n"
+                          "  mapper     mbc5             header\n"
+                          "  ROM        524288 bytes     header\n"
+                          "  save       32768 bytes      header\n";
 
 // Dumps a GBA ROM from address 0, as much as the job asks for.
 const char kGbaScript[] = "function cpu_dump(dev, size, max)\n"
@@ -47,11 +52,13 @@ private slots:
         QTest::addColumn<int>("ramSize");
         QTest::addColumn<QString>("values");
         QTest::newRow("no mapper")
-            << int(kRomOnly) << 32768 << 0 << "system gb, mapper none, ROM 32768 bytes";
+            << int(kRomOnly) << 32768 << 0 << "mapper none header, ROM 32768 bytes header";
         QTest::newRow("MBC1") << int(kMbc1RamBattery) << 2097152 << 8192
-                              << "system gb, mapper mbc1, ROM 2097152 bytes, save 8192 bytes";
+                              << "mapper mbc1 header, ROM 2097152 bytes header, "
+                                 "save 8192 bytes header";
         QTest::newRow("MBC5") << 0x1B << 1048576 << 32768
-                              << "system gb, mapper mbc5, ROM 1048576 bytes, save 32768 bytes";
+                              << "mapper mbc5 header, ROM 1048576 bytes header, "
+                                 "save 32768 bytes header";
     }
     void dumpNeedsNoOption()
     {
@@ -63,13 +70,15 @@ private slots:
             gbImage(static_cast<std::uint8_t>(type), static_cast<std::uint32_t>(romSize),
                     static_cast<std::uint32_t>(ramSize));
         insert(image);
-        for (const char *option : {"", " --auto", " --auto --system gb"}) {
+        for (const QString option : {"", " --auto", " --system gb"}) {
             QVERIFY(QFile::remove(path("file")));
-            const ProgramResult result = run("dump FILE" + QString(option));
+            const ProgramResult result = run("dump FILE" + option);
             QVERIFY2(result.exitCode == 0, qPrintable(result.err));
             QVERIFY(fileBytes(path("file")) == image);
-            QVERIFY2(result.err.contains("\nUsing: " + values + ".\n"), qPrintable(result.err));
-            QCOMPARE(result.out, QString());
+            const bool isSaid = option.contains("--system");
+            QCOMPARE(usedIn(result),
+                     (isSaid ? "system gb user: --system, " : "system gb header, ") + values);
+            QVERIFY2(result.out.startsWith("consistent: "), qPrintable(result.out));
         }
     }
 
@@ -87,7 +96,8 @@ private slots:
         QVERIFY(fileBytes(path("read.sav")) == original);
 
         QVERIFY(writeFile(path("new.sav"), other));
-        const ProgramResult write = runProgram(CLI_PROGRAM, "write-ram " + path("new.sav"), reader);
+        const ProgramResult write = runProgram(
+            CLI_PROGRAM, "write-ram " + path("new.sav") + " --backup " + path("backups"), reader);
         QVERIFY2(write.exitCode == 0, qPrintable(write.err));
         QVERIFY2(write.err.contains(kUsingMbc5), qPrintable(write.err));
         QVERIFY(fileBytes(path("kept.sav")) == other);
@@ -98,17 +108,19 @@ private slots:
         insert(mbc5Image(kRomSize, kRamSize));
         QVERIFY(writeFile(path("new.sav"), noise(kRamSize, 2)));
         const ProgramResult result =
-            runProgram(CLI_PROGRAM, "write-ram " + path("new.sav"),
+            runProgram(CLI_PROGRAM, "write-ram --no-backup " + path("new.sav"),
                        {"cart=" + path("cart") + ",save=" + path("none/kept.sav"), ""});
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::TransferFailed);
         QVERIFY2(result.err.contains(path("none/kept.sav")), qPrintable(result.err));
-        QVERIFY2(result.err.endsWith(">Operation failure.\n"), qPrintable(result.err));
+        QVERIFY2(result.err.endsWith("The write did not come to its end. There is no backup.\n"),
+                 qPrintable(result.err));
+        QCOMPARE(result.out, QString());
     }
 
     void reportIsPrintedFirst()
     {
         insert(mbc5Image(kRomSize, kRamSize));
-        const ProgramResult result = run("dump FILE");
+        const ProgramResult result = run("dump FILE --overwrite");
         QVERIFY2(result.err.startsWith("--Device information--\n"
                                        "Driver label: VIRTUAL\n"
                                        "Device firmware: QDX_PCB02_FW303\n"
@@ -122,38 +134,52 @@ private slots:
                  qPrintable(result.err));
     }
 
-    void givenSystemIsTakenUnseen()
+    void cartridgeIsNotLookedAtIfTold()
     {
         insert(mbc5Image(kRomSize, kRamSize));
-        const ProgramResult result = run("dump FILE --system gb --mapper mbc5 --rom-size 512K");
+        const ProgramResult result =
+            run("dump FILE --overwrite --no-auto --system gb --mapper mbc5 --rom-size 512K");
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY2(result.err.startsWith("Start dump rom...\n"), qPrintable(result.err));
+        QVERIFY2(result.err.startsWith("Using:\n"
+                                       "  system     gb               user: --system\n"
+                                       "  mapper     mbc5             user: --mapper\n"
+                                       "  ROM        524288 bytes     user: --rom-size\n"
+                                       "Start dump rom...\n"),
+                 qPrintable(result.err));
     }
 
     void romSizeWinsOverTheHeader()
     {
         const QByteArray image = mbc5Image(kRomSize, kRamSize);
         insert(image);
-        const ProgramResult result = run("dump FILE --rom-size 256K");
-        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
+        const ProgramResult result = run("dump FILE --overwrite --rom-size 256K");
+        QCOMPARE(codeOf(result), ExitCode::DataMismatch);
         QVERIFY(fileBytes(path("file")) == image.left(256 * 1024));
-        QVERIFY2(result.err.contains("mapper mbc5, ROM 262144 bytes"), qPrintable(result.err));
+        QVERIFY2(usedIn(result).contains("ROM 262144 bytes user: --rom-size (the cartridge says "
+                                         "524288 bytes)"),
+                 qPrintable(result.err));
+        QVERIFY2(result.out.contains("the header speaks of 524288 bytes, these are 262144"),
+                 qPrintable(result.out));
     }
 
     void ramSizeWinsOverTheHeader()
     {
         insert(mbc5Image(kRomSize, kRamSize));
-        const ProgramResult result = run("read-ram FILE --ram-size 8K --auto");
+        const QByteArray save = noise(kRamSize, 1);
+        QVERIFY(writeFile(path("kept.sav"), save));
+        const ProgramResult result =
+            runProgram(CLI_PROGRAM, "read-ram --ram-size 8K --overwrite " + path("file"),
+                       {"cart=" + path("cart") + ",save=" + path("kept.sav"), ""});
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QCOMPARE(fileBytes(path("file")).size(), 8192);
+        QVERIFY(fileBytes(path("file")) == save.left(8192));
     }
 
     void mapperWinsOverTheHeader()
     {
         insert(mbc5Image(kRomSize, kRamSize));
-        const ProgramResult result = run("dump FILE --mapper mbc1");
+        const ProgramResult result = run("dump FILE --overwrite --mapper mbc1");
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY2(result.err.contains("Using: system gb, mapper mbc1, ROM 524288 bytes"),
+        QVERIFY2(usedIn(result).contains("mapper mbc1 user: --mapper (the cartridge says mbc5)"),
                  qPrintable(result.err));
     }
 
@@ -161,15 +187,17 @@ private slots:
     {
         const QByteArray image = gbImage(0xFD, kRomSize, 0);
         insert(image);
-        const ProgramResult misled = run("dump FILE");
-        QVERIFY2(misled.err.contains("\nUsing: system gb, mapper mbc5, ROM 524288 bytes.\n"
-                                     "The header names the mapper TAMA5"),
-                 qPrintable(misled.err));
+        const ProgramResult misled = run("dump FILE --overwrite --mapper mbc5");
+        QCOMPARE(codeOf(misled), ExitCode::DataMismatch);
+        QVERIFY2(misled.err.contains("(the cartridge says tama5)"), qPrintable(misled.err));
+        QVERIFY2(misled.err.contains("The header names the mapper TAMA5"), qPrintable(misled.err));
         QVERIFY(fileBytes(path("file")) != image);
 
-        const ProgramResult advised = run("dump FILE --mapper tama5");
-        QCOMPARE(advised.exitCode, 0);
-        QVERIFY(!advised.err.contains("The header names"));
+        const ProgramResult followed = run("dump FILE --overwrite");
+        QCOMPARE(codeOf(followed), ExitCode::Done);
+        QCOMPARE(usedIn(followed),
+                 QString("system gb header, mapper tama5 header, ROM 524288 bytes header"));
+        QVERIFY(!followed.err.contains("The header names"));
         QVERIFY(fileBytes(path("file")) == image);
     }
 
@@ -178,9 +206,8 @@ private slots:
     {
         QTest::addColumn<QString>("words");
         QTest::newRow("write") << "write-ram FILE --ram-size 8K";
-        QTest::newRow("write with its own script")
-            << "write-ram FILE --ram-size 8K --mapper tama5 --auto";
-        QTest::newRow("read") << "read-ram FILE --ram-size 8K";
+        QTest::newRow("write as another mapper") << "write-ram FILE --ram-size 8K --mapper mbc5";
+        QTest::newRow("read") << "read-ram FILE --ram-size 8K --overwrite";
     }
     void saveOfATama5IsLeftAlone()
     {
@@ -189,10 +216,10 @@ private slots:
         const QByteArray file = noise(8192, 1);
         QVERIFY(writeFile(path("file"), file));
         const ProgramResult result = run(words);
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::Refused);
         QVERIFY2(result.err.contains("The save of a TAMA5 can not be read or written"),
                  qPrintable(result.err));
-        QVERIFY(result.err.endsWith(kOnlyLookedAt));
+        QVERIFY(result.err.endsWith(" The cartridge was only looked at.\n"));
         QVERIFY(fileBytes(path("file")) == file);
     }
 
@@ -200,28 +227,19 @@ private slots:
     {
         QTest::addColumn<bool>("isGba"); // the cartridge
         QTest::addColumn<QString>("words");
-        QTest::addColumn<QString>("found");
-        QTest::newRow("GB cartridge") << false << "dump FILE --system gba --auto"
-                                      << "system gb, mapper mbc5, ROM 524288 bytes, save 32768 "
-                                         "bytes";
-        QTest::newRow("GB cartridge, all said")
-            << false << "dump FILE --auto --system gba --rom-size 4M"
-            << "system gb, mapper mbc5, ROM 524288 bytes, save 32768 bytes";
-        QTest::newRow("GBA cartridge") << true << "read-ram FILE --auto --system gb"
-                                       << "system gba, ROM 4194304 bytes, save type eep, save 512 "
-                                          "bytes";
+        QTest::newRow("GB cartridge") << false << "dump FILE --system gba --auto";
+        QTest::newRow("GB cartridge, all said") << false << "dump FILE --system gba --rom-size 4M";
+        QTest::newRow("GBA cartridge") << true << "read-ram FILE --auto --system gb";
     }
     void otherSystemIsRefused()
     {
         QFETCH(bool, isGba);
         QFETCH(QString, words);
-        QFETCH(QString, found);
         insert(isGba ? gbaImage("ALXP", 64 * 1024) : mbc5Image(kRomSize, kRamSize));
-        const ProgramResult result = run(words);
-        QCOMPARE(result.exitCode, 1);
-        QVERIFY2(result.err.endsWith("\nFound: " + found +
-                                     ".\nThe cartridge is of another system than --system says." +
-                                     kOnlyLookedAt),
+        const ProgramResult result = run(words + " --overwrite");
+        QCOMPARE(codeOf(result), ExitCode::Refused);
+        QVERIFY2(result.err.endsWith("\nThe cartridge is of another system than --system says. It "
+                                     "was only looked at; leave --system out.\n"),
                  qPrintable(result.err));
         QCOMPARE(fileBytes(path("file")), QByteArray("old"));
     }
@@ -232,58 +250,85 @@ private slots:
     {
         QTest::addColumn<QString>("cart");
         QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("used");
         QTest::addColumn<QString>("problem");
-        const auto add = [](const char *name, const char *cart, const char *words,
+        const auto add = [](const char *name, const char *cart, const char *words, const char *used,
                             const char *problem) {
-            QTest::newRow(name) << cart << words << problem;
+            QTest::newRow(name) << cart << words << used << problem;
         };
-        add("GB without save", "gb", "read-ram FILE",
-            "system gb, mapper none, ROM 32768 bytes.\n"
-            "Missing --ram-size: the size can not be guessed.");
-        add("unknown game, ROM", "ZZZZ", "dump FILE",
-            "system gba.\nMissing --rom-size: the size can not be guessed.");
-        add("unknown game, save", "ZZZZ", "read-ram FILE",
-            "system gba.\nMissing --save-type: one of sram, flash, eep.");
+        add("unknown game, ROM", "ZZZZ", "dump FILE --overwrite", "system gba header",
+            "Missing --rom-size: the size can not be guessed.");
+        add("unknown game, save", "ZZZZ", "read-ram FILE --overwrite", "system gba header",
+            "Missing --save-type: one of sram, flash, eep.");
         add("unknown game, save of a type", "ZZZZ", "write-ram FILE --save-type eep",
-            "system gba.\nMissing --ram-size: the size can not be guessed.");
-        add("game whose save is not known", "AC9E", "read-ram FILE",
-            "system gba, ROM 4194304 bytes.\nMissing --save-type: one of sram, flash, eep.");
-        add("type that does not fit the size found", "ALXP", "read-ram FILE --save-type flash",
-            "system gba, ROM 4194304 bytes, save type eep, save 512 bytes.\n"
+            "system gba header, save type eep user: --save-type",
+            "Missing --ram-size: the size can not be guessed.");
+        add("game whose save is not known", "AC9E", "read-ram FILE --overwrite",
+            "system gba header, ROM 4194304 bytes game table",
+            "Missing --save-type: one of sram, flash, eep.");
+        add("type that does not fit the size found", "ALXP",
+            "read-ram FILE --save-type flash --overwrite",
+            "system gba header, ROM 4194304 bytes game table, "
+            "save type flash user: --save-type (the cartridge says eep), save 512 bytes game table",
             "--ram-size 512: a save of type flash has 65536 or 131072 bytes.");
-        add("no cartridge", "none", "dump FILE", "nothing.\nMissing --system: one of gb, gba.");
-        add("no cartridge, some values", "none", "dump FILE --mapper mbc5 --rom-size 64K",
-            "nothing.\nMissing --system: one of gb, gba.");
-        add("no cartridge, system said", "none", "dump FILE --auto --system gb",
-            "nothing.\nMissing --mapper: one of none, mbc1, mbc2, mbc3, mbc5, mbc7, tama5.");
+        add("size that does not fit the type found", "ALXP", "write-ram FILE --ram-size 32K",
+            "system gba header, ROM 4194304 bytes game table, save type eep game table, "
+            "save 32768 bytes user: --ram-size (the cartridge says 512 bytes)",
+            "--ram-size 32768: a save of type eep has 512 or 8192 bytes.");
+        add("no cartridge", "none", "dump FILE --overwrite", "",
+            "Missing --system: one of gb, gba.");
+        add("no cartridge, some values", "none",
+            "dump FILE --overwrite --mapper mbc5 --rom-size 64K",
+            "mapper mbc5 user: --mapper, ROM 65536 bytes user: --rom-size",
+            "Missing --system: one of gb, gba.");
+        add("no cartridge, system said", "none", "dump FILE --overwrite --system gb",
+            "system gb user: --system",
+            "Missing --mapper: one of none, mbc1, mbc2, mbc3, mbc5, mbc7, tama5.");
     }
     void missingValuesAreAskedFor()
     {
         QFETCH(QString, cart);
         QFETCH(QString, words);
+        QFETCH(QString, used);
         QFETCH(QString, problem);
-        insert(cart == "gb" ? gbImage(kRomOnly, 32 * 1024, 0)
-                            : gbaImage(cart.leftJustified(4), 64 * 1024));
+        insert(gbaImage(cart.leftJustified(4), 64 * 1024));
+        const QString command = words.section(' ', 0, 0);
         const ProgramResult result =
             runProgram(CLI_PROGRAM, words.replace("FILE", path("file")),
                        {"cart=" + (cart == "none" ? cart : path("cart")), ""});
-        QCOMPARE(result.exitCode, 1);
-        QVERIFY2(result.err.endsWith("\nFound: " + problem + kOnlyLookedAt),
+        QCOMPARE(codeOf(result), ExitCode::NotRecognised);
+        QVERIFY2(result.err.endsWith('\n' + problem + " Try \"gbdriver-cli " + command +
+                                     " --help\". The cartridge was only looked at.\n"),
                  qPrintable(result.err));
-        QVERIFY2(!result.err.contains("Using"), qPrintable(result.err));
+        QCOMPARE(usedIn(result), used);
+        QCOMPARE(fileBytes(path("file")), QByteArray("old"));
+    }
+
+    // Whoever knows better can say so.
+    void saveThatTheHeaderDeniesIsRefused()
+    {
+        insert(gbImage(kRomOnly, 32 * 1024, 0));
+        const ProgramResult result = run("read-ram FILE --overwrite");
+        QCOMPARE(codeOf(result), ExitCode::Refused);
+        QVERIFY2(
+            result.err.endsWith("The header says that this cartridge has no save memory. If "
+                                "that is wrong, give --ram-size. The cartridge was only looked "
+                                "at.\n"),
+            qPrintable(result.err));
         QCOMPARE(fileBytes(path("file")), QByteArray("old"));
     }
 
     // An empty slot reads 0xFF; who says everything gets that.
     void unrecognisedCartridgeTakesWhatIsSaid()
     {
-        const ProgramResult result =
-            runProgram(CLI_PROGRAM,
-                       "dump " + path("file") + " --auto --system gb --mapper mbc5 --rom-size 32K",
-                       {"cart=none", ""});
-        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY2(result.err.contains("\nUsing: system gb, mapper mbc5, ROM 32768 bytes.\n"),
-                 qPrintable(result.err));
+        const ProgramResult result = runProgram(
+            CLI_PROGRAM,
+            "dump " + path("file") + " --overwrite --auto --system gb --mapper mbc5 --rom-size 32K",
+            {"cart=none", ""});
+        QCOMPARE(codeOf(result), ExitCode::DataMismatch);
+        QCOMPARE(usedIn(result), QString("system gb user: --system, mapper mbc5 user: --mapper, "
+                                         "ROM 32768 bytes user: --rom-size"));
+        QVERIFY2(result.out.startsWith("suspicious: all bytes are equal"), qPrintable(result.out));
         QCOMPARE(fileBytes(path("file")), QByteArray(32768, '\xFF'));
     }
 
@@ -291,11 +336,10 @@ private slots:
     {
         const QByteArray image = gbaImage("ALXP", 4 * 1024 * 1024);
         insert(image);
-        const ProgramResult result = runWithGbaScript("dump FILE");
-        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY2(result.err.contains("\nUsing: system gba, ROM 4194304 bytes, save type eep, save "
-                                     "512 bytes.\n"),
-                 qPrintable(result.err));
+        const ProgramResult result = runWithGbaScript("dump FILE --overwrite");
+        QCOMPARE(codeOf(result), ExitCode::Unverified);
+        QCOMPARE(usedIn(result), QString("system gba header, ROM 4194304 bytes game table, "
+                                         "save type eep game table, save 512 bytes game table"));
         QVERIFY(fileBytes(path("file")) == image);
     }
 
@@ -303,10 +347,9 @@ private slots:
     {
         const QByteArray image = gbaImage("ZZZZ", 64 * 1024);
         insert(image);
-        const ProgramResult result = runWithGbaScript("dump FILE --rom-size 64K");
-        QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY2(result.err.contains("\nUsing: system gba, ROM 65536 bytes.\n"),
-                 qPrintable(result.err));
+        const ProgramResult result = runWithGbaScript("dump FILE --overwrite --rom-size 64K");
+        QCOMPARE(codeOf(result), ExitCode::Unverified);
+        QCOMPARE(usedIn(result), QString("system gba header, ROM 65536 bytes user: --rom-size"));
         QVERIFY(fileBytes(path("file")) == image);
     }
 
@@ -314,9 +357,10 @@ private slots:
     {
         for (const char *words : {"", " --auto --system gb --mapper mbc5 --rom-size 32K"}) {
             const ProgramResult result =
-                runProgram(CLI_PROGRAM, "dump " + path("file") + words, {"", ";"});
-            QCOMPARE(result.exitCode, 1);
-            QCOMPARE(result.err, QString("Can not found dump device.\n"));
+                runProgram(CLI_PROGRAM, "dump --overwrite " + path("file") + words, {"", ";"});
+            QCOMPARE(codeOf(result), ExitCode::NoReader);
+            QVERIFY2(result.err.contains("Can not found dump device.\nNo reader was found."),
+                     qPrintable(result.err));
             QCOMPARE(result.out, QString());
             QCOMPARE(fileBytes(path("file")), QByteArray("old"));
         }
@@ -325,6 +369,23 @@ private slots:
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     void insert(const QByteArray &image) { QVERIFY(writeFile(path("cart"), image)); }
+
+    static ExitCode codeOf(const ProgramResult &result)
+    {
+        return static_cast<ExitCode>(result.exitCode);
+    }
+
+    // The table of what is used, "system gb header, mapper mbc5 user: --mapper"; empty if there is
+    // none.
+    static QString usedIn(const ProgramResult &result)
+    {
+        const QStringList lines = result.errLines();
+        QStringList rows;
+        for (int at = lines.indexOf("Using:") + 1;
+             at > 0 && at < lines.size() && lines[at].startsWith("  "); ++at)
+            rows << lines[at].simplified();
+        return rows.join(", ");
+    }
 
     // "FILE" stands for the user's file.
     ProgramResult run(QString words) const
@@ -346,6 +407,8 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
+
+Q_DECLARE_METATYPE(ExitCode)
 
 QTEST_GUILESS_MAIN(CliAutoTest)
 #include "cli_auto_test.moc"
