@@ -53,7 +53,7 @@ private slots:
     {
         const ProgramResult result =
             check("function cpu_dump(dev, size, _) { cpu_read(dev, 0, 0x4000); }\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::DataMismatch);
         QVERIFY(result.out.startsWith("cpu_dump: WRONG"));
         QVERIFY(result.out.contains("16384 of 32768 bytes moved, 16384 bytes too few\n"));
     }
@@ -63,7 +63,7 @@ private slots:
         const ProgramResult result = check("function cpu_dump(dev, size, _) {\n"
                                            "cpu_read(dev, 0x4000, 0x4000);\n"
                                            "cpu_read(dev, 0, 0x4000); }\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::DataMismatch);
         QVERIFY(result.out.startsWith("cpu_dump: WRONG"));
         QVERIFY(result.out.contains("32768 of 32768 bytes moved\n"));
     }
@@ -73,7 +73,7 @@ private slots:
         const ProgramResult result =
             check(kGoodDump + "function save_dump(dev, size, _) {\n"
                               "cpu_read(dev, 0xA000, 0x2000); cpu_read(dev, 0xA000, 0x2000); }\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::TransferFailed);
         QVERIFY(result.out.contains("save_dump: FAILED on the way:\n"));
         QVERIFY(result.out.contains("cursor 8192, length 8192: outside the buffer of 8192 bytes"));
     }
@@ -81,7 +81,7 @@ private slots:
     void scriptThatDoesNotCompileIsReported()
     {
         const ProgramResult result = check("function cpu_dump(dev {\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::TransferFailed);
         QVERIFY(result.out.contains("cpu_dump: refused, nothing was sent:\n"));
         QVERIFY(result.out.contains("line = (1)"));
     }
@@ -98,7 +98,7 @@ private slots:
         const ProgramResult failed =
             check(refusing + "function save_write(dev, size, _) {\n"
                              "cpu_write(dev, 0x0000, 0x0A); no_such_function(dev); }\n");
-        QCOMPARE(failed.exitCode, 1);
+        QCOMPARE(codeOf(failed), ExitCode::TransferFailed);
         QVERIFY(failed.out.contains("save_write: FAILED on the way:\n"));
     }
 
@@ -107,7 +107,7 @@ private slots:
         const ProgramResult result =
             check("function cpu_dump(dev, size, _) { cpu_read(dev, 0, 0x4000); }\n"
                   "function save_dump(dev, size, _) { cpu_read(dev, 0xA000, 0x2000); }\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::DataMismatch);
         QVERIFY(result.out.startsWith("cpu_dump: WRONG"));
         QVERIFY(result.out.contains("save_dump: right\n"));
         QVERIFY(result.out.contains("save_write: not defined\n"));
@@ -130,7 +130,7 @@ private slots:
         const ProgramResult result =
             check("function cpu_erase(dev, size, width) { " + erase +
                   " }\nfunction cpu_flash(dev, size, _) { rom_write(dev, 0, size); }\n");
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::TransferFailed);
         QVERIFY2(result.out.contains("cpu_erase and cpu_flash: " + verdict.toUtf8() + "\n"),
                  qPrintable(result.out));
         QVERIFY(result.out.contains("The erase does not end."));
@@ -139,7 +139,7 @@ private slots:
     void topLevelThatReachesForTheCartridgeIsReported()
     {
         const ProgramResult result = check("cpu_write(0, 0x2000, 1);\n" + kGoodDump);
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::TransferFailed);
         QVERIFY(result.out.contains("cpu_dump: refused, nothing was sent:\n"));
         QVERIFY(result.out.contains("the top level of a script cannot use the cartridge"));
     }
@@ -149,7 +149,7 @@ private slots:
         const QString path = m_folder.filePath("mine.nut");
         QVERIFY(writeFile(path, kGoodDump));
         const ProgramResult unknown = runProgram(CLI_PROGRAM, "check-script " + path);
-        QCOMPARE(unknown.exitCode, 1);
+        QCOMPARE(codeOf(unknown), ExitCode::Usage);
         QVERIFY(unknown.err.contains("give --mapper"));
         const ProgramResult named =
             runProgram(CLI_PROGRAM, "check-script " + path + " --mapper none");
@@ -160,7 +160,7 @@ private slots:
     {
         const ProgramResult result =
             runProgram(CLI_PROGRAM, "check-script " + m_folder.filePath("gb_mbc5.nut"));
-        QCOMPARE(result.exitCode, 1);
+        QCOMPARE(codeOf(result), ExitCode::FileError);
         QVERIFY(result.err.contains("There is no such script file."));
     }
 

@@ -2,8 +2,6 @@
 // what wins over the header.
 #include "program_run.h"
 
-#include "cli/exit_code.h"
-
 #include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -369,11 +367,6 @@ private slots:
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
     void insert(const QByteArray &image) { QVERIFY(writeFile(path("cart"), image)); }
-
-    static ExitCode codeOf(const ProgramResult &result)
-    {
-        return static_cast<ExitCode>(result.exitCode);
-    }
 
     // The table of what is used, "system gb header, mapper mbc5 user: --mapper"; empty if there is
     // none.

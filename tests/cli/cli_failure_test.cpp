@@ -2,8 +2,6 @@
 // on standard error, nothing on standard output, and no file of the user's touched.
 #include "program_run.h"
 
-#include "cli/exit_code.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -225,7 +223,7 @@ private:
 
     static void checkFailure(const ProgramResult &result, ExitCode code, const QString &reason)
     {
-        QVERIFY2(result.exitCode == static_cast<int>(code),
+        QVERIFY2(codeOf(result) == code,
                  qPrintable(QString("exit code %1: %2").arg(result.exitCode).arg(result.err)));
         QVERIFY2(result.err.contains(reason), qPrintable(result.err));
         QCOMPARE(result.out, QString());

@@ -27,7 +27,7 @@ constexpr std::uint32_t kShortOfAHeader = 8191;
 
 void checkFailure(const ProgramResult &result, ExitCode code, const QString &reason)
 {
-    QVERIFY2(result.exitCode == static_cast<int>(code),
+    QVERIFY2(codeOf(result) == code,
              qPrintable(QString("exit code %1: %2").arg(result.exitCode).arg(result.err)));
     QVERIFY2(result.err.contains(reason), qPrintable(result.err));
     QCOMPARE(result.out, QString());
@@ -126,7 +126,7 @@ void CliFaultyReaderTest::readsThatComeWhole()
 {
     const ReaderFolder reader(0x8000);
     const ProgramResult result = dump(trustingProgram(), "64K", reader);
-    QCOMPARE(static_cast<ExitCode>(result.exitCode), ExitCode::DataMismatch);
+    QCOMPARE(codeOf(result), ExitCode::DataMismatch);
     QVERIFY2(result.out.startsWith("suspicious: there is no boot logo in the header"),
              qPrintable(result.out));
     const QByteArray data = fileBytes(reader.path("DUMP.ROM"));
@@ -170,7 +170,7 @@ void CliFaultyReaderTest::failedReportEndsTheJob()
     for (const char *words : {"", " --auto --system gb --mapper mbc5 --rom-size 32K"}) {
         const ProgramResult result =
             runProgram(CLI_PROGRAM, "dump --overwrite " + path("file") + words, reader.choice());
-        QCOMPARE(static_cast<ExitCode>(result.exitCode), ExitCode::NoAnswer);
+        QCOMPARE(codeOf(result), ExitCode::NoAnswer);
         QVERIFY2(result.err.contains("\n\n" + error + "\nThe reader does not answer."),
                  qPrintable(result.err));
         QCOMPARE(result.out, QString());
@@ -186,10 +186,10 @@ void CliFaultyReaderTest::infoNamesTheReaderThatFails()
     if (!takesCommands)
         reader.refuseCommands();
     const ProgramResult result = runProgram(CLI_PROGRAM, QString("info"), reader.choice());
-    QCOMPARE(static_cast<ExitCode>(result.exitCode), ExitCode::NoAnswer);
+    QCOMPARE(codeOf(result), ExitCode::NoAnswer);
     QVERIFY2(result.out.endsWith("\n\n" + error + '\n'), qPrintable(result.out));
     const ProgramResult asJson = runProgram(CLI_PROGRAM, QString("info --json"), reader.choice());
-    QCOMPARE(static_cast<ExitCode>(asJson.exitCode), ExitCode::NoAnswer);
+    QCOMPARE(codeOf(asJson), ExitCode::NoAnswer);
     const QString first = asJson.out.section('\n', 0, 0);
     const QJsonObject object = QJsonDocument::fromJson(first.toUtf8()).object();
     QCOMPARE(object.keys(), (QStringList{"error", "event", "reader", "what"}));

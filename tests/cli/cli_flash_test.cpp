@@ -2,8 +2,6 @@
 // user's Ctrl-C. What the chip holds afterwards is looked at on a real mount, see tests/e2e.
 #include "program_run.h"
 
-#include "cli/exit_code.h"
-
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -128,11 +126,6 @@ private slots:
 #endif
 
 private:
-    static ExitCode codeOf(const ProgramResult &result)
-    {
-        return static_cast<ExitCode>(result.exitCode);
-    }
-
     QString path(const QString &name) const
     {
         return m_folder.filePath(name);

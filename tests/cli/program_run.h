@@ -1,6 +1,8 @@
 // Runs a built program to its end and looks at what it said.
 #pragma once
 
+#include "cli/exit_code.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -14,6 +16,12 @@ struct ProgramResult {
 
     QStringList errLines() const { return err.split('\n'); }
 };
+
+// The exit code of gbdriver-cli; -1 is none of its own.
+inline ExitCode codeOf(const ProgramResult &result)
+{
+    return static_cast<ExitCode>(result.exitCode);
+}
 
 // The two variables that choose the reader; an empty one is not set.
 struct ReaderChoice {
