@@ -3,6 +3,8 @@
 #include "cartridge_files.h"
 #include "mounted_reader.h"
 
+#include "cli/exit_code.h"
+
 #include <QDir>
 #include <QtTest>
 
@@ -10,6 +12,8 @@ namespace
 {
 
 constexpr int kJobMs = 100000;
+constexpr int kNoReader = static_cast<int>(ExitCode::NoReader);
+constexpr int kUnverified = static_cast<int>(ExitCode::Unverified);
 constexpr std::uint32_t kKibi = 1024;
 constexpr std::uint32_t kMebi = 1024 * 1024;
 
@@ -29,6 +33,13 @@ Outcome runCli(const MountedReader &reader, const QStringList &arguments)
     if (!program.waitForFinished(kJobMs) || program.exitStatus() != QProcess::NormalExit)
         return {-1, program.errorString()};
     return {program.exitCode(), QString::fromLocal8Bit(program.readAllStandardError())};
+}
+
+// Content of the one file in a folder; null if there is none or more than one.
+QByteArray onlyFileIn(const QString &folder)
+{
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files);
+    return files.size() == 1 ? contentOf(files[0].filePath()) : QByteArray();
 }
 
 // Anything that the reader refused: a block that is not valid, a read that no disk would serve.
@@ -79,10 +90,12 @@ private slots:
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
         const QString dump = files.path("dump file ä.gb");
 
-        const Outcome outcome = runCli(reader, {"dump", dump, "--system", "gb", "--mapper", mapper,
-                                                "--rom-size", QString::number(romSize)});
+        // No look before and no second read, so that the job's own requests can be counted.
+        const Outcome outcome =
+            runCli(reader, {"dump", dump, "--no-auto", "--no-verify", "--system", "gb", "--mapper",
+                            mapper, "--rom-size", QString::number(romSize)});
 
-        QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.log));
+        QVERIFY2(outcome.exitCode == kUnverified, qPrintable(outcome.log));
         QVERIFY(contentOf(dump) == contentOf(image));
         const QVector<QJsonObject> operations = reader.operations();
         QCOMPARE(refusals(operations), QStringList());
@@ -102,6 +115,7 @@ private slots:
         const QString chip = files.addNoise("chip.sav", kSaveSize, 5);
         const QByteArray original = contentOf(chip);
         const QStringList kind = {"--system", "gb", "--mapper", "mbc5", "--ram-size", "32K"};
+        const QStringList keep = {"--backup", files.path("backups")};
 
         const QString backup = files.path("backup.sav");
         {
@@ -112,8 +126,9 @@ private slots:
             QVERIFY(contentOf(backup) == original);
 
             const QString changed = files.addNoise("changed.sav", kSaveSize, 6);
-            const Outcome written = runCli(reader, QStringList{"write-ram", changed} + kind);
+            const Outcome written = runCli(reader, QStringList{"write-ram", changed} + kind + keep);
             QVERIFY2(written.exitCode == 0, qPrintable(written.log));
+            QVERIFY(onlyFileIn(files.path("backups")) == original);
             QCOMPARE(refusals(reader.operations()), QStringList());
             QCOMPARE(reader.unmount(), QString());
         }
@@ -142,9 +157,11 @@ private slots:
         MountedReader reader;
         QCOMPARE(reader.start(old, QString(), {"--flash", width}), QString());
         const QStringList kind = {"--system", "gb", "--mapper", "mbc5"};
-        const Outcome flashed = runCli(reader, QStringList{"flash", rom} + kind);
+        const Outcome flashed =
+            runCli(reader, QStringList{"flash", rom, "--backup", files.path("backups")} + kind);
         QVERIFY2(flashed.exitCode == 0, qPrintable(flashed.log));
         QVERIFY(flashed.log.contains("Flash chip is " + width + "bit width"));
+        QVERIFY(onlyFileIn(files.path("backups")) == contentOf(old));
 
         const QString dump = files.path("dump.gb");
         const Outcome dumped =
@@ -170,17 +187,19 @@ private slots:
         const QString dump = files.path("dump.gba");
         const Outcome dumped =
             runCli(reader, {"dump", dump, "--system", "gba", "--rom-size", "4M"});
-        QVERIFY2(dumped.exitCode == 0, qPrintable(dumped.log));
+        QVERIFY2(dumped.exitCode == kUnverified, qPrintable(dumped.log));
         QVERIFY(contentOf(dump) == contentOf(image));
 
         const QString backup = files.path("backup.sav");
         QCOMPARE(runCli(reader, QStringList{"read-ram", backup} + save).exitCode, 0);
         QVERIFY(contentOf(backup) == original);
         const QString changed = files.addNoise("changed.sav", kSaveSize, 6);
-        const Outcome written = runCli(reader, QStringList{"write-ram", changed} + save);
+        const Outcome written = runCli(
+            reader, QStringList{"write-ram", changed, "--backup", files.path("backups")} + save);
         QVERIFY2(written.exitCode == 0, qPrintable(written.log));
         QCOMPARE(reader.unmount(), QString());
         QVERIFY(contentOf(chip) == contentOf(changed));
+        QVERIFY(onlyFileIn(files.path("backups")) == original);
     }
 
     void anUnmountedReaderIsNotFoundAndItsFolderStaysEmpty()
@@ -193,10 +212,10 @@ private slots:
         environment.insert("GBDRIVER_DRIVES", "E=" + mountPoint.filePath("not there"));
         program.setProcessEnvironment(environment);
         const QString dump = files.path("dump.gb");
-        program.start(CLI_PROGRAM,
-                      {"dump", dump, "--system", "gb", "--mapper", "none", "--rom-size", "32K"});
+        program.start(CLI_PROGRAM, {"dump", dump, "--no-auto", "--system", "gb", "--mapper", "none",
+                                    "--rom-size", "32K"});
         QVERIFY(program.waitForFinished(kJobMs));
-        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(program.exitCode(), kNoReader);
         QVERIFY(program.readAllStandardError().contains("Can not found device."));
         QVERIFY(!QFile::exists(dump));
         QVERIFY(QDir(mountPoint.path()).isEmpty());

@@ -15,7 +15,7 @@ wine=/usr/lib/wine/wine64
 zip=$(echo "$packages"/gbdriver-*-windows.zip)
 installer=$(echo "$packages"/gbdriver-*-windows-setup.exe)
 packageVersion=$(sed 's/.*gbdriver-\(.*\)-windows\.zip/\1/' <<<"$zip")
-cartridge=(--system gb --mapper mbc5)
+cartridge=(--no-auto --system gb --mapper mbc5)
 # Wine takes a label from a file, which the reader's drive has not.
 mountLabel=
 
