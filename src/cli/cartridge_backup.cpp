@@ -8,6 +8,7 @@
 #include "cli/cli_command.h"
 #include "cli/cli_detection.h"
 #include "cli/file_sha1.h"
+#include "cli/interrupt.h"
 #include "cli/job_runner.h"
 #include "cli/known_titles.h"
 #include "cli/pending_file.h"
@@ -45,20 +46,40 @@ public:
     {
         tellValues({ExitCode::Done, m_values, m_report, m_result.title}, {}, m_values, m_reporter);
         const bool romIsThere = backUpRom();
-        const bool saveIsThere = m_result.code != ExitCode::Cancelled && backUpSave();
+        const bool saveIsThere = !isStopped() && backUpSave();
         m_result.isNew = !(romIsThere && saveIsThere);
         m_result.rom = m_record.rom.verdict;
         m_result.save = m_record.save.verdict;
-        if (m_result.isNew && m_result.code != ExitCode::Cancelled)
+        if (m_result.code == ExitCode::Cancelled)
+            tellWhatIsKept();
+        else if (m_result.isNew)
             writeReport();
         return m_result;
     }
 
 private:
+    // The first that is not Done, unless the user asked to stop.
     void note(ExitCode code)
     {
-        if (m_result.code == ExitCode::Done)
+        if (m_result.code == ExitCode::Done || code == ExitCode::Cancelled)
             m_result.code = code;
+    }
+
+    bool isStopped()
+    {
+        if (wasInterrupted())
+            note(ExitCode::Cancelled);
+        return m_result.code == ExitCode::Cancelled;
+    }
+
+    void tellWhatIsKept()
+    {
+        m_reporter.problem(
+            m_record.rom.path.isEmpty()
+                ? QStringLiteral("Stopped. The cartridge is as it was; nothing of it was kept.")
+                : QStringLiteral("Stopped. The cartridge is as it was; its ROM is in %1, its save "
+                                 "was not kept.")
+                      .arg(m_record.rom.path));
     }
 
     bool failWith(ExitCode code, const QString &text, BackedUpMemory *memory)
@@ -157,6 +178,9 @@ private:
     bool backUpSave()
     {
         BackedUpMemory &save = m_record.save;
+        const QString danger = dangerOf(m_report, *findCliCommand(QStringLiteral("read-ram")));
+        if (!danger.isEmpty())
+            return failWith(ExitCode::Refused, QStringLiteral("not read: ") + danger, &save);
         if (!m_values.ramSize) {
             save.verdict = isUnknownGbaGame(m_report)
                                ? QStringLiteral("not read: no table knows this game; use read-ram "
@@ -166,9 +190,6 @@ private:
                 note(ExitCode::NotRecognised);
             return !isUnknownGbaGame(m_report);
         }
-        const QString danger = dangerOf(m_report, *findCliCommand(QStringLiteral("read-ram")));
-        if (!danger.isEmpty())
-            return failWith(ExitCode::Refused, QStringLiteral("not read: ") + danger, &save);
         CliJob job;
         SaveEvidence evidence;
         if (!makeJob("read-ram", &job, &save) || !read(job, &save) ||

@@ -11,6 +11,7 @@ constexpr int kTypeOffset = 0x147;
 constexpr int kRomSizeOffset = 0x148;
 constexpr int kRamSizeOffset = 0x149;
 constexpr char kMbc6Type = 0x20;
+constexpr char kMbc7Type = 0x22;
 constexpr char kTama5Type = '\xFD';
 constexpr int kSizeOfUnknownRom = 32768;
 constexpr int kMbc2Row = 2; // of kMappers
@@ -47,6 +48,20 @@ constexpr DoubtRow kDoubts[] = {
                 gbRomSizeBytes(code) == kSizeOfUnknownRom;
      },
      "The header has no known ROM size, so only 32 KiB are read: give --rom-size for all of it."},
+};
+
+// Cartridges whose save no job can move, whatever the header says of its size.
+struct DangerRow {
+    char type;
+    const char *text;
+};
+
+constexpr DangerRow kDangers[] = {
+    {kMbc7Type, "The save of an MBC7 can not be read or written: it lies in a serial EEPROM that "
+                "moves one bit at a time, and the reader has no command for that."},
+    {kTama5Type,
+     "The save of a TAMA5 can not be read or written: it lies behind registers, and the "
+     "bytes of another save would destroy it."},
 };
 
 std::int32_t mapperOf(const CartridgeReport &report)
@@ -123,13 +138,13 @@ CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &
 
 QString dangerOf(const CartridgeReport &report, const CliCommand &command)
 {
-    const bool isTama5 =
-        report.outcome == ReportOutcome::GbCartridge && report.header[kTypeOffset] == kTama5Type;
-    if (!isTama5 || command.moves != MovedData::Save)
+    if (report.outcome != ReportOutcome::GbCartridge || command.moves != MovedData::Save)
         return QString();
-    return QStringLiteral(
-        "The save of a TAMA5 can not be read or written: it lies behind registers, "
-        "and the bytes of another save would destroy it.");
+    for (const DangerRow &row : kDangers) {
+        if (report.header[kTypeOffset] == row.type)
+            return QString::fromLatin1(row.text);
+    }
+    return QString();
 }
 
 QStringList doubtsAbout(const CartridgeReport &report, const CliCommand &command,

@@ -9,6 +9,14 @@ namespace
 constexpr std::uint32_t kGbaSaveBlockBytes = 4 * 1024;
 const QString kMbc2Script = QStringLiteral("gb_mbc2.nut");
 
+ExitCode tellStop(Reporter &reporter)
+{
+    reporter.problem(
+        QStringLiteral("Stopped before two reads were compared. The cartridge is as it "
+                       "was; what was read is not kept."));
+    return ExitCode::Cancelled;
+}
+
 } // namespace
 
 MemoryShape shapeOf(const CliJob &job)
@@ -51,16 +59,15 @@ ExitCode readAgain(const CliJob &job, const QByteArray &first, int times, Report
 {
     differences->clear();
     for (int read = 0; read < times && differences->isEmpty(); ++read) {
+        if (wasInterrupted())
+            return tellStop(reporter);
         QByteArray again;
         const JobResult result =
             readToMemory(job, "compare", JobLog::ToldOnFailure, reporter, &again);
         if (result.code != ExitCode::Done)
             return result.code;
-        if (wasInterrupted()) {
-            reporter.problem(QStringLiteral("Stopped while comparing. The cartridge is as it was; "
-                                            "no file was made."));
-            return ExitCode::Cancelled;
-        }
+        if (wasInterrupted())
+            return tellStop(reporter);
         *differences = differencesOf(first, again, shapeOf(job));
     }
     return ExitCode::Done;
