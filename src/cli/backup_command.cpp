@@ -12,8 +12,7 @@
 namespace
 {
 
-constexpr unsigned long kPollMs = 50;
-constexpr int kPollsBetweenLooks = 6;
+constexpr int kPollMs = 50;
 
 bool isRecognised(const CartridgeReport &report)
 {
@@ -29,10 +28,10 @@ QByteArray identityOf(const CartridgeReport &report)
 }
 
 // Returns: false if the user asked to stop.
-bool pauseBetweenLooks()
+bool pauseBetweenLooks(int pauseMs)
 {
-    for (int poll = 0; poll < kPollsBetweenLooks && !wasInterrupted(); ++poll)
-        QThread::msleep(kPollMs);
+    for (int leftMs = pauseMs; leftMs > 0 && !wasInterrupted(); leftMs -= kPollMs)
+        QThread::msleep(static_cast<unsigned long>(qMin(leftMs, kPollMs)));
     return !wasInterrupted();
 }
 
@@ -52,7 +51,8 @@ QString waitText(ReportOutcome outcome)
 class Stack
 {
 public:
-    Stack(const CliOptions &options, Reporter &reporter) : m_options(options), m_reporter(reporter)
+    Stack(const CliOptions &options, int pauseMs, Reporter &reporter)
+        : m_options(options), m_pauseMs(pauseMs), m_reporter(reporter)
     {
     }
 
@@ -61,11 +61,8 @@ public:
         if (!readTables(m_options.datFiles, &m_tables, m_reporter) || !makeFolder())
             return ExitCode::FileError;
         CartridgeReport report;
-        while (!isFull() && waitForCartridge(&report)) {
+        while (!isFull() && m_code != ExitCode::Cancelled && waitForCartridge(&report))
             handle(report);
-            if (m_code == ExitCode::Cancelled)
-                return m_code;
-        }
         m_reporter.answer(m_done == 1 ? QStringLiteral("1 cartridge done.")
                                       : QStringLiteral("%1 cartridges done.").arg(m_done));
         return m_code;
@@ -76,7 +73,9 @@ private:
     {
         if (QDir().mkpath(m_options.path))
             return true;
-        m_reporter.problem(QStringLiteral("Can not make the folder %1.").arg(m_options.path));
+        m_reporter.problem(QStringLiteral("Can not make the folder %1. Name one where you may "
+                                          "write. Nothing was read.")
+                               .arg(m_options.path));
         return false;
     }
 
@@ -102,7 +101,7 @@ private:
                 return true;
             }
             before = identity;
-            if (!pauseBetweenLooks())
+            if (!pauseBetweenLooks(m_pauseMs))
                 return false;
         }
         return false;
@@ -128,6 +127,7 @@ private:
     }
 
     const CliOptions &m_options;
+    int m_pauseMs;
     Reporter &m_reporter;
     QVector<DatFile> m_tables;
     QByteArray m_last; // identity of the cartridge that was handled and is still in the slot
@@ -137,7 +137,7 @@ private:
 
 } // namespace
 
-ExitCode runBackup(const CliOptions &options, Reporter &reporter)
+ExitCode runBackup(const CliOptions &options, Reporter &reporter, int pauseMs)
 {
-    return Stack(options, reporter).run();
+    return Stack(options, pauseMs, reporter).run();
 }
