@@ -22,8 +22,8 @@ std::unique_ptr<Cartridge> build(const StackedCartridge &cartridge)
     if (cartridge.image.isEmpty())
         return nullptr;
     std::string error;
-    std::unique_ptr<Cartridge> built =
-        makeCartridge(ByteVector(cartridge.image.begin(), cartridge.image.end()), &error);
+    std::unique_ptr<Cartridge> built = makeCartridge(
+        ByteVector(cartridge.image.begin(), cartridge.image.end()), cartridge.options, &error);
     if (built == nullptr)
         qFatal("no cartridge: %s", error.c_str());
     if (!cartridge.save.isEmpty() &&
@@ -60,6 +60,11 @@ void CartridgeStack::put(const QVector<StackedCartridge> &cartridges)
 QByteArray CartridgeStack::save()
 {
     return bytesOf(drive->reader().cartridge().saveImage());
+}
+
+QByteArray CartridgeStack::rom()
+{
+    return bytesOf(drive->reader().cartridge().romImage());
 }
 
 std::uint32_t CartridgeStack::logicalDrives()

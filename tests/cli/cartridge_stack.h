@@ -4,6 +4,7 @@
 // the cartridge that it was started for. One stack at a time: the device link is process-wide.
 #pragma once
 
+#include "virtual/cartridge_options.h"
 #include "virtual/faulty_drive.h"
 #include "virtual/image_generator.h"
 #include "virtual/in_process_drive.h"
@@ -19,6 +20,7 @@ struct StackedCartridge {
     QByteArray save = {}; // empty: as the chip comes
     int looks = 3;        // while this is in the slot; two are needed to recognise it
     std::vector<DriveFault> faults = {}; // of the drive meanwhile
+    CartridgeOptions options = {};
 };
 
 // Base of CartridgeStack, which needs them before it is built itself.
@@ -40,8 +42,9 @@ public:
     // pressed.
     void put(const QVector<StackedCartridge> &cartridges);
 
-    // Save memory of the cartridge in the slot.
+    // Save memory and ROM of the cartridge in the slot.
     QByteArray save();
+    QByteArray rom();
 
     // Called with the path of every file that is opened for writing, on the thread that does it.
     std::function<void(const QByteArray &)> onWrite;

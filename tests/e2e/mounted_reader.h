@@ -28,6 +28,9 @@ public:
     QString declaration() const;
     QString folder() const { return m_folder.path(); }
 
+    // Of the reader's program, to stop it and let it go on.
+    qint64 processId() const { return m_process.processId(); }
+
     // Everything that reached the reader since it was mounted, in order.
     QVector<QJsonObject> operations() const;
 

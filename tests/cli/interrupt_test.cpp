@@ -1,0 +1,232 @@
+// Ctrl-C at every single moment of a command, on the reader in this process: whatever the moment,
+// no half file lies under the final name and the save is in the cartridge or in the backup.
+#include "cartridge_stack.h"
+#include "cli/cli_command.h"
+#include "cli/dump_command.h"
+#include "cli/flash_command.h"
+#include "cli/interrupt.h"
+#include "cli/save_commands.h"
+#include "program_run.h"
+#include "report_capture.h"
+#include "script/erase_poll.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+
+namespace
+{
+
+constexpr std::uint32_t kKibi = 1024;
+constexpr std::uint8_t kMbc5 = 0x19;
+constexpr std::uint8_t kMbc5RamBattery = 0x1B;
+constexpr int kManyLooks = 1000;
+constexpr int kMostMoments = 500;
+
+using Command = ExitCode (*)(const CliOptions &, Reporter &);
+
+// The first look of an erase poll presses Ctrl-C; the next ones only come sooner than in life.
+void interruptTheErase(unsigned long)
+{
+    if (!wasInterrupted())
+        std::raise(SIGINT);
+}
+
+} // namespace
+
+class InterruptTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_stack = std::make_unique<CartridgeStack>();
+        m_options = CliOptions();
+        m_options.backupFolder = path("backups");
+        m_old = noise(8 * kKibi, 1);
+        m_new = noise(8 * kKibi, 2);
+        m_image = stackedImage(GbImageSpec{kMbc5RamBattery, 64 * kKibi, 8 * kKibi, "CUT", 1});
+        watchForInterrupt();
+    }
+
+    void cleanup()
+    {
+        setPollWaiter(nullptr);
+        m_stack.reset();
+        std::signal(SIGINT, SIG_DFL);
+    }
+
+    void readLeavesNoFile_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<Command>("command");
+        QTest::newRow("dump") << "dump" << Command(runDump);
+        QTest::newRow("read-ram") << "read-ram" << Command(runReadRam);
+    }
+    void readLeavesNoFile()
+    {
+        QFETCH(QString, name);
+        QFETCH(Command, command);
+        prepare(name, path("file"));
+        int moment = 0;
+        while (interruptAt(++moment, command) == ExitCode::Cancelled) {
+            QCOMPARE(filesIn(""), QStringList());
+            QVERIFY(m_stack->save() == m_old);
+            QVERIFY2(m_messages.contains("The cartridge is as it was"), qPrintable(m_messages));
+            QVERIFY(moment < kMostMoments);
+        }
+        // Past the last moment nobody presses anything.
+        QVERIFY(!wasInterrupted());
+        QVERIFY(moment > 5);
+        QCOMPARE(filesIn(""), QStringList{"file"});
+    }
+
+    // Also between backup and write, where the backup's file is written.
+    void saveIsInTheCartridgeOrInTheBackup()
+    {
+        QVERIFY(writeFile(path("new.sav"), m_new));
+        prepare("write-ram", path("new.sav"));
+        int cancelled = 0;
+        int finished = 0;
+        int moment = 0;
+        for (bool isPressed = true; isPressed; ++moment) {
+            QVERIFY(moment < kMostMoments);
+            QVERIFY(QDir(m_options.backupFolder).removeRecursively());
+            const ExitCode code = interruptAt(moment + 1, runWriteRam);
+            isPressed = wasInterrupted();
+            const QStringList backups = filesIn("backups");
+            QVERIFY(backups.filter(".part").isEmpty());
+            if (code == ExitCode::Cancelled) {
+                QCOMPARE(finished, 0); // a write that has begun is brought to its end
+                QVERIFY(m_stack->save() == m_old);
+                QVERIFY2(m_messages.contains("The cartridge is as it was"), qPrintable(m_messages));
+                ++cancelled;
+            } else {
+                QCOMPARE(code, ExitCode::Done);
+                QVERIFY(m_stack->save() == m_new);
+                QCOMPARE(backups.size(), 1);
+                QVERIFY(fileBytes(path("backups/" + backups[0])) == m_old);
+                ++finished;
+            }
+        }
+        QVERIFY2(cancelled > 5 && finished > 5,
+                 qPrintable(QString("%1 and %2").arg(cancelled).arg(finished)));
+    }
+
+    void stopBeforeTheWriteNamesTheBackup()
+    {
+        QVERIFY(writeFile(path("new.sav"), m_new));
+        prepare("write-ram", path("new.sav"));
+        m_stack->onWrite = [](const QByteArray &file) {
+            if (file.endsWith(".part"))
+                std::raise(SIGINT);
+        };
+        QCOMPARE(run(runWriteRam), ExitCode::Cancelled);
+        const QStringList backups = filesIn("backups");
+        QCOMPARE(backups.size(), 1);
+        QVERIFY(fileBytes(path("backups/" + backups[0])) == m_old);
+        QVERIFY(m_stack->save() == m_old);
+        QVERIFY2(m_messages.contains("Stopped before the write. The cartridge is as it was."),
+                 qPrintable(m_messages));
+        QVERIFY2(m_messages.contains("Backup: " + m_options.backupFolder), qPrintable(m_messages));
+    }
+
+    void endlessEraseOfAChipIsLeft()
+    {
+        const QByteArray rom = stackedImage(GbImageSpec{kMbc5, 64 * kKibi, 0, "OLD", 1});
+        const QByteArray other = stackedImage(GbImageSpec{kMbc5, 64 * kKibi, 0, "NEW", 2});
+        QVERIFY(writeFile(path("new.gb"), other));
+        prepare("flash", path("new.gb"));
+        m_cartridge = {rom, {}, kManyLooks};
+        m_cartridge.options.flash = FlashWidth::Byte;
+        m_cartridge.options.flashChip.eraseNeverEnds = true;
+        setPollWaiter(interruptTheErase);
+        QCOMPARE(run(runFlash), ExitCode::Cancelled);
+        checkEraseWasLeft(rom, "flash");
+    }
+
+    void endlessEraseOfASaveIsLeft()
+    {
+        const QByteArray old = noise(64 * kKibi, 1);
+        QVERIFY(writeFile(path("new.sav"), noise(64 * kKibi, 2)));
+        prepare("write-ram", path("new.sav"));
+        GbaImageSpec game;
+        game.code = "AWRP"; // FLASH of 64 KiB in the game table
+        game.saveKind = SaveKind::Flash64k;
+        m_cartridge = {stackedImage(game), old, kManyLooks};
+        m_cartridge.options.flashChip.eraseNeverEnds = true;
+        setPollWaiter(interruptTheErase);
+        QCOMPARE(run(runWriteRam), ExitCode::Cancelled);
+        checkEraseWasLeft(old, "write-ram");
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    QStringList filesIn(const QString &folder) const
+    {
+        return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+
+    void prepare(const QString &command, const QString &file)
+    {
+        m_options.command = findCliCommand(command);
+        m_options.path = file;
+        m_cartridge = {m_image, m_old, kManyLooks};
+    }
+
+    ExitCode run(Command command)
+    {
+        ReportCapture capture(OutputStyle::Text);
+        watchForInterrupt();
+        m_stack->put({m_cartridge});
+        const ExitCode code = command(m_options, capture.reporter());
+        m_messages = capture.messages();
+        return code;
+    }
+
+    // Ctrl-C when the `moment`th file is opened for writing: every command to the reader is one, and
+    // so is every file of the user's.
+    ExitCode interruptAt(int moment, Command command)
+    {
+        int left = moment;
+        m_stack->onWrite = [&left](const QByteArray &) {
+            if (--left == 0)
+                std::raise(SIGINT);
+        };
+        const ExitCode code = run(command);
+        m_stack->onWrite = nullptr;
+        return code;
+    }
+
+    void checkEraseWasLeft(const QByteArray &old, const QString &command)
+    {
+        const QStringList backups = filesIn("backups");
+        QCOMPARE(backups.size(), 1);
+        const QString backup = path("backups/" + backups[0]);
+        QVERIFY(fileBytes(backup) == old);
+        for (const QString &text :
+             {QString("Asked to stop."), QString("only the wait for an erase can be cut short"),
+              QString("Stopped while the chip was being erased. Its content is lost."),
+              "gbdriver-cli " + command + " \"" + backup + "\""})
+            QVERIFY2(m_messages.contains(text), qPrintable(text + "\n" + m_messages));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<CartridgeStack> m_stack;
+    StackedCartridge m_cartridge;
+    CliOptions m_options;
+    QByteArray m_image;
+    QByteArray m_old;
+    QByteArray m_new;
+    QString m_messages;
+};
+
+Q_DECLARE_METATYPE(Command)
+
+QTEST_GUILESS_MAIN(InterruptTest)
+#include "interrupt_test.moc"
