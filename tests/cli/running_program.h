@@ -1,0 +1,56 @@
+// The built command-line program while it runs, to press Ctrl-C at what it says.
+#pragma once
+
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <csignal>
+
+class RunningProgram
+{
+public:
+    // `variable` chooses the reader; the other one that could is not set.
+    void start(const QStringList &arguments, const QString &variable, const QString &value)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove("GBDRIVER_VIRTUAL_READER");
+        environment.remove("GBDRIVER_DRIVES");
+        environment.insert(variable, value);
+        m_process.setProcessEnvironment(environment);
+        m_process.start(CLI_PROGRAM, arguments);
+    }
+
+    // Reads on. Returns: true once the program said `text` on standard error.
+    bool said(const QByteArray &text)
+    {
+        m_messages += m_process.readAllStandardError();
+        return m_messages.contains(text);
+    }
+
+    bool interrupt() { return sendSignal(m_process.processId(), SIGINT); }
+
+    // True once the program has ended, by itself or not.
+    bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
+
+    // Exit code; -1 if a signal ended the program.
+    int exitCode() const
+    {
+        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    }
+
+    QString messages()
+    {
+        said({});
+        return QString::fromLocal8Bit(m_messages);
+    }
+    QString answers() { return QString::fromLocal8Bit(m_process.readAllStandardOutput()); }
+
+    static bool sendSignal(qint64 process, int signal)
+    {
+        return process > 0 && ::kill(static_cast<pid_t>(process), signal) == 0;
+    }
+
+private:
+    QProcess m_process;
+    QByteArray m_messages;
+};
