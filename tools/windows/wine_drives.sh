@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Gives a Wine prefix drives that folders of this machine stand behind, and ends what runs in it:
-# types are looked at when the prefix starts.
+# Gives a Wine prefix drives that folders of this machine stand behind. Types are looked at when the
+# prefix starts, so nothing may run in it; the script waits until its own commands have ended.
 #
 # usage: tools/windows/wine_drives.sh FOLDER [LETTER=TYPE:FOLDER]...
 #        LETTER  small; TYPE  hd for a fixed drive, floppy for a removable one
@@ -22,5 +22,4 @@ for drive in "$@"; do
     /usr/lib/wine/wine64 reg add 'HKLM\Software\Wine\Drives' /v "$letter:" /d "${type%%:*}" /f \
         >/dev/null 2>&1
 done
-/usr/lib/wine/wineserver -k || true
 /usr/lib/wine/wineserver -w

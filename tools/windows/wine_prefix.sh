@@ -19,11 +19,12 @@ export WINEPREFIX
 # Neither a browser engine nor .NET is looked for, and no menu entry reaches the user's desktop.
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
 /usr/lib/wine/wine64 wineboot --init >/dev/null 2>&1
-# The drives of this machine, its removable ones above all, are none of a test's business.
-find "$WINEPREFIX/dosdevices" -type l ! -name c: ! -name z: -delete
-"$tools/wine_drives.sh" "$WINEPREFIX" "$@"
-# The registry is written when the prefix ends.
+# Not ended by force: a service that is just starting would wait for its server for ever.
+/usr/lib/wine/wineserver -w
 [ -e "$WINEPREFIX/system.reg" ] || {
     echo "wine_prefix.sh: Wine made no prefix in $WINEPREFIX" >&2
     exit 1
 }
+# The drives of this machine, its removable ones above all, are none of a test's business.
+find "$WINEPREFIX/dosdevices" -type l ! -name c: ! -name z: -delete
+"$tools/wine_drives.sh" "$WINEPREFIX" "$@"
