@@ -117,10 +117,11 @@ private:
 
     bool readMore(const CliJob &job, int times, BackedUpMemory *memory, QString *differences)
     {
-        const ExitCode code = readAgain(job, memory->bytes, times, m_reporter, differences);
+        int made = 0;
+        const ExitCode code = readAgain(job, memory->bytes, times, m_reporter, differences, &made);
         if (code != ExitCode::Done)
             return failWith(code, QStringLiteral("not read twice, see above"), memory);
-        memory->reads += times;
+        memory->reads += made;
         return true;
     }
 

@@ -32,7 +32,7 @@ ExitCode runDump(const CliOptions &options, Reporter &reporter)
     evidence.reads = readsWanted(options, evidence.known.has_value());
     if (!read.readAgain(evidence.reads - 1, &evidence.differences))
         return read.code();
-    return read.finish(judgeRom(evidence), evidence.reads);
+    return read.finish(judgeRom(evidence));
 }
 
 ExitCode runVerify(const CliOptions &options, Reporter &reporter)

@@ -42,6 +42,7 @@ bool KeptRead::readOnce()
     const JobResult result = runJob(m_job, "read", JobLog::Told, m_reporter);
     m_code = result.code;
     m_sha1 = result.sha1;
+    m_reads = 1;
     QString problem;
     if (m_code == ExitCode::Done && !readUserFile(m_job.fileName, &m_bytes, &problem))
         return failWith(ExitCode::FileError, problem);
@@ -50,11 +51,13 @@ bool KeptRead::readOnce()
 
 bool KeptRead::readAgain(int times, QString *differences)
 {
-    m_code = ::readAgain(m_job, m_bytes, times, m_reporter, differences);
+    int made = 0;
+    m_code = ::readAgain(m_job, m_bytes, times, m_reporter, differences, &made);
+    m_reads += made;
     return m_code == ExitCode::Done;
 }
 
-ExitCode KeptRead::finish(const Verdict &verdict, int reads)
+ExitCode KeptRead::finish(const Verdict &verdict)
 {
     QString path = m_options.path;
     if (verdict.kind == VerdictKind::Unstable)
@@ -67,7 +70,7 @@ ExitCode KeptRead::finish(const Verdict &verdict, int reads)
                 {{QStringLiteral("file"), path},
                  {QStringLiteral("size"), m_bytes.size()},
                  {QStringLiteral("sha1"), QString::fromLatin1(m_sha1.toHex())},
-                 {QStringLiteral("reads"), reads}},
+                 {QStringLiteral("reads"), m_reads}},
                 m_reporter);
     return exitCodeOf(verdict.kind);
 }

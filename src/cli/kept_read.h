@@ -29,7 +29,7 @@ public:
 
     // Names the file and tells the verdict. An unstable read gets ".unstable" behind its name, so
     // that nobody takes it for a dump.
-    ExitCode finish(const Verdict &verdict, int reads);
+    ExitCode finish(const Verdict &verdict);
 
     ExitCode code() const { return m_code; }
     const QByteArray &bytes() const { return m_bytes; }
@@ -46,5 +46,6 @@ private:
     CliJob m_job;
     QByteArray m_bytes;
     QByteArray m_sha1;
+    int m_reads = 0; // made so far
     ExitCode m_code = ExitCode::Done;
 };

@@ -55,10 +55,12 @@ QString differencesOf(const QByteArray &left, const QByteArray &right, const Mem
 }
 
 ExitCode readAgain(const CliJob &job, const QByteArray &first, int times, Reporter &reporter,
-                   QString *differences)
+                   QString *differences, int *made)
 {
+    int ignored = 0;
+    int &reads = made == nullptr ? ignored : *made;
     differences->clear();
-    for (int read = 0; read < times && differences->isEmpty(); ++read) {
+    for (reads = 0; reads < times && differences->isEmpty(); ++reads) {
         if (wasInterrupted())
             return tellStop(reporter);
         QByteArray again;

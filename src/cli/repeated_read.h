@@ -24,7 +24,8 @@ QString differencesOf(const QByteArray &left, const QByteArray &right, const Mem
 QByteArray keptBits(const QByteArray &bytes, const MemoryShape &shape);
 
 // Reads `times` more times, until a read differs from `first`. `*differences` then names the
-// blocks; otherwise it is empty. Returns: Cancelled, with the reason told, if the user asked to
-// stop before or meanwhile; else the code of a read that failed.
+// blocks; otherwise it is empty. `*made`, if there is one, becomes the number of reads made.
+// Returns: Cancelled, with the reason told, if the user asked to stop before or meanwhile; else the
+// code of a read that failed.
 ExitCode readAgain(const CliJob &job, const QByteArray &first, int times, Reporter &reporter,
-                   QString *differences);
+                   QString *differences, int *made = nullptr);

@@ -78,7 +78,7 @@ ExitCode runReadRam(const CliOptions &options, Reporter &reporter)
     describeSave(read.bytes(), &evidence);
     evidence.reads = reads;
     evidence.differences = differences;
-    return read.finish(judgeSave(evidence), reads);
+    return read.finish(judgeSave(evidence));
 }
 
 ExitCode runWriteRam(const CliOptions &options, Reporter &reporter)
