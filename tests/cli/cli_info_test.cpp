@@ -344,19 +344,6 @@ private:
         return detectedIn(result);
     }
 
-    // The sum of all bytes but its own two, high byte first.
-    static QByteArray withGlobalChecksum(QByteArray image)
-    {
-        image[kGbGlobalChecksum] = '\0';
-        image[kGbGlobalChecksum + 1] = '\0';
-        unsigned sum = 0;
-        for (const char byte : image)
-            sum += static_cast<unsigned char>(byte);
-        image[kGbGlobalChecksum] = static_cast<char>(sum >> 8);
-        image[kGbGlobalChecksum + 1] = static_cast<char>(sum);
-        return image;
-    }
-
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 

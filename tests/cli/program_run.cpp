@@ -13,6 +13,10 @@ namespace
 constexpr int kDeadlineMs = 120 * 1000;
 constexpr std::uint8_t kMbc5RamBattery = 0x1B;
 
+constexpr int kHeaderSumBegin = 0x134;
+constexpr int kHeaderChecksum = 0x14D;
+constexpr int kGlobalChecksum = 0x14E; // high byte first
+
 QByteArray toByteArray(const ByteVector &bytes)
 {
     return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
@@ -87,6 +91,28 @@ QByteArray gbaImage(const QString &code, std::uint32_t romSize)
 QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize)
 {
     return gbImage(kMbc5RamBattery, romSize, ramSize);
+}
+
+QByteArray withGlobalChecksum(QByteArray image)
+{
+    image[kGlobalChecksum] = '\0';
+    image[kGlobalChecksum + 1] = '\0';
+    unsigned sum = 0;
+    for (const char byte : image)
+        sum += static_cast<unsigned char>(byte);
+    image[kGlobalChecksum] = static_cast<char>(sum >> 8);
+    image[kGlobalChecksum + 1] = static_cast<char>(sum);
+    return image;
+}
+
+QByteArray withHeaderByte(QByteArray image, int offset, char value)
+{
+    image[offset] = value;
+    int sum = 0;
+    for (int at = kHeaderSumBegin; at < kHeaderChecksum; ++at)
+        sum -= static_cast<unsigned char>(image[at]) + 1;
+    image[kHeaderChecksum] = static_cast<char>(sum);
+    return withGlobalChecksum(image);
 }
 
 QByteArray noise(std::uint32_t size, unsigned seed)

@@ -46,6 +46,12 @@ QByteArray gbaImage(const QString &code, std::uint32_t romSize);
 // Image of an MBC5 cartridge with RAM; sizes in bytes.
 QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize);
 
+// A GB image with its global checksum right again: the sum of all bytes but its own two.
+QByteArray withGlobalChecksum(QByteArray image);
+
+// A GB image with another byte at `offset` of its header, and both checksums right again.
+QByteArray withHeaderByte(QByteArray image, int offset, char value);
+
 // `size` bytes that differ from one place to the next and between seeds.
 QByteArray noise(std::uint32_t size, unsigned seed);
 
