@@ -1,8 +1,11 @@
 #include "cli/kept_read.h"
 
+#include "cli/backup_store.h"
 #include "cli/interrupt.h"
 #include "cli/job_runner.h"
 #include "cli/repeated_read.h"
+
+#include <QFileInfo>
 
 bool KeptRead::failWith(ExitCode code, const QString &problem)
 {
@@ -57,11 +60,20 @@ bool KeptRead::readAgain(int times, QString *differences)
     return m_code == ExitCode::Done;
 }
 
+QString KeptRead::nameFor(VerdictKind kind) const
+{
+    if (kind != VerdictKind::Unstable)
+        return m_options.path;
+    const QString path = m_options.path + QStringLiteral(".unstable");
+    if (m_options.overwrites || !QFileInfo::exists(path))
+        return path;
+    const QFileInfo info(path);
+    return freePath(info.path(), info.completeBaseName(), QStringLiteral(".unstable"));
+}
+
 ExitCode KeptRead::finish(const Verdict &verdict)
 {
-    QString path = m_options.path;
-    if (verdict.kind == VerdictKind::Unstable)
-        path += QStringLiteral(".unstable");
+    const QString path = nameFor(verdict.kind);
     if (!m_file->commit(path)) {
         failWith(ExitCode::FileError, m_file->problem());
         return m_code;

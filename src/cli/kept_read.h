@@ -28,7 +28,7 @@ public:
     bool readAgain(int times, QString *differences);
 
     // Names the file and tells the verdict. An unstable read gets ".unstable" behind its name, so
-    // that nobody takes it for a dump.
+    // that nobody takes it for a dump; where an older one stands, another name.
     ExitCode finish(const Verdict &verdict);
 
     ExitCode code() const { return m_code; }
@@ -37,6 +37,7 @@ public:
 
 private:
     bool failWith(ExitCode code, const QString &problem);
+    QString nameFor(VerdictKind kind) const;
     // True, with the reason told, if the user asked to stop.
     bool isStopped();
 

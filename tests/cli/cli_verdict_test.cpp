@@ -76,6 +76,7 @@ private slots:
     void fileIsJudged_data();
     void fileIsJudged();
     void unstableReadTakesNoName();
+    void everyUnstableReadIsKept();
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -308,6 +309,24 @@ void CliVerdictTest::unstableReadTakesNoName()
     QCOMPARE(fileBytes(path("dump")), QByteArray("old"));
     QCOMPARE(fileBytes(path("dump.unstable")).size(), image.size());
     QCOMPARE(leftovers(), QStringList());
+}
+
+// Nobody knows which of them is the better one.
+void CliVerdictTest::everyUnstableReadIsKept()
+{
+    QVERIFY(writeFile(path("cart"), mbc5Image(kRomSize, kRamSize)));
+    const ReaderChoice reader{"cart=" + path("cart") + ",flaky=4", {}};
+    QVERIFY(writeFile(path("dump.unstable"), "old"));
+    const ProgramResult again = runProgram(CLI_PROGRAM, "dump " + path("dump"), reader);
+    QCOMPARE(codeOf(again), ExitCode::DataMismatch);
+    QVERIFY2(again.out.contains('\n' + path("dump (2).unstable") + ": 131072 bytes"),
+             qPrintable(again.out));
+    QCOMPARE(fileBytes(path("dump.unstable")), QByteArray("old"));
+
+    const ProgramResult replaced =
+        runProgram(CLI_PROGRAM, "dump --overwrite " + path("dump"), reader);
+    QCOMPARE(codeOf(replaced), ExitCode::DataMismatch);
+    QVERIFY(fileBytes(path("dump.unstable")) == fileBytes(path("dump (2).unstable")));
 }
 
 QTEST_GUILESS_MAIN(CliVerdictTest)
