@@ -112,8 +112,9 @@ OutputTarget standardOutput(OutputStyle style)
 {
     OutputTarget target;
     target.style = style;
-    target.isTerminal = standardErrorIsTerminal();
-    target.hasColor = standardOutputIsTerminal() && qEnvironmentVariableIsEmpty("NO_COLOR") &&
-                      qgetenv("TERM") != "dumb";
+    const bool knowsCodes = qgetenv("TERM") != "dumb";
+    target.isTerminal = standardErrorIsTerminal() && knowsCodes;
+    target.hasColor =
+        standardOutputIsTerminal() && knowsCodes && qEnvironmentVariableIsEmpty("NO_COLOR");
     return target;
 }

@@ -25,7 +25,7 @@ struct OutputTarget {
     OutputStyle style = OutputStyle::Text;
     std::FILE *answers = stdout;
     std::FILE *messages = stderr;
-    bool isTerminal = false; // `messages` is one
+    bool isTerminal = false; // `messages` is one that can be drawn over
     bool hasColor = false;   // answers may be coloured
 };
 
@@ -69,6 +69,6 @@ private:
     int m_lastPercent = -1;
 };
 
-// Where the program's own output goes: terminal or not, coloured unless NO_COLOR is set to anything
-// or the terminal is dumb.
+// Where the program's own output goes: terminal or not, coloured unless NO_COLOR is set to anything.
+// A dumb terminal is written to like a file.
 OutputTarget standardOutput(OutputStyle style);
