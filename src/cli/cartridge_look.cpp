@@ -3,6 +3,7 @@
 #include "cart/setting_tables.h"
 #include "cli/cli_command.h"
 #include "cli/cli_detection.h"
+#include "device/device_link.h"
 
 #include <array>
 
@@ -149,6 +150,15 @@ QString readerAdvice(ExitCode code)
                                 "changed.");
 }
 
+QString readerProblem(ExitCode code)
+{
+    // A scan asks drives that are no readers, too; what they said does not matter.
+    const QString driveError = QString::fromLocal8Bit(lastDriveError().c_str());
+    return code == ExitCode::NoReader || driveError.isEmpty()
+               ? readerAdvice(code)
+               : readerAdvice(code) + QLatin1Char('\n') + driveError;
+}
+
 CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
 {
     CartridgeLook look;
@@ -157,7 +167,7 @@ CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
         look.report = detectCartridge([&](const QString &line) { reporter.log(line); });
         look.code = readerFault(look.report);
         if (look.code != ExitCode::Done) {
-            reporter.problem(readerAdvice(look.code));
+            reporter.problem(readerProblem(look.code));
             return look;
         }
         found = valuesFound(look.report);

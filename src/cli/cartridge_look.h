@@ -37,5 +37,8 @@ ExitCode readerFault(const CartridgeReport &report);
 // What the user can do about it.
 QString readerAdvice(ExitCode code);
 
+// The same, and what the drive said in the last detectCartridge(), if it was the drive.
+QString readerProblem(ExitCode code);
+
 // The cartridge's title, of its header or of the game table; empty if it was not recognised.
 QString titleOf(const CartridgeReport &report);

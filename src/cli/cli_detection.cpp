@@ -100,7 +100,13 @@ CartridgeReport detectCartridge(const std::function<void(const QString &)> &line
             line(text.trimmed().isEmpty() ? QString() : text);
     };
     output.settings = [](const DetectedSettings &) {};
-    return makeCartridgeReport(output);
+    clearLastDriveError();
+    CartridgeReport report = makeCartridgeReport(output);
+    // A drive that failed while nothing was recognised says nothing about the cartridge.
+    if (report.outcome == ReportOutcome::Unknown && !isUnknownGbaGame(report) &&
+        !lastDriveError().empty())
+        report.outcome = ReportOutcome::ShortRead;
+    return report;
 }
 
 CartridgeValues valuesFound(const CartridgeReport &report)

@@ -10,8 +10,9 @@
 
 #include <functional>
 
-// Makes the cartridge report and passes its lines on, without the markup of rules. The reader is
-// given up before the call returns. Blocks; no job may run.
+// Makes the cartridge report and passes its lines on, without the markup of rules. A
+// cartridge that was not recognised while the drive failed is a ShortRead; lastDriveError() is then
+// why. The reader is given up before the call returns. Blocks; no job may run.
 CartridgeReport detectCartridge(const std::function<void(const QString &)> &line);
 
 // The values that the report found. What it can not know (no save memory named, unknown game) is

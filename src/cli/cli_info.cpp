@@ -144,7 +144,7 @@ ExitCode runInfo(const CliOptions &options, Reporter &reporter)
     reporter.event("detected", detectedObject(report, checks));
     const ExitCode code = readerFault(report);
     if (code != ExitCode::Done) {
-        reporter.problem(readerAdvice(code));
+        reporter.problem(readerProblem(code));
         return code;
     }
     if (checks.isEmpty()) {
