@@ -22,6 +22,7 @@ namespace
 constexpr std::uint32_t kKibi = 1024;
 constexpr std::uint8_t kMbc5 = 0x19;
 constexpr std::uint8_t kMbc5RamBattery = 0x1B;
+constexpr int kCommandsOfALook = 2; // they select the bus
 constexpr int kManyLooks = 1000;
 constexpr int kMostMoments = 500;
 
@@ -64,19 +65,25 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<Command>("command");
-        QTest::newRow("dump") << "dump" << Command(runDump);
-        QTest::newRow("read-ram") << "read-ram" << Command(runReadRam);
+        QTest::addColumn<bool>("readsTwice");
+        QTest::newRow("dump") << "dump" << Command(runDump) << true;
+        QTest::newRow("dump, read once") << "dump" << Command(runDump) << false;
+        QTest::newRow("read-ram") << "read-ram" << Command(runReadRam) << true;
+        QTest::newRow("read-ram, once") << "read-ram" << Command(runReadRam) << false;
     }
     void readLeavesNoFile()
     {
         QFETCH(QString, name);
         QFETCH(Command, command);
+        QFETCH(bool, readsTwice);
         prepare(name, path("file"));
+        m_options.verifies = readsTwice;
         int moment = 0;
         while (interruptAt(++moment, command) == ExitCode::Cancelled) {
             QCOMPARE(filesIn(""), QStringList());
             QVERIFY(m_stack->save() == m_old);
             QVERIFY2(m_messages.contains("The cartridge is as it was"), qPrintable(m_messages));
+            QCOMPARE(m_messages.contains("Start dump"), moment > kCommandsOfALook);
             QVERIFY(moment < kMostMoments);
         }
         // Past the last moment nobody presses anything.
