@@ -19,6 +19,14 @@ bool hits(const std::optional<DriveFault> &fault)
     return fault && fault->code != DriveErrorCode::None;
 }
 
+void flipBits(const DriveFault &fault, std::uint8_t *bytes, std::uint32_t count)
+{
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (fault.flippedByte == DriveFault::kAllBytes || fault.flippedByte == i)
+            bytes[i] = static_cast<std::uint8_t>(bytes[i] ^ fault.flips);
+    }
+}
+
 DriveStatus injected(DriveErrorCode code, const std::string &path)
 {
     if (code == DriveErrorCode::None)
@@ -67,6 +75,8 @@ struct FaultyDrive::State {
         }
         if (hit && hit->driveVanishes)
             gone = true;
+        if (hit && hit->happens)
+            hit->happens();
         return hit;
     }
 
@@ -110,7 +120,9 @@ public:
             part == 0 ? DriveStatus{} : m_inner->read(destination, part, &moved);
         if (!status.ok())
             return status;
-        *count = fault->code == DriveErrorCode::None ? moved : 0;
+        flipBits(*fault, static_cast<std::uint8_t *>(destination), moved);
+        if (fault->code == DriveErrorCode::None)
+            *count = fault->claimsAll ? length : moved;
         return injected(fault->code, m_path);
     }
 
@@ -122,8 +134,14 @@ public:
             return goneStatus();
         if (!fault)
             return m_inner->write(source, length, count);
-        const std::uint32_t part = std::min(length, fault->bytes);
-        const DriveStatus status = part == 0 ? DriveStatus{} : m_inner->write(source, part, count);
+        const auto *first = static_cast<const std::uint8_t *>(source);
+        std::vector<std::uint8_t> part(first, first + std::min(length, fault->bytes));
+        const auto size = static_cast<std::uint32_t>(part.size());
+        flipBits(*fault, part.data(), size);
+        const DriveStatus status =
+            size == 0 ? DriveStatus{} : m_inner->write(part.data(), size, count);
+        if (status.ok() && fault->code == DriveErrorCode::None && fault->claimsAll)
+            *count = length;
         return status.ok() ? injected(fault->code, m_path) : status;
     }
 
@@ -197,7 +215,7 @@ std::uint32_t FaultyDrive::callCount(DriveCall call, const std::string &pathEnd)
 std::uint32_t FaultyDrive::logicalDrives()
 {
     const auto fault = m_state->enter(DriveCall::LogicalDrives, {});
-    if (fault && !fault->driveVanishes)
+    if (hits(fault) && !fault->driveVanishes)
         return 0;
     const std::uint32_t drives = m_inner.logicalDrives();
     return m_state->gone ? drives & ~(1U << (m_state->letter - 'A')) : drives;
@@ -207,7 +225,7 @@ DriveType FaultyDrive::driveType(const char *root)
 {
     const auto fault = m_state->enter(DriveCall::DriveType, root);
     const bool gone = m_state->gone && m_state->onDrive(root);
-    return fault || gone ? DriveType::NoRoot : m_inner.driveType(root);
+    return hits(fault) || gone ? DriveType::NoRoot : m_inner.driveType(root);
 }
 
 DriveStatus FaultyDrive::volumeLabel(const char *root, char *label, std::uint32_t capacity)

@@ -1,11 +1,13 @@
 // A drive that fails on demand: wraps any backend and lets a test say which call goes wrong.
 //
-// Faults are counted, never random, so that every run of a test fails in the same place.
+// Faults are counted, never random, so that every run of a test fails in the same place. They are
+// loud (an error is reported) or silent (a transfer reports success and has moved other bytes).
 #pragma once
 
 #include "device/drive_backend.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +26,7 @@ enum class DriveCall {
 
 struct DriveFault {
     static constexpr std::uint32_t kForever = 0;
+    static constexpr std::uint32_t kAllBytes = 0xFFFFFFFFU;
 
     DriveCall call = DriveCall::Read;
     // Only paths (roots) that end with this; empty: all of them.
@@ -37,8 +40,17 @@ struct DriveFault {
     DriveErrorCode code = DriveErrorCode::InputOutput;
     // Bytes that a failing read or write still moves. A read with an error reports none of them.
     std::uint32_t bytes = 0;
+    // Reported as moved although only `bytes` were: a read leaves the rest of its buffer as it was, a
+    // write loses the rest. Only with None.
+    bool claimsAll = false;
+    // Bits that are flipped in the bytes that a read or write moves: in all of them, or in the one at
+    // `flippedByte`, an offset into the transfer.
+    std::uint8_t flips = 0;
+    std::uint32_t flippedByte = kAllBytes;
     // The drive vanishes with the failing call, as if pulled out.
     bool driveVanishes = false;
+    // What else happens, before the call has any effect and on its thread; may be empty.
+    std::function<void()> happens = nullptr;
 };
 
 class FaultyDrive : public DriveBackend

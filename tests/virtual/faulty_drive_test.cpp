@@ -60,6 +60,11 @@ private slots:
     void partOfAWriteGoesThrough();
     void shortReadSucceedsWithFewerBytes();
     void failedReadReportsNothing();
+    void readClaimsBytesThatItDidNotMove();
+    void readBringsFlippedBits();
+    void writeIsLostInSilence();
+    void writeArrivesWithFlippedBits();
+    void somethingElseHappensOnce();
     void failedCloseStillCloses();
     void sizeLabelTypeAndScanFail();
     void vanishedDriveIsNowhere();
@@ -187,6 +192,99 @@ void FaultyDriveTest::failedReadReportsNothing()
     QVERIFY(!bench.opened(kDump)->read(bytes.data(), 512, &count).ok());
     QCOMPARE(count, 0U);
     QCOMPARE(int(bytes[99]), 0xFF);
+}
+
+void FaultyDriveTest::readClaimsBytesThatItDidNotMove()
+{
+    Bench bench;
+    DriveFault fault;
+    fault.code = DriveErrorCode::None;
+    fault.bytes = 100;
+    fault.claimsAll = true;
+    bench.drive->addFault(fault);
+    ByteVector bytes(512, 0);
+    std::uint32_t count = 0;
+    QVERIFY(bench.opened(kDump)->read(bytes.data(), 512, &count).ok());
+    QCOMPARE(count, 512U);
+    QVERIFY(bytes == ByteVector(100, 0xFF) + ByteVector(412, 0));
+}
+
+void FaultyDriveTest::readBringsFlippedBits()
+{
+    Bench bench;
+    DriveFault fault;
+    fault.code = DriveErrorCode::None;
+    fault.bytes = DriveFault::kAllBytes;
+    fault.flips = 0x81;
+    bench.drive->addFault(fault);
+    fault.after = 1;
+    fault.flippedByte = 2;
+    bench.drive->addFault(fault);
+    const auto file = bench.opened(kDump);
+    ByteVector bytes(4, 0);
+    std::uint32_t count = 0;
+    QVERIFY(file->read(bytes.data(), 4, &count).ok());
+    QVERIFY(bytes == ByteVector(4, 0x7E));
+    QVERIFY(file->read(bytes.data(), 4, &count).ok());
+    QCOMPARE(count, 4U);
+    QVERIFY(bytes == ByteVector({0xFF, 0xFF, 0x7E, 0xFF}));
+}
+
+void FaultyDriveTest::writeIsLostInSilence()
+{
+    Bench bench;
+    DriveFault fault;
+    fault.call = DriveCall::Write;
+    fault.code = DriveErrorCode::None;
+    fault.bytes = 512;
+    fault.claimsAll = true;
+    bench.drive->addFault(fault);
+    std::unique_ptr<DriveFile> file;
+    QVERIFY(bench.drive->openForWrite(kCommand, &file).ok());
+    std::uint32_t count = 0;
+    QVERIFY(file->write(selectGb().data(), 1024, &count).ok());
+    QCOMPARE(count, 1024U);
+    QVERIFY(file->close().ok());
+    QCOMPARE(bench.inner->reader().counters().blocks, quint64(1));
+}
+
+void FaultyDriveTest::writeArrivesWithFlippedBits()
+{
+    Bench bench;
+    DriveFault fault;
+    fault.call = DriveCall::Write;
+    fault.code = DriveErrorCode::None;
+    fault.bytes = DriveFault::kAllBytes;
+    fault.flips = 1;
+    bench.drive->addFault(fault);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("file");
+    std::unique_ptr<DriveFile> file;
+    QVERIFY(bench.drive->openForWrite(path.toLocal8Bit().constData(), &file).ok());
+    std::uint32_t count = 0;
+    QVERIFY(file->write("abc", 3, &count).ok());
+    QCOMPARE(count, 3U);
+    QVERIFY(file->close().ok());
+    QFile written(path);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QCOMPARE(written.readAll(), QByteArray("`cb"));
+}
+
+void FaultyDriveTest::somethingElseHappensOnce()
+{
+    Bench bench;
+    int happened = 0;
+    DriveFault fault;
+    fault.call = DriveCall::OpenForRead;
+    fault.code = DriveErrorCode::None;
+    fault.after = 1;
+    fault.happens = [&happened] { ++happened; };
+    bench.drive->addFault(fault);
+    std::unique_ptr<DriveFile> file;
+    for (const int expected : {0, 1, 1}) {
+        QVERIFY(bench.open(kDump, &file).ok());
+        QCOMPARE(happened, expected);
+    }
 }
 
 void FaultyDriveTest::failedCloseStillCloses()
