@@ -61,9 +61,23 @@ bool PendingFile::write(const QByteArray &bytes)
     clearLastDriveError();
     if (writeFileWhole(localPath(m_temporaryPath).constData(), bytes.constData(), size) == size &&
         lastDriveError().empty())
-        return true;
+        return holds(bytes);
     m_problem = QStringLiteral("Can not write %1: %2")
                     .arg(m_temporaryPath, QString::fromLocal8Bit(lastDriveError().c_str()));
+    return false;
+}
+
+// A cartridge may be overwritten next, so that nobody's word is taken for what is in its backup.
+bool PendingFile::holds(const QByteArray &bytes)
+{
+    QByteArray found;
+    if (!readUserFile(m_temporaryPath, &found, &m_problem))
+        return false;
+    if (found == bytes)
+        return true;
+    m_problem =
+        QStringLiteral("%1 does not hold what was written to it; the disk is not to be trusted.")
+            .arg(m_temporaryPath);
     return false;
 }
 

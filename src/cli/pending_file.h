@@ -33,7 +33,7 @@ public:
     // Where to write, for a job that does it itself.
     QString temporaryPath() const { return m_temporaryPath; }
 
-    // Returns: false with the reason in problem().
+    // Writes and reads back. Returns: false with the reason in problem().
     bool write(const QByteArray &bytes);
 
     // Gives the file its name, or `otherPath` in the same folder. Returns: false with the reason in
@@ -41,6 +41,8 @@ public:
     bool commit(const QString &otherPath = {});
 
 private:
+    bool holds(const QByteArray &bytes);
+
     QString m_finalPath;
     QString m_temporaryPath;
     QString m_problem;
