@@ -3,12 +3,16 @@
 #include "device/device_link.h"
 #include "device/device_ops.h"
 
-FlashChip probeForFlashJob(CliJob *job, const std::function<void(const QString &)> &line)
+std::optional<FlashChip> probeForFlashJob(CliJob *job,
+                                          const std::function<void(const QString &)> &line)
 {
     const ReaderSession session;
     if (findDevice(0, nullptr) == 0 || selectGbMode() == 0)
-        return {};
+        return FlashChip{};
     const FlashChip chip = probeFlashChip();
+    const FlashChip again = probeFlashChip();
+    if (again.isWide != chip.isWide || again.sizeBytes != chip.sizeBytes)
+        return std::nullopt;
     job->flashWidth = chip.isWide ? 1 : 0;
     line(chip.isWide ? QStringLiteral("Flash chip is 16bit width")
                      : QStringLiteral("Flash chip is 8bit width"));

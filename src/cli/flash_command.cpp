@@ -116,7 +116,16 @@ ExitCode runFlash(const CliOptions &options, Reporter &reporter)
                          QStringLiteral(" Nothing was written; the cartridge is as it was."));
         return ExitCode::Refused;
     }
-    const FlashChip chip = probeForFlashJob(&job, [&](const QString &line) { reporter.log(line); });
+    const std::optional<FlashChip> asked =
+        probeForFlashJob(&job, [&](const QString &line) { reporter.log(line); });
+    if (!asked) {
+        reporter.problem(
+            QStringLiteral("The flash chip says something else when it is asked again. Clean the "
+                           "contacts, push the cartridge in again. Nothing was written; the "
+                           "cartridge is as it was."));
+        return ExitCode::DataMismatch;
+    }
+    const FlashChip &chip = *asked;
     if (chip.sizeBytes != 0 && std::uint32_t(file.size()) > chip.sizeBytes && !options.forces) {
         reporter.problem(QStringLiteral("The file has %1 bytes, the flash chip %2. Nothing was "
                                         "written; the cartridge is as it was.")
