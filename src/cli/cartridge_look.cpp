@@ -146,8 +146,7 @@ QString readerAdvice(ExitCode code)
                ? QStringLiteral("No reader was found. Plug it in, let the system mount its drive "
                                 "and look at \"gbdriver-cli drives\".")
                : QStringLiteral("The reader does not answer. Unplug it, plug it in again and see "
-                                "whether its drive can be read and written. The cartridge was not "
-                                "changed.");
+                                "whether its drive can be read and written.");
 }
 
 QString readerProblem(ExitCode code)
@@ -167,7 +166,8 @@ CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
         look.report = detectCartridge([&](const QString &line) { reporter.log(line); });
         look.code = readerFault(look.report);
         if (look.code != ExitCode::Done) {
-            reporter.problem(readerProblem(look.code));
+            reporter.problem(readerProblem(look.code) +
+                             QStringLiteral("\nThe cartridge was not changed."));
             return look;
         }
         found = valuesFound(look.report);

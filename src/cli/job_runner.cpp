@@ -3,6 +3,7 @@
 #include "cli/cartridge_look.h"
 #include "cli/interrupt.h"
 #include "cli/pending_file.h"
+#include "cli/plain_text.h"
 #include "cli/transfer_hash.h"
 #include "device/device_link.h"
 #include "worker/famicom_thread.h"
@@ -161,7 +162,7 @@ private:
         QStringList parts;
         const QString driveError = QString::fromLocal8Bit(lastDriveError().c_str());
         if (m_log == JobLog::Told && !m_lines.isEmpty() && code != ExitCode::TransferFailed)
-            parts << m_lines.last();
+            parts << tellingLine(m_lines);
         if (!driveError.isEmpty())
             parts << driveError;
         if (code == ExitCode::TransferFailed && !everyByteMoved())
@@ -177,7 +178,7 @@ private:
         switch (code) {
         case ExitCode::NoReader:
         case ExitCode::NoAnswer:
-            return readerAdvice(code);
+            return readerAdvice(code) + QStringLiteral(" This step sent nothing to the cartridge.");
         case ExitCode::TransferFailed:
             return isWriteJob(m_job.operate)
                        ? QStringLiteral("The transfer failed; the cartridge may be partly written.")
