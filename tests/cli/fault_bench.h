@@ -1,0 +1,78 @@
+// One command of the command line on a virtual cartridge whose reader, or whose user's disk, fails in
+// one place; and what is left of it.
+//
+// Thread: the main thread of an application, one at a time.
+#pragma once
+
+#include "cli/cli_options.h"
+#include "cli/exit_code.h"
+#include "cli/trial_bench.h"
+
+#include <QMap>
+#include <QStringList>
+#include <QVector>
+
+#include <array>
+#include <optional>
+
+enum class BenchCommand { Dump, ReadRam, WriteRam, Flash };
+
+struct BenchCase {
+    BenchCommand command = BenchCommand::WriteRam;
+    TrialCartridge cartridge;
+    CartridgeValues values;         // what the user says
+    char keptBits = '\xFF';         // of every byte of a save
+    std::uint32_t flashedBytes = 0; // of the file that is flashed; 0: as large as the chip
+    bool replaces = false;          // the file that is read into exists, with kOldFile in it
+    bool isKnown = false;           // the dump stands in a table of the user's
+    std::optional<QByteArray> file; // what is written, if not something as large as the save
+    bool forces = false;
+    bool makesBackup = true;
+    bool isFolderTaken = false; // a file stands where the folder for backups should be
+};
+
+const QByteArray kOldFile = "what was here before";
+
+constexpr std::size_t kDriveCallKinds = static_cast<std::size_t>(DriveCall::Close) + 1;
+
+struct BenchRun {
+    ExitCode code = ExitCode::Done;
+    QByteArray old;    // what was in the chip that the command is about
+    QByteArray found;  // what is in it now
+    QByteArray wanted; // what a write should have brought; of a read, what should have been read
+    QMap<QString, QByteArray> backups; // by path
+    QStringList leftovers;             // temporary files beside the user's
+    bool hasFile = false;              // a read left one under its name
+    QByteArray file;
+    QString answers;                                    // standard output
+    QString told;                                       // standard error
+    std::array<std::uint32_t, kDriveCallKinds> calls{}; // by DriveCall
+};
+
+// Runs the command as with --quiet. An erase that does not end is interrupted as with Ctrl-C.
+BenchRun runOnBench(const BenchCase &bench, const QVector<DriveFault> &faults = {});
+
+// Whether two contents of the chip are the same as far as it keeps them.
+bool isSameContent(const BenchCase &bench, const QByteArray &left, const QByteArray &right);
+
+// A way to fail.
+struct NamedFault {
+    const char *name;
+    DriveFault fault;
+};
+
+// All ways in which calls of this kind fail; the first one of them is hit.
+QVector<NamedFault> waysToFail(DriveCall call);
+
+// What is wrong with a run.
+using BenchCheck = QStringList (*)(const BenchCase &, const BenchRun &);
+
+enum class Ways {
+    All,
+    InTurn // an error for every call, and one of the other ways; all of them if the environment
+           // has GBDRIVER_ALL_FAULTS
+};
+
+// Fails every call that the command makes, one after the other, each in a run of its own.
+// Returns: number of faults injected. Problems are added to `*problems`, each with its fault.
+int failEveryCall(const BenchCase &bench, Ways ways, BenchCheck check, QStringList *problems);

@@ -1,0 +1,141 @@
+// What write-ram does with files that do not fit, with folders that can not hold a backup, and what a
+// refused job says.
+#include "bench_cases.h"
+#include "write_faults.h"
+
+#include <QtTest>
+
+namespace
+{
+
+constexpr int kSaveBytes = 8192;
+
+BenchCase writing(int fileBytes)
+{
+    BenchCase bench = gbSave(0x1B, kSaveBytes);
+    bench.file = QByteArray(fileBytes, '\x5A');
+    return bench;
+}
+
+} // namespace
+
+class SaveCommandsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fileOfTheWrongSizeIsRefused_data();
+    void fileOfTheWrongSizeIsRefused();
+    void forceWritesWhatFits_data();
+    void forceWritesWhatFits();
+    void emptyFileIsRefusedEvenByForce();
+    void noBackupMakesNone();
+    void noBackupKeepsTheRestOfAShortFile();
+    void takenBackupFolderStopsTheWrite();
+    void saveCanBeErased();
+    void reasonOfTheScriptIsTold();
+};
+
+void SaveCommandsTest::fileOfTheWrongSizeIsRefused_data()
+{
+    QTest::addColumn<int>("fileBytes");
+    for (const int bytes : {1, 512, kSaveBytes - 1, kSaveBytes + 1, 4 * kSaveBytes})
+        QTest::newRow(qPrintable(QString("%1 bytes").arg(bytes))) << bytes;
+}
+
+void SaveCommandsTest::fileOfTheWrongSizeIsRefused()
+{
+    QFETCH(int, fileBytes);
+    const BenchRun run = runOnBench(writing(fileBytes));
+    QCOMPARE(run.code, ExitCode::Refused);
+    QCOMPARE(run.found, run.old);
+    QVERIFY(run.backups.isEmpty());
+    QVERIFY2(run.told.contains(QString("has %1 bytes, the save of the cartridge has %2.")
+                                   .arg(fileBytes)
+                                   .arg(kSaveBytes)),
+             qPrintable(run.told));
+    QVERIFY(run.told.contains("--force"));
+}
+
+void SaveCommandsTest::forceWritesWhatFits_data()
+{
+    QTest::addColumn<int>("fileBytes");
+    for (const int bytes : {1, kSaveBytes - 1, kSaveBytes + 1, 4 * kSaveBytes})
+        QTest::newRow(qPrintable(QString("%1 bytes").arg(bytes))) << bytes;
+}
+
+void SaveCommandsTest::forceWritesWhatFits()
+{
+    QFETCH(int, fileBytes);
+    BenchCase bench = writing(fileBytes);
+    bench.forces = true;
+    const BenchRun run = runOnBench(bench);
+    QVERIFY2(run.code == ExitCode::Done, qPrintable(run.told));
+    QCOMPARE(run.found.size(), kSaveBytes);
+    QCOMPARE(run.found, run.wanted);
+    QVERIFY(run.wanted.startsWith(bench.file->left(kSaveBytes)));
+    QVERIFY(hasBackup(bench, run));
+}
+
+void SaveCommandsTest::emptyFileIsRefusedEvenByForce()
+{
+    BenchCase bench = writing(0);
+    bench.forces = true;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::Refused);
+    QCOMPARE(run.found, run.old);
+}
+
+void SaveCommandsTest::noBackupMakesNone()
+{
+    BenchCase bench = writing(kSaveBytes);
+    bench.makesBackup = false;
+    bench.isFolderTaken = true;
+    const BenchRun run = runOnBench(bench);
+    QVERIFY2(run.code == ExitCode::Done, qPrintable(run.told));
+    QCOMPARE(run.found, *bench.file);
+    QVERIFY(run.backups.isEmpty());
+}
+
+void SaveCommandsTest::noBackupKeepsTheRestOfAShortFile()
+{
+    BenchCase bench = writing(100);
+    bench.makesBackup = false;
+    bench.forces = true;
+    const BenchRun run = runOnBench(bench);
+    QVERIFY2(run.code == ExitCode::Done, qPrintable(run.told));
+    QCOMPARE(run.found, *bench.file + run.old.mid(100));
+}
+
+void SaveCommandsTest::takenBackupFolderStopsTheWrite()
+{
+    BenchCase bench = writing(kSaveBytes);
+    bench.isFolderTaken = true;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::FileError);
+    QCOMPARE(run.found, run.old);
+    QVERIFY(run.told.contains("/backups for the backup. Nothing was written"));
+}
+
+void SaveCommandsTest::saveCanBeErased()
+{
+    BenchCase bench = gbaSave(GbaSaveType::Sram, 0, 32768);
+    bench.file = QByteArray(32768, '\xFF');
+    const BenchRun erased = runOnBench(bench);
+    QCOMPARE(erased.code, ExitCode::Done);
+    QVERIFY(hasBackup(bench, erased));
+    QCOMPARE(erased.found, QByteArray(32768, '\xFF'));
+}
+
+void SaveCommandsTest::reasonOfTheScriptIsTold()
+{
+    BenchCase bench = with(BenchCommand::Dump, gbSave(0x1B, kSaveBytes));
+    bench.values.romSize = 48 * 1024;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::Refused);
+    QVERIFY2(run.told.contains("MBC5: cannot read a ROM of 49152 bytes"), qPrintable(run.told));
+    QVERIFY(!run.hasFile);
+}
+
+QTEST_GUILESS_MAIN(SaveCommandsTest)
+#include "save_commands_test.moc"
