@@ -10,9 +10,20 @@
 namespace
 {
 
-// With date, number and suffix behind it below the 255 bytes of every file system, also where a
-// character takes several.
-constexpr int kLongestTitle = 60;
+// Bytes; with date, number and suffix behind it below the 255 that file systems take.
+constexpr int kLongestTitle = 180;
+
+// Shortens the title proper, and not what stands in brackets behind it: region and revision tell
+// one file from another.
+QString shortened(const QString &title)
+{
+    const int bracket = title.indexOf(QStringLiteral(" ("));
+    QString name = title.left(bracket);
+    const QString rest = bracket < 0 ? QString() : title.mid(bracket).left(kLongestTitle / 2);
+    while (!name.isEmpty() && (name + rest).toUtf8().size() > kLongestTitle)
+        name.chop(1);
+    return name + rest;
+}
 
 bool isUsable(QChar character)
 {
@@ -30,7 +41,7 @@ QString defaultBackupFolder()
 
 QString safeFileName(const QString &title)
 {
-    QString name = title.simplified().left(kLongestTitle);
+    QString name = shortened(title.simplified());
     for (QChar &character : name) {
         if (!isUsable(character))
             character = QLatin1Char('_');

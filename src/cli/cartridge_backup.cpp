@@ -23,6 +23,10 @@ namespace
 {
 
 constexpr int kColorFlagOffset = 0x143;
+constexpr int kTypeOffset = 0x147;
+constexpr int kFirstMmm01Type = 0x0B;
+constexpr int kLastMmm01Type = 0x0D;
+constexpr int kPlainMmm01Rom = 512 * 1024;
 constexpr char kColorFlag = '\x80';
 // The largest that a reader reads without a bank switch; a game that no table knows may have less,
 // which shows in what is read.
@@ -44,7 +48,7 @@ public:
 
     CartridgeBackup run()
     {
-        tellValues({ExitCode::Done, m_values, m_report, m_result.title}, {}, m_values, m_reporter);
+        tellValues({ExitCode::Done, m_values, m_values, m_report, m_result.title}, {}, m_reporter);
         const bool romIsThere = backUpRom();
         const bool saveIsThere = !isStopped() && backUpSave();
         m_result.isNew = !(romIsThere && saveIsThere);
@@ -176,12 +180,31 @@ private:
         return keep(verdict, romSuffix(), false, &rom);
     }
 
+    // An MMM01 is multiplexed for more than 512 KiB of ROM, and keeps that until power-off.
+    bool isLockedByRomJob() const
+    {
+        const auto type = static_cast<std::uint8_t>(m_report.header[kTypeOffset]);
+        return m_values.system == kSystemGb && type >= kFirstMmm01Type && type <= kLastMmm01Type &&
+               m_values.romSize.value_or(0) > kPlainMmm01Rom;
+    }
+
+    // A ROM takes its time, and who is in a hurry swaps before its end.
+    bool isSameCartridge() const
+    {
+        return detectCartridge([](const QString &) {}).header == m_report.header;
+    }
+
     bool backUpSave()
     {
         BackedUpMemory &save = m_record.save;
         const QString danger = dangerOf(m_report, *findCliCommand(QStringLiteral("read-ram")));
         if (!danger.isEmpty())
             return failWith(ExitCode::Refused, QStringLiteral("not read: ") + danger, &save);
+        if (m_values.ramSize && isLockedByRomJob())
+            return failWith(ExitCode::Refused,
+                            QStringLiteral("not read: after a ROM of this size an MMM01 shows its "
+                                           "save in pieces until it is taken out; use read-ram"),
+                            &save);
         if (!m_values.ramSize) {
             save.verdict = isUnknownGbaGame(m_report)
                                ? QStringLiteral("not read: no table knows this game; use read-ram "
@@ -191,6 +214,9 @@ private:
                 note(ExitCode::NotRecognised);
             return !isUnknownGbaGame(m_report);
         }
+        if (!isSameCartridge())
+            return failWith(ExitCode::DataMismatch,
+                            QStringLiteral("not read: the cartridge was changed meanwhile"), &save);
         CliJob job;
         SaveEvidence evidence;
         if (!makeJob("read-ram", &job, &save) || !read(job, &save) ||
@@ -216,15 +242,22 @@ private:
         return {};
     }
 
+    // Keeps the good name for a good read. A save that is suspicious may well be an empty one.
+    static QString markOf(VerdictKind kind, bool isSave)
+    {
+        if (kind == VerdictKind::Unstable)
+            return QStringLiteral(".unstable");
+        return kind == VerdictKind::Suspicious && !isSave ? QStringLiteral(".suspicious")
+                                                          : QString();
+    }
+
     // Returns: true if nothing had to be written.
     bool keep(const Verdict &verdict, const QString &suffix, bool isDated, BackedUpMemory *memory)
     {
         note(exitCodeOf(verdict.kind));
         memory->path = sameFile(*memory, suffix);
         const bool isThere = !memory->path.isEmpty();
-        const QString end =
-            suffix +
-            (verdict.kind == VerdictKind::Unstable ? QStringLiteral(".unstable") : QString());
+        const QString end = suffix + markOf(verdict.kind, isDated);
         if (!isThere && !writeNew(isDated, end, memory))
             return false;
         memory->verdict =

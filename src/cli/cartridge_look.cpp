@@ -54,8 +54,7 @@ const char *sourceOf(const ValueRow &row, const CartridgeValues &said, const Car
 }
 
 // "mbc5 (user: --mapper; header: mbc3)"
-QString rowText(const ValueRow &row, const CartridgeValues &said, const CartridgeValues &found,
-                const CartridgeLook &look)
+QString rowText(const ValueRow &row, const CartridgeValues &said, const CartridgeLook &look)
 {
     const int value = *(look.values.*row.value);
     QString text = QStringLiteral("  %1 %2 %3")
@@ -65,8 +64,8 @@ QString rowText(const ValueRow &row, const CartridgeValues &said, const Cartridg
     if (!(said.*row.value))
         return text;
     text += QStringLiteral(": ") + QLatin1String(row.option);
-    if (found.*row.value && found.*row.value != value)
-        text += QStringLiteral(" (the cartridge says %1)").arg(row.text(*(found.*row.value)));
+    if (look.found.*row.value && look.found.*row.value != value)
+        text += QStringLiteral(" (the cartridge says %1)").arg(row.text(*(look.found.*row.value)));
     return text;
 }
 
@@ -83,8 +82,7 @@ bool hasNoSave(const CliOptions &options, const CartridgeLook &look)
 
 } // namespace
 
-void tellValues(const CartridgeLook &look, const CartridgeValues &said,
-                const CartridgeValues &found, Reporter &reporter)
+void tellValues(const CartridgeLook &look, const CartridgeValues &said, Reporter &reporter)
 {
     QJsonObject object{{QStringLiteral("what"), QStringLiteral("cartridge")}};
     QJsonObject from;
@@ -93,7 +91,7 @@ void tellValues(const CartridgeLook &look, const CartridgeValues &said,
         if (!(look.values.*row.value))
             continue;
         const int value = *(look.values.*row.value);
-        lines << rowText(row, said, found, look);
+        lines << rowText(row, said, look);
         object.insert(QLatin1String(row.key), isSize(row) ? QJsonValue(value) : row.text(value));
         from.insert(QLatin1String(row.key), QLatin1String(sourceOf(row, said, look)));
     }
@@ -161,7 +159,6 @@ QString readerProblem(ExitCode code)
 CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
 {
     CartridgeLook look;
-    CartridgeValues found;
     if (options.looks) {
         look.report = detectCartridge([&](const QString &line) { reporter.log(line); });
         look.code = readerFault(look.report);
@@ -170,10 +167,10 @@ CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
                              QStringLiteral("\nThe cartridge was not changed."));
             return look;
         }
-        found = valuesFound(look.report);
+        look.found = valuesFound(look.report);
         look.title = titleOf(look.report);
     }
-    if (contradicts(options.values, found)) {
+    if (contradicts(options.values, look.found)) {
         reporter.problem(QStringLiteral("The cartridge is of another system than --system says. It "
                                         "was only looked at; leave --system out."));
         look.code = ExitCode::Refused;
@@ -185,8 +182,8 @@ CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
         look.code = ExitCode::Refused;
         return look;
     }
-    look.values = mergeValues(options.values, found);
-    tellValues(look, options.values, found, reporter);
+    look.values = mergeValues(options.values, look.found);
+    tellValues(look, options.values, reporter);
     if (options.looks)
         for (const QString &doubt : doubtsAbout(look.report, *options.command, look.values))
             reporter.log(doubt);
@@ -208,6 +205,9 @@ ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &loo
             touched);
         return ExitCode::Refused;
     }
+    if (options.looks && !look.found.system)
+        problem.prepend(QStringLiteral("No cartridge was recognised. Push it in again, clean its "
+                                       "contacts, or say what it is: "));
     reporter.problem(problem +
                      QStringLiteral(" Try \"gbdriver-cli %1 --help\". ")
                          .arg(QLatin1String(options.command->name)) +

@@ -12,6 +12,7 @@
 struct CartridgeLook {
     ExitCode code = ExitCode::Done;
     CartridgeValues values; // the user's, completed by what was found
+    CartridgeValues found;  // the cartridge's alone
     CartridgeReport report; // empty if the cartridge was not looked at
     QString title;          // of the header or the game table; empty if unknown
 };
@@ -27,9 +28,8 @@ CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter);
 ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &look,
                              const QString &path, Reporter &reporter, CliJob *job);
 
-// Tells look.values, and for each whether the user `said` it or it was `found`.
-void tellValues(const CartridgeLook &look, const CartridgeValues &said,
-                const CartridgeValues &found, Reporter &reporter);
+// Tells look.values, and for each whether the user `said` it or it was found.
+void tellValues(const CartridgeLook &look, const CartridgeValues &said, Reporter &reporter);
 
 // NoReader or NoAnswer if the report says that the reader can not be used; else Done.
 ExitCode readerFault(const CartridgeReport &report);

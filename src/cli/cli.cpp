@@ -12,6 +12,7 @@
 #include "cli/save_commands.h"
 #include "cli/script_list.h"
 #include "cli/self_test.h"
+#include "cli/terminal.h"
 #include "device/device_link.h"
 #include "virtual/backend_choice.h"
 
@@ -93,6 +94,7 @@ ExitCode runCommand(const CliOptions &options, Reporter &reporter)
 int runCli(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    const ConsoleCodePage codePage;
     const CliOptions options = parseCliOptions(QCoreApplication::arguments());
     const bool isHelp = options.request == CliRequest::ShowText;
     if (isHelp || options.request == CliRequest::Refuse) {

@@ -16,6 +16,7 @@ constexpr char kTama5Type = '\xFD';
 constexpr int kSizeOfUnknownRom = 32768;
 constexpr int kMbc2Row = 2; // of kMappers
 constexpr int kTama5Row = 6;
+constexpr int kMbc2Bytes = 512;
 
 std::optional<int> unlessZero(int value)
 {
@@ -57,6 +58,7 @@ struct DangerRow {
 };
 
 constexpr DangerRow kDangers[] = {
+    {kMbc6Type, "The save of an MBC6 can not be read or written: no script knows this mapper."},
     {kMbc7Type, "The save of an MBC7 can not be read or written: it lies in a serial EEPROM that "
                 "moves one bit at a time, and the reader has no command for that."},
     {kTama5Type,
@@ -73,7 +75,7 @@ std::int32_t saveSizeOf(const CartridgeReport &report)
 {
     // An MBC2 has its memory built in, whatever the code says.
     if (report.gb.mbcType == kMappers[kMbc2Row].value)
-        return report.gb.ramSize;
+        return kMbc2Bytes;
     switch (report.header[kRamSizeOffset]) {
     case 4:
         return 128 * 1024;

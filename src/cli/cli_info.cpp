@@ -4,6 +4,7 @@
 #include "cli/cartridge_look.h"
 #include "cli/cli_command.h"
 #include "cli/cli_detection.h"
+#include "cli/interrupt.h"
 #include "cli/job_runner.h"
 
 #include <QJsonObject>
@@ -29,15 +30,15 @@ const std::uint8_t *bytesOf(const QByteArray &bytes)
 }
 
 // Dumps the ROM to sum it up.
-QString globalChecksum(const CartridgeReport &report, Reporter &reporter)
+QString globalChecksum(const CartridgeReport &report, Reporter &reporter, ExitCode *code)
 {
     CliJob job;
     QString problem;
     QByteArray rom;
-    const bool isComplete = completeJob(*findCliCommand(QStringLiteral("dump")), QString(),
-                                        valuesFound(report), &job, &problem);
-    if (!isComplete ||
-        readToMemory(job, "read", JobLog::ToldOnFailure, reporter, &rom).code != ExitCode::Done)
+    if (completeJob(*findCliCommand(QStringLiteral("dump")), QString(), valuesFound(report), &job,
+                    &problem))
+        *code = readToMemory(job, "read", JobLog::ToldOnFailure, reporter, &rom).code;
+    if (rom.isEmpty())
         return QStringLiteral("not checked, the ROM can not be read");
     return rightOrWrong(
         gbGlobalChecksumIsRight(bytesOf(rom), static_cast<std::uint32_t>(rom.size())));
@@ -52,7 +53,7 @@ QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, Re
                               "Header checksum: ", rightOrWrong(gbHeaderChecksumIsRight(header))};
         checks << HeaderCheck{"globalChecksum", "Global checksum: ",
                               isQuick ? QStringLiteral("not checked")
-                                      : globalChecksum(report, reporter)};
+                                      : globalChecksum(report, reporter, code)};
     } else if (report.outcome == ReportOutcome::GbaCartridge || isUnknownGbaGame(report)) {
         checks << HeaderCheck{"complementCheck",
                               "Complement check: ", rightOrWrong(gbaComplementIsRight(header))};
@@ -140,7 +141,8 @@ ExitCode runInfo(const CliOptions &options, Reporter &reporter)
 {
     const CartridgeReport report =
         detectCartridge([&](const QString &line) { reporter.answer(line); });
-    const QVector<HeaderCheck> checks = checkHeader(report, options.isQuick, reporter);
+    ExitCode romCode = ExitCode::Done;
+    const QVector<HeaderCheck> checks = checkHeader(report, options.isQuick, reporter, &romCode);
     reporter.event("detected", detectedObject(report, checks));
     const ExitCode code = readerFault(report);
     if (code != ExitCode::Done) {
@@ -153,5 +155,5 @@ ExitCode runInfo(const CliOptions &options, Reporter &reporter)
         return ExitCode::NotRecognised;
     }
     tellChecks(report, checks, reporter);
-    return ExitCode::Done;
+    return wasInterrupted() ? ExitCode::Cancelled : romCode;
 }

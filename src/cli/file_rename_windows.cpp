@@ -7,6 +7,10 @@
 namespace
 {
 
+// A virus scanner holds a new file for a moment.
+constexpr int kAttempts = 20;
+constexpr DWORD kPauseMs = 50;
+
 QString textOf(DWORD error)
 {
     wchar_t text[256] = {};
@@ -27,9 +31,16 @@ std::wstring nativeName(const QString &path)
 bool renameFile(const QString &from, const QString &to, bool replaces, QString *problem)
 {
     const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0U);
-    // FALSE: failed.
-    if (MoveFileExW(nativeName(from).c_str(), nativeName(to).c_str(), flags) != FALSE)
-        return true;
-    *problem = QStringLiteral("Can not write %1: %2").arg(to, textOf(GetLastError()));
+    DWORD error = ERROR_SUCCESS;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        // FALSE: failed.
+        if (MoveFileExW(nativeName(from).c_str(), nativeName(to).c_str(), flags) != FALSE)
+            return true;
+        error = GetLastError();
+        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)
+            break;
+        Sleep(kPauseMs);
+    }
+    *problem = QStringLiteral("Can not write %1: %2").arg(to, textOf(error));
     return false;
 }

@@ -85,12 +85,36 @@ CliJob readingJob(const CliJob &flashJob, int bytes)
 }
 
 // All that the erase will destroy: the chip as it says itself, else all that the mapper reaches.
-int bytesToKeep(const CliOptions &options, const FlashChip &chip, const FlashLimit &limit)
+int bytesToKeep(const FlashChip &chip, const FlashLimit &limit)
 {
-    if (options.values.romSize)
-        return *options.values.romSize;
     const bool isKnown = chip.sizeBytes != 0 && chip.sizeBytes < std::uint32_t(limit.readBytes);
     return isKnown ? int(chip.sizeBytes) : limit.readBytes;
+}
+
+// The file and the user's --rom-size beside what the chip says. Returns: why nothing is written;
+// empty if all is well.
+QString sizeFault(const CliOptions &options, int fileSize, const FlashChip &chip, int bytesToKeep)
+{
+    if (options.forces)
+        return {};
+    if (chip.sizeBytes != 0 && std::uint32_t(fileSize) > chip.sizeBytes)
+        return QStringLiteral("The file has %1 bytes, the flash chip %2.")
+            .arg(fileSize)
+            .arg(chip.sizeBytes);
+    if (options.makesBackup && options.values.romSize && *options.values.romSize < bytesToKeep)
+        return QStringLiteral(
+                   "The chip is erased as a whole, and a backup of %1 bytes may be only a "
+                   "part of it: up to %2 can be in it. Leave --rom-size out, or give "
+                   "--force if you know the chip.")
+            .arg(*options.values.romSize)
+            .arg(bytesToKeep);
+    return {};
+}
+
+ExitCode refuse(const QString &fault, Reporter &reporter)
+{
+    reporter.problem(fault + QStringLiteral(" Nothing was written; the cartridge is as it was."));
+    return ExitCode::Refused;
 }
 
 } // namespace
@@ -111,11 +135,8 @@ ExitCode runFlash(const CliOptions &options, Reporter &reporter)
     if (code != ExitCode::Done)
         return code;
     const QString fault = fileFault(file, look.values);
-    if (!fault.isEmpty()) {
-        reporter.problem(fault +
-                         QStringLiteral(" Nothing was written; the cartridge is as it was."));
-        return ExitCode::Refused;
-    }
+    if (!fault.isEmpty())
+        return refuse(fault, reporter);
     const std::optional<FlashChip> asked =
         probeForFlashJob(&job, [&](const QString &line) { reporter.log(line); });
     if (!asked) {
@@ -126,17 +147,15 @@ ExitCode runFlash(const CliOptions &options, Reporter &reporter)
         return ExitCode::DataMismatch;
     }
     const FlashChip &chip = *asked;
-    if (chip.sizeBytes != 0 && std::uint32_t(file.size()) > chip.sizeBytes && !options.forces) {
-        reporter.problem(QStringLiteral("The file has %1 bytes, the flash chip %2. Nothing was "
-                                        "written; the cartridge is as it was.")
-                             .arg(file.size())
-                             .arg(chip.sizeBytes));
-        return ExitCode::Refused;
-    }
+    const int toKeep = bytesToKeep(chip, *limitOf(look.values));
+    const QString misfit = sizeFault(options, file.size(), chip, toKeep);
+    if (!misfit.isEmpty())
+        return refuse(misfit, reporter);
     KeptBackup backup;
     if (options.makesBackup)
-        backup = keepBackup(readingJob(job, bytesToKeep(options, chip, *limitOf(look.values))),
-                            options.backupFolder, look.title, reporter);
+        backup = keepBackup({readingJob(job, options.values.romSize.value_or(toKeep)),
+                             options.backupFolder, look.title, false, chip.sizeBytes == 0},
+                            reporter);
     if (backup.code != ExitCode::Done)
         return backup.code;
     return writeAndCheck(job, readingJob(job, powerOfTwoFrom(file.size())), file, backup, reporter);

@@ -1,5 +1,7 @@
 #include "cli/interrupt.h"
 
+#include "cli/stop_signals.h"
+
 #include <csignal>
 
 namespace
@@ -18,7 +20,10 @@ extern "C" void onInterrupt(int signal)
 void watchForInterrupt()
 {
     interrupted = 0;
-    std::signal(SIGINT, onInterrupt);
+    for (const int signal : stopSignals())
+        std::signal(signal, onInterrupt);
+    for (const int signal : ignoredSignals())
+        std::signal(signal, SIG_IGN);
 }
 
 bool wasInterrupted()

@@ -1,4 +1,4 @@
-// The user's Ctrl-C: noticed once, so that a job can be asked to stop; a second one ends the
+// The user's Ctrl-C, or another signal that asks to stop: noticed once, so that a job can be asked to stop; a second one ends the
 // program at once.
 //
 // Thread: the main thread; the flag may be read from any.

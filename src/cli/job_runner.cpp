@@ -7,6 +7,7 @@
 #include "cli/transfer_hash.h"
 #include "device/device_link.h"
 #include "worker/famicom_thread.h"
+#include "worker/local_path.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -154,7 +155,14 @@ private:
         if (m_flag == 0 && (saidAnywhere(QStringLiteral("Nothing was sent to the cartridge.")) ||
                             said(QObject::tr("Unknow operate!"))))
             return ExitCode::Refused;
-        return m_flag == 0 && m_isAsked ? ExitCode::Cancelled : ExitCode::TransferFailed;
+        return m_flag == 0 && m_isAsked && isErasing() ? ExitCode::Cancelled
+                                                       : ExitCode::TransferFailed;
+    }
+
+    bool isErasing() const
+    {
+        return said(QObject::tr("Start erase flash chip...")) &&
+               !said(QObject::tr("Erase flash chip finish."));
     }
 
     QString describe(ExitCode code) const
@@ -187,7 +195,8 @@ private:
         case ExitCode::FileError:
             return QStringLiteral("The file %1 failed; see the lines above.").arg(m_job.fileName);
         case ExitCode::Cancelled:
-            return QStringLiteral("Stopped while the chip was being erased. Its content is lost.");
+            return QStringLiteral(
+                "Stopped while the chip was being erased. Its content may be lost.");
         default:
             return QStringLiteral("The cartridge was not touched.");
         }
@@ -201,6 +210,19 @@ private:
     int m_flag = 0;
     bool m_isAsked = false;
 };
+
+// Seen before a long transfer and not after it.
+bool isUsable(const QTemporaryDir &folder, Reporter &reporter)
+{
+    if (folder.isValid() && !localPath(folder.path()).isEmpty())
+        return true;
+    reporter.problem(
+        QStringLiteral("There is no usable folder for temporary files (%1). Set TMPDIR, "
+                       "on Windows TEMP, to another one. The cartridge was not "
+                       "touched.")
+            .arg(folder.isValid() ? folder.path() : folder.errorString()));
+    return false;
+}
 
 } // namespace
 
@@ -224,6 +246,8 @@ JobResult readToMemory(const CliJob &job, const char *phase, JobLog log, Reporte
                        QByteArray *bytes)
 {
     const QTemporaryDir folder;
+    if (!isUsable(folder, reporter))
+        return {ExitCode::FileError, {}};
     CliJob toFolder = job;
     toFolder.fileName = folder.filePath(QStringLiteral("read"));
     const JobResult result = runJob(toFolder, phase, log, reporter);
@@ -238,6 +262,8 @@ JobResult writeFromMemory(const CliJob &job, const QByteArray &bytes, const char
                           Reporter &reporter)
 {
     const QTemporaryDir folder;
+    if (!isUsable(folder, reporter))
+        return {ExitCode::FileError, {}};
     CliJob fromFolder = job;
     fromFolder.fileName = folder.filePath(QStringLiteral("write"));
     PendingFile file(fromFolder.fileName, ExistingFile::Keep);

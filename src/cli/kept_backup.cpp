@@ -26,65 +26,79 @@ ExitCode fail(ExitCode code, const QString &problem, Reporter &reporter)
     return code;
 }
 
-// An erased chip, or a save that never was, needs no file.
-bool isWorthKeeping(const QByteArray &bytes)
+bool isErasedRom(const QByteArray &bytes, const CliJob &job)
 {
-    return bytes.count('\xFF') != bytes.size();
+    return !movesSave(job) && bytes.count('\xFF') == bytes.size();
 }
 
-// A ROM that was read beyond the end of its chip holds the chip several times.
-QByteArray contentOf(const QByteArray &bytes, const CliJob &job)
+const std::uint8_t *bytesOf(const QByteArray &bytes)
 {
-    if (movesSave(job))
-        return bytes;
-    const auto *first = reinterpret_cast<const std::uint8_t *>(bytes.constData());
-    return bytes.left(
-        static_cast<int>(repeatedContentSize(first, static_cast<std::uint32_t>(bytes.size()))));
+    return reinterpret_cast<const std::uint8_t *>(bytes.constData());
 }
 
-ExitCode store(const QString &folder, const QString &title, const CliJob &job, Reporter &reporter,
-               KeptBackup *backup)
+QByteArray contentOf(const QByteArray &bytes, const BackupPlan &plan)
 {
+    return plan.cutsRepetitions ? bytes.left(static_cast<int>(repeatedContentSize(
+                                      bytesOf(bytes), static_cast<std::uint32_t>(bytes.size()))))
+                                : bytes;
+}
+
+ExitCode store(const BackupPlan &plan, Reporter &reporter, KeptBackup *backup)
+{
+    const QString folder = plan.folder.isEmpty() ? defaultBackupFolder() : plan.folder;
     if (!QDir().mkpath(folder))
         return fail(ExitCode::FileError,
                     QStringLiteral("Can not make the folder %1 for the backup.").arg(folder),
                     reporter);
-    const QString path = datedPath(folder, title, QDateTime::currentDateTime(),
-                                   movesSave(job) ? QStringLiteral(".sav") : QStringLiteral(".gb"));
+    const QString path =
+        datedPath(folder, plan.title, QDateTime::currentDateTime(),
+                  movesSave(plan.readJob) ? QStringLiteral(".sav") : QStringLiteral(".gb"));
     PendingFile file(path, ExistingFile::Keep);
-    if (!file.problem().isEmpty() || !file.write(contentOf(backup->bytes, job)) || !file.commit())
+    if (!file.problem().isEmpty() || !file.write(contentOf(backup->bytes, plan)) || !file.commit())
         return fail(ExitCode::FileError, file.problem(), reporter);
     backup->path = path;
     reporter.log(QStringLiteral("Backup: ") + path);
     return ExitCode::Done;
 }
 
+// What two reads of the cartridge are worth as a backup.
+ExitCode judge(const BackupPlan &plan, const QByteArray &bytes, const QString &differences,
+               Reporter &reporter)
+{
+    if (!differences.isEmpty())
+        return fail(ExitCode::DataMismatch,
+                    QStringLiteral("Two reads of the cartridge differ (%1), so there can be no "
+                                   "backup of it. Clean the contacts, push the cartridge in again.")
+                        .arg(differences),
+                    reporter);
+    if (movesSave(plan.readJob) && !plan.acceptsEqualBytes &&
+        allBytesEqual(bytesOf(bytes), static_cast<std::uint32_t>(bytes.size())))
+        return fail(ExitCode::Refused,
+                    QStringLiteral("All bytes of the save are equal. So reads an empty save, but "
+                                   "also a wrong --save-type or --ram-size and a bad contact, and "
+                                   "then the write would destroy a save of which there is no "
+                                   "backup. If the save is empty, give --force."),
+                    reporter);
+    return ExitCode::Done;
+}
+
 } // namespace
 
-KeptBackup keepBackup(const CliJob &readJob, const QString &folder, const QString &title,
-                      Reporter &reporter)
+KeptBackup keepBackup(const BackupPlan &plan, Reporter &reporter)
 {
     KeptBackup backup;
     backup.code =
-        readToMemory(readJob, "backup", JobLog::ToldOnFailure, reporter, &backup.bytes).code;
+        readToMemory(plan.readJob, "backup", JobLog::ToldOnFailure, reporter, &backup.bytes).code;
     QString differences;
     if (backup.code == ExitCode::Done)
-        backup.code = readAgain(readJob, backup.bytes, 1, reporter, &differences);
+        backup.code = readAgain(plan.readJob, backup.bytes, 1, reporter, &differences);
+    if (backup.code == ExitCode::Done)
+        backup.code = judge(plan, backup.bytes, differences, reporter);
     if (backup.code != ExitCode::Done)
         return backup;
-    if (!differences.isEmpty()) {
-        backup.code = fail(ExitCode::DataMismatch,
-                           QStringLiteral("Two reads of the cartridge differ (%1), so there can be "
-                                          "no backup of it. Clean the contacts, push the cartridge "
-                                          "in again.")
-                               .arg(differences),
-                           reporter);
-        return backup;
-    }
-    if (isWorthKeeping(backup.bytes))
-        backup.code = store(folder.isEmpty() ? defaultBackupFolder() : folder, title, readJob,
-                            reporter, &backup);
+    if (isErasedRom(backup.bytes, plan.readJob))
+        reporter.log(QStringLiteral("The flash chip is erased: there is nothing to back up."));
     else
-        reporter.log(QStringLiteral("The cartridge holds only FF: there is nothing to back up."));
+        backup.code = store(plan, reporter, &backup);
     return backup;
 }

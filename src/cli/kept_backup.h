@@ -6,14 +6,23 @@
 
 #include "cli/job_runner.h"
 
+struct BackupPlan {
+    CliJob readJob; // reads all that the write may destroy
+    QString folder; // empty: the default one; made if it does not exist
+    QString title;
+    // A save of equal bytes is kept like any other. It is what an empty save reads as, but also what
+    // a wrong kind of save memory and a bad contact read as, so it takes the user's word.
+    bool acceptsEqualBytes = false;
+    // A ROM that was read beyond the end of its chip holds the chip several times; keep it once.
+    bool cutsRepetitions = false;
+};
+
 struct KeptBackup {
     ExitCode code = ExitCode::Done;
     QByteArray bytes; // what the cartridge holds
-    QString path;     // empty: nothing was worth keeping
+    QString path;     // empty: no file, only possible for a ROM that is nothing but FF, erased
 };
 
-// `readJob` reads the memory. If two reads differ nothing is kept and nothing may be written:
-// DataMismatch. The file is on the disk under its final name when the call returns with Done.
-// `folder` is made if it does not exist.
-KeptBackup keepBackup(const CliJob &readJob, const QString &folder, const QString &title,
-                      Reporter &reporter);
+// If two reads differ nothing is kept and nothing may be written: DataMismatch. The file is on the
+// disk under its final name when the call returns with Done and a path.
+KeptBackup keepBackup(const BackupPlan &plan, Reporter &reporter);

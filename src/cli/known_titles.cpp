@@ -2,6 +2,8 @@
 
 #include "cart/known_dumps.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace
@@ -45,6 +47,8 @@ bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &re
                                         "out.")
                              .arg(path)
                              .arg(table.leftOut));
+        if (table.name.isEmpty())
+            table.name = QFileInfo(path).fileName();
         tables->append(table);
     }
     return true;

@@ -22,6 +22,8 @@ QString nameFault(const QString &path)
         return QStringLiteral("the system can not hold this name in its 8-bit encoding");
     if (info.isDir())
         return QStringLiteral("it is a folder");
+    if (info.exists() && !info.isFile())
+        return QStringLiteral("it is no ordinary file");
     return info.absoluteDir().exists() ? QString() : QStringLiteral("the folder does not exist");
 }
 

@@ -48,7 +48,7 @@ public:
     void problem(const QString &text);
 
     // A transfer of `totalBytes` (0: not known). `phase` is one word of the documented list:
-    // "read", "compare", "backup", "erase", "write", "check".
+    // "read", "compare", "backup", "write", "check".
     void startPhase(const char *phase, qint64 totalBytes);
     void progress(qint64 doneBytes);
     void endPhase();

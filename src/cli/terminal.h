@@ -4,3 +4,16 @@
 bool standardErrorIsTerminal();
 
 bool standardOutputIsTerminal();
+
+// As long as it lives a console shows the system's 8-bit texts as they are.
+class ConsoleCodePage
+{
+public:
+    ConsoleCodePage();
+    ~ConsoleCodePage();
+    ConsoleCodePage(const ConsoleCodePage &) = delete;
+    ConsoleCodePage &operator=(const ConsoleCodePage &) = delete;
+
+private:
+    [[maybe_unused]] unsigned m_old = 0;
+};

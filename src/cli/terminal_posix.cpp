@@ -11,3 +11,7 @@ bool standardOutputIsTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
 }
+
+ConsoleCodePage::ConsoleCodePage() = default;
+
+ConsoleCodePage::~ConsoleCodePage() = default;

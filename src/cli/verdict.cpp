@@ -118,15 +118,16 @@ Verdict judgeSave(const SaveEvidence &evidence)
                 {QStringLiteral("all bytes are equal: an empty save, no contact, or the wrong kind "
                                 "of save memory")}};
     QStringList notes;
-    // Some games keep two copies, so this proves nothing; and nothing is missing.
+    // Some games keep two copies. But so reads a memory whose bank switch does not work.
     if (evidence.contentSize < evidence.size)
         notes << QStringLiteral("everything from byte %1 repeats what is before: two copies, or a "
                                 "smaller save memory")
                      .arg(evidence.contentSize);
     if (evidence.reads < 2)
-        return {
-            VerdictKind::Unverified, {}, {}, QStringList{QStringLiteral("read only once")} + notes};
-    return {VerdictKind::Consistent, {}, {}, QStringList{equalReads(evidence.reads)} + notes};
+        notes.prepend(QStringLiteral("read only once"));
+    if (!notes.isEmpty())
+        return {VerdictKind::Unverified, {}, {}, notes};
+    return {VerdictKind::Consistent, {}, {}, {equalReads(evidence.reads)}};
 }
 
 void describeSave(const QByteArray &save, SaveEvidence *evidence)

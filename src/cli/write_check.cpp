@@ -1,5 +1,8 @@
 #include "cli/write_check.h"
 
+#include "cart/setting_tables.h"
+#include "cli/cli_command.h"
+#include "cli/cli_detection.h"
 #include "cli/interrupt.h"
 #include "cli/pending_file.h"
 #include "cli/repeated_read.h"
@@ -8,19 +11,43 @@
 namespace
 {
 
+constexpr int kMostListed = 8;
+
 bool isFlash(const CliJob &job)
 {
     return job.operate == GB_WRITE_FLASH;
 }
 
-// What the user can do with the backup.
+QString mapperOf(const QString &script)
+{
+    for (const MapperRow &row : kMappers) {
+        if (script == QLatin1String(row.script))
+            return QString::fromLatin1(row.label).toLower();
+    }
+    return QString();
+}
+
+QString optionsOf(const CliJob &job)
+{
+    if (job.scriptName == kGbaScript)
+        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --force")
+            .arg(labelOf(kGbaSaveTypes, job.saveType))
+            .arg(job.ramSize);
+    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperOf(job.scriptName);
+    return isFlash(job) ? mapper + QStringLiteral(" --no-backup")
+                        : mapper + QStringLiteral(" --ram-size %1 --force").arg(job.ramSize);
+}
+
+// What the user can do with the backup. All is said, because the header may be gone or another's,
+// and what is in the cartridge now is not worth a backup.
 QString wayBack(const CliJob &job, const KeptBackup &backup)
 {
     if (backup.path.isEmpty())
         return QStringLiteral("There is no backup.");
     return QStringLiteral("What the cartridge held before is in\n  %1\nTo put it back:\n  "
-                          "gbdriver-cli %2 \"%1\"")
-        .arg(backup.path, isFlash(job) ? QLatin1String("flash") : QLatin1String("write-ram"));
+                          "gbdriver-cli %2 \"%1\" --no-auto %3")
+        .arg(backup.path, isFlash(job) ? QLatin1String("flash") : QLatin1String("write-ram"),
+             optionsOf(job));
 }
 
 // A refusal comes before the first byte; the backup was then for nothing.
@@ -32,6 +59,23 @@ QString stateAfter(ExitCode code, const CliJob &job, const KeptBackup &backup)
     return QStringLiteral("The write did not come to its end. ") + wayBack(job, backup);
 }
 
+// "\n  0x0123: FF instead of 12", a line each.
+QString firstDifferences(const QByteArray &wanted, const QByteArray &found)
+{
+    QString lines;
+    int listed = 0;
+    for (int at = 0; at < wanted.size() && listed < kMostListed; ++at) {
+        if (wanted[at] == found[at])
+            continue;
+        lines += QStringLiteral("\n  0x%1: %2 instead of %3")
+                     .arg(at, 4, 16, QLatin1Char('0'))
+                     .arg(static_cast<std::uint8_t>(found[at]), 2, 16, QLatin1Char('0'))
+                     .arg(static_cast<std::uint8_t>(wanted[at]), 2, 16, QLatin1Char('0'));
+        ++listed;
+    }
+    return lines;
+}
+
 QString mismatchText(const QByteArray &wanted, const QByteArray &found, const MemoryShape &shape)
 {
     const QByteArray a = keptBits(wanted, shape);
@@ -40,8 +84,9 @@ QString mismatchText(const QByteArray &wanted, const QByteArray &found, const Me
     const ByteDifferences differences =
         differingBytes(reinterpret_cast<const std::uint8_t *>(a.constData()),
                        reinterpret_cast<const std::uint8_t *>(b.constData()), size);
-    return QStringLiteral("The cartridge does not hold what was written: %1 differ (%2).")
-        .arg(describeBytes(differences, size), differencesOf(wanted, found, shape));
+    return QStringLiteral("The cartridge does not hold what was written: %1 differ (%2).%3")
+        .arg(describeBytes(differences, size), differencesOf(wanted, found, shape),
+             firstDifferences(a, b));
 }
 
 // The user's own file if that is what is written, so that the job speaks of it; else a copy.

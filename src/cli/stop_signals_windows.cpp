@@ -1,0 +1,16 @@
+#include "cli/stop_signals.h"
+
+#include <csignal>
+
+const std::vector<int> &stopSignals()
+{
+    // SIGBREAK: Ctrl-Break and a console that is closed.
+    static const std::vector<int> signals = {SIGINT, SIGTERM, SIGBREAK};
+    return signals;
+}
+
+const std::vector<int> &ignoredSignals()
+{
+    static const std::vector<int> signals;
+    return signals;
+}
