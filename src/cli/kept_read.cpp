@@ -70,13 +70,16 @@ bool KeptRead::readAgain(int times, QString *differences)
 
 QString KeptRead::nameFor(VerdictKind kind) const
 {
-    if (kind != VerdictKind::Unstable)
-        return m_options.path;
-    const QString path = m_options.path + QStringLiteral(".unstable");
-    if (m_options.overwrites || !QFileInfo::exists(path))
+    QString mark;
+    if (kind == VerdictKind::Unstable)
+        mark = QStringLiteral(".unstable");
+    else if (kind == VerdictKind::Suspicious && QFileInfo::exists(m_options.path))
+        mark = QStringLiteral(".suspicious");
+    const QString path = m_options.path + mark;
+    if (mark.isEmpty() || m_options.overwrites || !QFileInfo::exists(path))
         return path;
     const QFileInfo info(path);
-    return freePath(info.path(), info.completeBaseName(), QStringLiteral(".unstable"));
+    return freePath(info.path(), info.completeBaseName(), mark);
 }
 
 ExitCode KeptRead::finish(const Verdict &verdict)

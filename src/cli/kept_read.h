@@ -28,7 +28,9 @@ public:
     bool readAgain(int times, QString *differences);
 
     // Names the file and tells the verdict. An unstable read gets ".unstable" behind its name, so
-    // that nobody takes it for a dump; where an older one stands, another name.
+    // that nobody takes it for a dump; a suspicious one that would replace a file ".suspicious", for
+    // the save of an empty battery must not take the place of the last good one. Where an older one
+    // stands, another name.
     ExitCode finish(const Verdict &verdict);
 
     ExitCode code() const { return m_code; }

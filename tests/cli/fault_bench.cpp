@@ -118,7 +118,7 @@ public:
 private:
     void giveSave()
     {
-        const QByteArray save = noise(m_bench.save().size(), 7);
+        const QByteArray save = m_case.save ? *m_case.save : noise(m_bench.save().size(), 7);
         if (!m_bench.reader().cartridge().loadSave(ByteVector(save.begin(), save.end())))
             qFatal("the cartridge does not take its save");
     }

@@ -23,6 +23,7 @@ struct BenchCase {
     CartridgeValues values;         // what the user says
     char keptBits = '\xFF';         // of every byte of a save
     std::uint32_t flashedBytes = 0; // of the file that is flashed; 0: as large as the chip
+    std::optional<QByteArray> save; // in the cartridge, if not noise
     bool replaces = false;          // the file that is read into exists, with kOldFile in it
     bool isKnown = false;           // the dump stands in a table of the user's
     std::optional<QByteArray> file; // what is written, if not something as large as the save

@@ -34,7 +34,7 @@ bool isCalledRight(const BenchRun &run)
     return run.code == ExitCode::Done || run.code == ExitCode::Unverified;
 }
 
-// A dump that contradicts itself is kept, for those of hacks do as well.
+// A dump that contradicts itself is kept, for those of hacks do as well; but it replaces nothing.
 bool isCalledSuspicious(const BenchRun &run)
 {
     return run.code == ExitCode::DataMismatch && run.answers.contains("suspicious");
@@ -49,7 +49,8 @@ QStringList problemsOfRead(const BenchCase &bench, const BenchRun &run)
         problems << "a read has changed the cartridge";
     if (isCalledRight(run) && !(run.hasFile && isSameContent(bench, run.file, run.wanted)))
         problems << "the file is not the cartridge";
-    if (!isCalledRight(run) && !isCalledSuspicious(run) && !isAsBefore)
+    const bool mayBeKept = isCalledSuspicious(run) && !bench.replaces;
+    if (!isCalledRight(run) && !mayBeKept && !isAsBefore)
         problems << "a failed read has left a file of " + QString::number(run.file.size());
     if (!run.leftovers.isEmpty())
         problems << "temporary files are left: " + run.leftovers.join(", ");

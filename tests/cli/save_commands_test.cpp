@@ -34,6 +34,7 @@ private slots:
     void takenBackupFolderStopsTheWrite();
     void saveCanBeErased();
     void reasonOfTheScriptIsTold();
+    void suspiciousSaveReplacesNothing();
 };
 
 void SaveCommandsTest::fileOfTheWrongSizeIsRefused_data()
@@ -135,6 +136,23 @@ void SaveCommandsTest::reasonOfTheScriptIsTold()
     QCOMPARE(run.code, ExitCode::Refused);
     QVERIFY2(run.told.contains("MBC5: cannot read a ROM of 49152 bytes"), qPrintable(run.told));
     QVERIFY(!run.hasFile);
+}
+
+// What a cartridge with an empty battery or dirty contacts gives.
+void SaveCommandsTest::suspiciousSaveReplacesNothing()
+{
+    BenchCase bench = with(BenchCommand::ReadRam, gbSave(0x1B, kSaveBytes));
+    bench.save = QByteArray(kSaveBytes, '\xFF');
+    bench.replaces = true;
+    const BenchRun over = runOnBench(bench);
+    QCOMPARE(over.code, ExitCode::DataMismatch);
+    QVERIFY(over.answers.startsWith("suspicious"));
+    QCOMPARE(over.file, kOldFile);
+    QVERIFY2(over.answers.contains("file.suspicious: 8192 bytes"), qPrintable(over.answers));
+    bench.replaces = false;
+    const BenchRun fresh = runOnBench(bench);
+    QCOMPARE(fresh.code, ExitCode::DataMismatch);
+    QCOMPARE(fresh.file, *bench.save);
 }
 
 QTEST_GUILESS_MAIN(SaveCommandsTest)
