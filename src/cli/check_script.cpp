@@ -107,7 +107,7 @@ ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &
     const ScriptKind *kind =
         findScriptKind(kindName.isEmpty() ? QFileInfo(path).fileName() : kindName);
     if (!QFileInfo(path).isFile()) {
-        reporter.problem(QStringLiteral("There is no such script file."));
+        reporter.problem(path + QStringLiteral(": There is no such script file."));
         return ExitCode::FileError;
     }
     if (kind == nullptr) {

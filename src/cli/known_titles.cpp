@@ -39,7 +39,8 @@ bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &re
         DatFile table;
         QString problem;
         if (!readDatFile(path, &table, &problem)) {
-            reporter.problem(problem);
+            reporter.problem(QStringLiteral("--dat ") + problem +
+                             QStringLiteral("\nNothing was read."));
             return false;
         }
         if (table.leftOut != 0)

@@ -345,6 +345,15 @@ private slots:
         QCOMPARE(m_answers, QString());
     }
 
+    void tableThatCanNotBeReadIsNamed()
+    {
+        m_options.datFiles << m_temporary->filePath("missing.dat");
+        QCOMPARE(run({{gameWithoutSave("UNREAD", 1)}}), ExitCode::FileError);
+        QVERIFY2(m_messages.contains("--dat " + m_options.datFiles[0]), qPrintable(m_messages));
+        QVERIFY2(m_messages.contains("Nothing was read."), qPrintable(m_messages));
+        QVERIFY(!QDir(m_options.path).exists());
+    }
+
     void countEndsTheStack()
     {
         m_options.count = 2;
