@@ -80,6 +80,17 @@ bool hasNoSave(const CliOptions &options, const CartridgeLook &look)
            look.report.outcome == ReportOutcome::GbCartridge;
 }
 
+// Why the cartridge did not tell what is missing; empty if it was not looked at, or told something.
+QString silenceOf(const CartridgeLook &look)
+{
+    if (isUnknownGbaGame(look.report))
+        return QStringLiteral("No table knows this GBA game, and its header tells no more.\n");
+    return look.report.outcome == ReportOutcome::Unknown
+               ? QStringLiteral("No cartridge was recognised: push it in again, clean its "
+                                "contacts, or say what it is.\n")
+               : QString();
+}
+
 } // namespace
 
 void tellValues(const CartridgeLook &look, const CartridgeValues &said, Reporter &reporter)
@@ -205,10 +216,7 @@ ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &loo
             touched);
         return ExitCode::Refused;
     }
-    if (options.looks && !look.found.system)
-        problem.prepend(QStringLiteral("No cartridge was recognised. Push it in again, clean its "
-                                       "contacts, or say what it is: "));
-    reporter.problem(problem +
+    reporter.problem((options.looks ? silenceOf(look) : QString()) + problem +
                      QStringLiteral(" Try \"gbdriver-cli %1 --help\". ")
                          .arg(QLatin1String(options.command->name)) +
                      touched);

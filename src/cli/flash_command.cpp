@@ -158,5 +158,9 @@ ExitCode runFlash(const CliOptions &options, Reporter &reporter)
                             reporter);
     if (backup.code != ExitCode::Done)
         return backup.code;
+    reporter.log(
+        QStringLiteral("The erase of a large chip takes minutes. If it does not come to an "
+                       "end, there is no flash chip or it is broken: Ctrl-C ends the wait, "
+                       "and what the chip held may then be lost."));
     return writeAndCheck(job, readingJob(job, powerOfTwoFrom(file.size())), file, backup, reporter);
 }

@@ -48,7 +48,9 @@ ExitCode store(const BackupPlan &plan, Reporter &reporter, KeptBackup *backup)
     const QString folder = plan.folder.isEmpty() ? defaultBackupFolder() : plan.folder;
     if (!QDir().mkpath(folder))
         return fail(ExitCode::FileError,
-                    QStringLiteral("Can not make the folder %1 for the backup.").arg(folder),
+                    QStringLiteral("Can not make the folder %1 for the backup. Name another with "
+                                   "--backup.")
+                        .arg(folder),
                     reporter);
     const QString path =
         datedPath(folder, plan.title, QDateTime::currentDateTime(),

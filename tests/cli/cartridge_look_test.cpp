@@ -194,8 +194,14 @@ private slots:
     {
         QTest::addColumn<QByteArray>("image");
         QTest::addColumn<QString>("missing");
-        QTest::newRow("empty slot") << QByteArray() << "Missing --system: one of gb, gba.";
-        QTest::newRow("unknown GBA game") << gbaGame("ZZZZ") << "Missing --rom-size";
+        QTest::newRow("empty slot")
+            << QByteArray()
+            << "No cartridge was recognised: push it in again, clean its contacts, or say what "
+               "it is.\nMissing --system: one of gb, gba.";
+        QTest::newRow("unknown GBA game")
+            << gbaGame("ZZZZ")
+            << "No table knows this GBA game, and its header tells no more.\n"
+               "Missing --rom-size";
     }
     void unknownCartridgeNeedsTheUser()
     {

@@ -149,7 +149,8 @@ private slots:
         const QString backup = path("backups/" + backups[0]);
         QVERIFY(fileBytes(backup) == old);
         for (const QString &text :
-             {QString("only the wait for an erase can be cut short"),
+             {QString("Ctrl-C ends the wait, and what the chip held may then be lost."),
+              QString("only the wait for an erase can be cut short"),
               QString("Stopped while the chip was being erased. Its content is lost."),
               "gbdriver-cli flash \"" + backup + "\""})
             QVERIFY2(messages.contains(text), qPrintable(messages));
