@@ -220,5 +220,7 @@ ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &loo
                      QStringLiteral(" Try \"gbdriver-cli %1 --help\". ")
                          .arg(QLatin1String(options.command->name)) +
                      touched);
-    return options.looks ? ExitCode::NotRecognised : ExitCode::Usage;
+    // What is there but can not be is the user's.
+    const bool isMissing = problem.startsWith(QStringLiteral("Missing"));
+    return options.looks && isMissing ? ExitCode::NotRecognised : ExitCode::Usage;
 }
