@@ -10,6 +10,7 @@
 #include "worker/local_path.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -242,6 +243,22 @@ JobResult runJob(const CliJob &job, const char *phase, JobLog log, Reporter &rep
     return result;
 }
 
+bool readTransferred(const QString &path, const QByteArray &sha1, QByteArray *bytes,
+                     QString *problem)
+{
+    QByteArray found;
+    if (!readUserFile(path, &found, problem))
+        return false;
+    if (QCryptographicHash::hash(found, QCryptographicHash::Sha1) == sha1) {
+        *bytes = found;
+        return true;
+    }
+    *problem = QStringLiteral("%1 does not hold what was read from the cartridge; the disk is not "
+                              "to be trusted.")
+                   .arg(path);
+    return false;
+}
+
 JobResult readToMemory(const CliJob &job, const char *phase, JobLog log, Reporter &reporter,
                        QByteArray *bytes)
 {
@@ -252,7 +269,8 @@ JobResult readToMemory(const CliJob &job, const char *phase, JobLog log, Reporte
     toFolder.fileName = folder.filePath(QStringLiteral("read"));
     const JobResult result = runJob(toFolder, phase, log, reporter);
     QString problem;
-    if (result.code != ExitCode::Done || readUserFile(toFolder.fileName, bytes, &problem))
+    if (result.code != ExitCode::Done ||
+        readTransferred(toFolder.fileName, result.sha1, bytes, &problem))
         return result;
     reporter.problem(problem);
     return {ExitCode::FileError, {}};

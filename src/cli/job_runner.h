@@ -26,6 +26,11 @@ struct JobResult {
 // does not look at either. What failed is told as a problem.
 JobResult runJob(const CliJob &job, const char *phase, JobLog log, Reporter &reporter);
 
+// The file that a dump has left at `path`. Returns: false with the reason in `*problem` if it can not
+// be read or is not what was transferred, whose SHA-1 the job's result has.
+bool readTransferred(const QString &path, const QByteArray &sha1, QByteArray *bytes,
+                     QString *problem);
+
 // runJob() into a temporary file. `*bytes` becomes what was read; unchanged if the job failed.
 JobResult readToMemory(const CliJob &job, const char *phase, JobLog log, Reporter &reporter,
                        QByteArray *bytes);

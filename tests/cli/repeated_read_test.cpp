@@ -23,6 +23,7 @@ private slots:
     void secondReadThatDiffersIsNamed();
     void readingEndsWithTheFirstDifference();
     void failedReadIsTold();
+    void fileThatTheDiskCutIsNoRead();
     void interruptEndsTheReading();
 };
 
@@ -124,6 +125,25 @@ void RepeatedReadTest::failedReadIsTold()
     QCOMPARE(readAgain(benchJob(GB_READ_ROM), bench.image(), 1, capture.reporter(), &differences),
              ExitCode::TransferFailed);
     QVERIFY(capture.messages().contains("injected fault"));
+}
+
+void RepeatedReadTest::fileThatTheDiskCutIsNoRead()
+{
+    TrialBench bench(benchCartridge());
+    DriveFault fault;
+    fault.call = DriveCall::Write;
+    fault.pathEnd = "/read";
+    fault.code = DriveErrorCode::None;
+    fault.bytes = 512;
+    fault.claimsAll = true;
+    bench.drive().addFault(fault);
+    ReportCapture capture(OutputStyle::Quiet);
+    QByteArray bytes = "untouched";
+    QCOMPARE(
+        readToMemory(benchJob(GB_READ_ROM), "check", JobLog::Told, capture.reporter(), &bytes).code,
+        ExitCode::FileError);
+    QCOMPARE(bytes, QByteArray("untouched"));
+    QVERIFY(capture.messages().contains("does not hold what was read from the cartridge"));
 }
 
 void RepeatedReadTest::interruptEndsTheReading()
