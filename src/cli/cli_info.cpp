@@ -44,7 +44,8 @@ QString globalChecksum(const CartridgeReport &report, Reporter &reporter, ExitCo
         gbGlobalChecksumIsRight(bytesOf(rom), static_cast<std::uint32_t>(rom.size())));
 }
 
-QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, Reporter &reporter)
+QVector<HeaderCheck> checkHeader(const CartridgeReport &report, bool isQuick, Reporter &reporter,
+                                 ExitCode *code)
 {
     const std::uint8_t *header = bytesOf(report.header);
     QVector<HeaderCheck> checks;
