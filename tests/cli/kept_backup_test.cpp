@@ -18,7 +18,9 @@ private slots:
     void folderIsMade();
     void unstableSaveIsNotKept();
     void failedReadKeepsNothing();
-    void erasedSaveNeedsNoFile();
+    void saveOfEqualBytesTakesTheUsersWord_data();
+    void saveOfEqualBytesTakesTheUsersWord();
+    void almostEqualBytesAreASave();
     void repetitionsOfAChipAreCutOff();
     void folderThatCanNotBeMadeIsTold();
     void diskThatLiesIsTold();
@@ -31,7 +33,8 @@ private:
         if (operate == GB_READ_ROM)
             job.romSize = romSize;
         m_capture = std::make_unique<ReportCapture>(OutputStyle::Quiet);
-        return keepBackup(job, m_path, "A: TITLE", m_capture->reporter());
+        return keepBackup({job, m_path, "A: TITLE", m_acceptsEqualBytes, m_cutsRepetitions},
+                          m_capture->reporter());
     }
 
     QStringList names() const { return QDir(m_path).entryList(QDir::Files | QDir::Hidden); }
@@ -43,6 +46,8 @@ private:
                                                                      : QByteArray("not one file");
     }
 
+    bool m_acceptsEqualBytes = false;
+    bool m_cutsRepetitions = false;
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
     std::unique_ptr<TrialBench> m_bench;
@@ -52,6 +57,8 @@ private:
 void KeptBackupTest::init()
 {
     watchForInterrupt();
+    m_acceptsEqualBytes = false;
+    m_cutsRepetitions = false;
     m_folder = std::make_unique<QTemporaryDir>();
     m_path = m_folder->path();
     m_bench.reset();
@@ -75,7 +82,9 @@ void KeptBackupTest::saveIsKeptUnderItsTitle()
 void KeptBackupTest::backupsOfOneSecondStandSideBySide()
 {
     for (int number = 1; number <= 5; ++number) {
-        loadSave(*m_bench, QByteArray(int(kBenchSave), char(number)));
+        QByteArray save = trialNoise(int(kBenchSave));
+        save[0] = char(number);
+        loadSave(*m_bench, save);
         QCOMPARE(keep().code, ExitCode::Done);
         QCOMPARE(names().size(), number);
     }
@@ -114,13 +123,30 @@ void KeptBackupTest::failedReadKeepsNothing()
     }
 }
 
-void KeptBackupTest::erasedSaveNeedsNoFile()
+void KeptBackupTest::saveOfEqualBytesTakesTheUsersWord_data()
 {
-    loadSave(*m_bench, QByteArray(int(kBenchSave), '\xFF'));
-    const KeptBackup backup = keep();
-    QCOMPARE(backup.code, ExitCode::Done);
-    QVERIFY(backup.path.isEmpty());
+    QTest::addColumn<char>("byte");
+    QTest::newRow("erased, or no answer") << '\xFF';
+    QTest::newRow("cleared") << '\0';
+}
+
+// A wrong kind of save memory reads like an empty save, and would be erased.
+void KeptBackupTest::saveOfEqualBytesTakesTheUsersWord()
+{
+    QFETCH(char, byte);
+    loadSave(*m_bench, QByteArray(int(kBenchSave), byte));
+    QCOMPARE(keep().code, ExitCode::Refused);
     QCOMPARE(names(), QStringList());
+    QVERIFY(m_capture->messages().contains("All bytes of the save are equal."));
+    QVERIFY(m_capture->messages().contains("Nothing was written; the cartridge is as it was."));
+
+    m_acceptsEqualBytes = true;
+    QCOMPARE(keep().code, ExitCode::Done);
+    QCOMPARE(only(), m_bench->save());
+}
+
+void KeptBackupTest::almostEqualBytesAreASave()
+{
     QByteArray almost(int(kBenchSave), '\xFF');
     almost[almost.size() - 1] = '\xFE';
     loadSave(*m_bench, almost);
@@ -130,6 +156,11 @@ void KeptBackupTest::erasedSaveNeedsNoFile()
 
 void KeptBackupTest::repetitionsOfAChipAreCutOff()
 {
+    QCOMPARE(keep(GB_READ_ROM, 4 * int(kBenchRom)).code, ExitCode::Done);
+    QCOMPARE(only().size(), 4 * int(kBenchRom));
+    QVERIFY(QFile::remove(QDir(m_path).filePath(names().first())));
+
+    m_cutsRepetitions = true;
     const KeptBackup backup = keep(GB_READ_ROM, 4 * int(kBenchRom));
     QCOMPARE(backup.code, ExitCode::Done);
     QVERIFY(backup.path.endsWith(".gb"));
