@@ -58,7 +58,11 @@ void BackupStoreTest::safeNames_data()
                                       << "CONTRA";
     QTest::newRow("device with a space") << "CON "
                                          << "_CON";
-    QTest::newRow("long") << QString(1000, 'x') << QString(60, 'x');
+    QTest::newRow("long") << QString(1000, 'x') << QString(180, 'x');
+    QTest::newRow("long with a region")
+        << QString(1000, 'x') + " (Japan) (Rev 1)" << QString(164, 'x') + " (Japan) (Rev 1)";
+    const QString longestKnown(125, 'x');
+    QTest::newRow("as long as a known title") << longestKnown << longestKnown;
 }
 
 void BackupStoreTest::safeNames()

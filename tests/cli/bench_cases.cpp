@@ -36,7 +36,9 @@ BenchCase gbFlash(FlashWidth width)
     bench.command = BenchCommand::Flash;
     bench.cartridge.romSize = kSmallRom;
     bench.cartridge.options.flash = width;
+    // All of the chip, as only the user knows: an 8-bit chip does not tell.
     bench.values.romSize = int(kSmallRom);
+    bench.forces = true;
     return bench;
 }
 

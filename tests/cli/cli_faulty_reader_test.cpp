@@ -131,7 +131,8 @@ void CliFaultyReaderTest::readsThatComeWhole()
              qPrintable(result.out));
     const QByteArray data = fileBytes(reader.path("DUMP.ROM"));
     QCOMPARE(data.size(), 0x8000);
-    QVERIFY(fileBytes(path("file")) == data + data.mid(0x4000) + data.mid(0x4000));
+    QVERIFY(fileBytes(path("file.suspicious")) == data + data.mid(0x4000) + data.mid(0x4000));
+    QVERIFY(fileBytes(path("file")) == "old");
 }
 
 void CliFaultyReaderTest::dataFileThatIsMissing()

@@ -327,14 +327,16 @@ private:
     // The one event "detected". Every line of standard output must be a JSON object.
     static QJsonObject detectedIn(const ProgramResult &result)
     {
+        QVector<QJsonObject> found;
         // The program prints UTF-8, whatever the encoding that the output was read in.
-        const QByteArray printed = result.out.toLocal8Bit();
-        QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(printed, &error);
-        if (error.error != QJsonParseError::NoError || !document.isObject())
-            qWarning("no JSON object (%s): %s", qPrintable(error.errorString()),
-                     qPrintable(result.out));
-        return document.object();
+        for (const QByteArray &line : result.out.toLocal8Bit().split('\n')) {
+            const QJsonObject object = QJsonDocument::fromJson(line).object();
+            if (object.isEmpty() && !line.isEmpty())
+                qWarning("no JSON object: %s", line.constData());
+            if (object["event"] == "detected")
+                found << object;
+        }
+        return found.size() == 1 ? found[0] : QJsonObject();
     }
 
     static QJsonObject json(const ProgramResult &result)

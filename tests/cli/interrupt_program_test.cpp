@@ -151,7 +151,7 @@ private slots:
         for (const QString &text :
              {QString("Ctrl-C ends the wait, and what the chip held may then be lost."),
               QString("only the wait for an erase can be cut short"),
-              QString("Stopped while the chip was being erased. Its content is lost."),
+              QString("Stopped while the chip was being erased. Its content may be lost."),
               "gbdriver-cli flash \"" + backup + "\""})
             QVERIFY2(messages.contains(text), qPrintable(messages));
     }

@@ -52,12 +52,9 @@ private slots:
             QTest::newRow(name) << done << total << elapsedMs << text;
         };
         add("start", 0, kMiB, 0, "[............]   0%  0 B of 1.00 MiB");
-        add("nothing after a while", 0, kMiB, 5000,
-            "[............]   0%  0 B of 1.00 MiB");
-        add("no time passed", kKiB, 2 * kKiB, 0,
-            "[######......]  50%  1.0 KiB of 2.0 KiB");
-        add("bytes", 100, 1000, 1000,
-            "[#...........]  10%  100 B of 1000 B  100 B/s  0:09 left");
+        add("nothing after a while", 0, kMiB, 5000, "[............]   0%  0 B of 1.00 MiB");
+        add("no time passed", kKiB, 2 * kKiB, 0, "[######......]  50%  1.0 KiB of 2.0 KiB");
+        add("bytes", 100, 1000, 1000, "[#...........]  10%  100 B of 1000 B  100 B/s  0:09 left");
         add("kibibytes", 512 * kKiB, 1024 * kKiB, 1000,
             "[######......]  50%  512.0 KiB of 1.00 MiB  512.0 KiB/s  0:01 left");
         add("mebibytes", 2 * kMiB, 8 * kMiB, 1000,
@@ -70,8 +67,7 @@ private slots:
             "[############] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
         add("more than all", 9 * kMiB, 8 * kMiB, 4000,
             "[############] 100%  8.00 MiB of 8.00 MiB  2.00 MiB/s  0:00 left");
-        add("below zero", -1, 8 * kMiB, 4000,
-            "[............]   0%  0 B of 8.00 MiB");
+        add("below zero", -1, 8 * kMiB, 4000, "[............]   0%  0 B of 8.00 MiB");
         add("no total", 5, 0, 1000, "[............]   0%  0 B of 0 B");
     }
     void text()

@@ -154,8 +154,8 @@ void RepeatedReadTest::interruptEndsTheReading()
     std::raise(SIGINT);
     QCOMPARE(readAgain(benchJob(GB_READ_ROM), bench.image(), 9, capture.reporter(), &differences),
              ExitCode::Cancelled);
-    QCOMPARE(bench.drive().callCount(DriveCall::Read, "DUMP.ROM"), 3U);
-    QVERIFY(capture.messages().contains("Stopped while comparing."));
+    QCOMPARE(bench.drive().callCount(DriveCall::Read, "DUMP.ROM"), 0U);
+    QVERIFY(capture.messages().contains("Stopped before two reads were compared."));
 }
 
 QTEST_GUILESS_MAIN(RepeatedReadTest)

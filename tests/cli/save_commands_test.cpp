@@ -31,6 +31,11 @@ private slots:
     void emptyFileIsRefusedEvenByForce();
     void noBackupMakesNone();
     void noBackupKeepsTheRestOfAShortFile();
+    void noBackupDoesNotBelieveOneRead();
+    void emptySaveTakesTheUsersWord();
+    void largerFlashChipIsNotErased();
+    void wrongKindOfSaveIsNotErased();
+    void partOfAFlashChipIsNoBackup();
     void takenBackupFolderStopsTheWrite();
     void saveCanBeErased();
     void reasonOfTheScriptIsTold();
@@ -108,6 +113,72 @@ void SaveCommandsTest::noBackupKeepsTheRestOfAShortFile()
     QCOMPARE(run.found, *bench.file + run.old.mid(100));
 }
 
+// The rest comes from the cartridge, and is written back to it.
+void SaveCommandsTest::noBackupDoesNotBelieveOneRead()
+{
+    BenchCase bench = writing(100);
+    bench.makesBackup = false;
+    bench.forces = true;
+    DriveFault fault;
+    fault.pathEnd = "DUMP.ROM";
+    fault.after = 1; // behind the look
+    fault.flips = 0x10;
+    fault.code = DriveErrorCode::None;
+    fault.bytes = DriveFault::kAllBytes;
+    const BenchRun run = runOnBench(bench, {fault});
+    QVERIFY2(run.code == ExitCode::DataMismatch, qPrintable(run.told));
+    QCOMPARE(run.found, run.old);
+}
+
+void SaveCommandsTest::emptySaveTakesTheUsersWord()
+{
+    BenchCase bench = writing(kSaveBytes);
+    bench.save = QByteArray(kSaveBytes, '\xFF');
+    const BenchRun refused = runOnBench(bench);
+    QCOMPARE(refused.code, ExitCode::Refused);
+    QCOMPARE(refused.found, *bench.save);
+    bench.forces = true;
+    const BenchRun forced = runOnBench(bench);
+    QVERIFY2(forced.code == ExitCode::Done, qPrintable(forced.told));
+    QCOMPARE(forced.found, *bench.file);
+    QVERIFY(hasBackup(bench, forced));
+}
+
+// An erase takes all 128 KiB, of which a job for 64 shows one half or nothing.
+void SaveCommandsTest::largerFlashChipIsNotErased()
+{
+    BenchCase bench = gbaSave(GbaSaveType::Flash, 1, 128 * 1024);
+    bench.values.ramSize = 64 * 1024;
+    bench.file = QByteArray(64 * 1024, '\x5A');
+    for (const bool forces : {false, true}) {
+        bench.forces = forces;
+        const BenchRun run = runOnBench(bench);
+        QVERIFY2(run.code == ExitCode::Refused, qPrintable(run.told));
+        QCOMPARE(run.found, run.old);
+        QVERIFY2(run.told.contains("give --ram-size 128K"), qPrintable(run.told));
+    }
+}
+
+void SaveCommandsTest::wrongKindOfSaveIsNotErased()
+{
+    BenchCase bench = gbaSave(GbaSaveType::Sram, 1, 64 * 1024);
+    bench.file = QByteArray(64 * 1024, '\x5A');
+    const BenchRun run = runOnBench(bench);
+    QVERIFY2(run.code == ExitCode::Refused, qPrintable(run.told));
+    QCOMPARE(run.found, run.old);
+}
+
+void SaveCommandsTest::partOfAFlashChipIsNoBackup()
+{
+    BenchCase bench = gbFlash(FlashWidth::Byte);
+    bench.forces = false;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::Refused);
+    QCOMPARE(run.found, run.old);
+    QVERIFY2(run.told.contains("a backup of 32768 bytes may be only a part of it"),
+             qPrintable(run.told));
+}
+
 void SaveCommandsTest::takenBackupFolderStopsTheWrite()
 {
     BenchCase bench = writing(kSaveBytes);
@@ -115,7 +186,8 @@ void SaveCommandsTest::takenBackupFolderStopsTheWrite()
     const BenchRun run = runOnBench(bench);
     QCOMPARE(run.code, ExitCode::FileError);
     QCOMPARE(run.found, run.old);
-    QVERIFY(run.told.contains("/backups for the backup. Nothing was written"));
+    QVERIFY(run.told.contains(
+        "/backups for the backup. Name another with --backup. Nothing was written"));
 }
 
 void SaveCommandsTest::saveCanBeErased()
