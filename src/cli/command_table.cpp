@@ -18,7 +18,7 @@ const std::vector<CommandRow> kCommands = {
      {{"info", "The reader, the cartridge and its checksums."},
       {"info --quick --json", "The same for a program, without reading the whole ROM."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
-      Code::TransferFailed, Code::Cancelled}},
+      Code::TransferFailed, Code::FileError, Code::Cancelled}},
 
     {"dump",
      CliRequest::Dump,
