@@ -252,6 +252,45 @@ private slots:
         QVERIFY2(m_answers.contains("   Save: not read: "), qPrintable(m_answers));
     }
 
+    // Nobody's save may end under another game's title.
+    void saveOfACartridgeSwappedTooEarlyIsLeftAlone()
+    {
+        const QByteArray first = gameWithSave("FIRST", 1);
+        const QByteArray second = gameWithSave("SECOND", 2);
+        QCOMPARE(run({{first, saveOf(1), 2}, {second, saveOf(2), 9}}), ExitCode::DataMismatch);
+        QVERIFY(content("FIRST.gb") == first);
+        QVERIFY2(m_answers.contains("   Save: not read: the cartridge was changed meanwhile"),
+                 qPrintable(m_answers));
+        QCOMPARE(names(kSaves).size(), 1);
+        QVERIFY(names(kSaves).first().startsWith("SECOND "));
+        QVERIFY(content(names(kSaves).first()) == saveOf(2));
+    }
+
+    // Its mapper stays multiplexed after the ROM, and the save comes out in repeated pieces.
+    void saveBehindALargeMmm01RomIsLeftAlone()
+    {
+        constexpr std::uint8_t kMmm01RamBattery = 0x0D;
+        constexpr int kMenu = 32 * kKibi; // at the end of the ROM, and on the bus after power-on
+        QByteArray image =
+            stackedImage(GbImageSpec{kMmm01RamBattery, kMebi, 32 * kKibi, "LARGE MENU", 1});
+        image.replace(image.size() - kMenu, kMenu, image.left(kMenu));
+        run({{image}});
+        QCOMPARE(names(kSaves), QStringList());
+        QVERIFY2(m_answers.contains("   Save: not read: after a ROM of this size an MMM01"),
+                 qPrintable(m_answers));
+    }
+
+    // The good name stays free for a good read.
+    void suspiciousRomDoesNotTakeTheName()
+    {
+        QByteArray image = gameWithoutSave("BAD SUM", 1);
+        image[0x4000] = static_cast<char>(image[0x4000] ^ 1);
+        QCOMPARE(run({{image}}), ExitCode::DataMismatch);
+        QCOMPARE(names({"*.suspicious"}), QStringList{"BAD SUM.gb.suspicious"});
+        QCOMPARE(names(kRoms), QStringList());
+        QVERIFY(content("BAD SUM.gb.suspicious") == image);
+    }
+
     void gamesOfOneTitleGetFilesOfTheirOwn()
     {
         const QByteArray one = gameWithoutSave("SAME NAME", 1);

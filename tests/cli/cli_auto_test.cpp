@@ -305,6 +305,20 @@ private slots:
         QCOMPARE(fileBytes(path("file")), QByteArray("old"));
     }
 
+    // A write with the wrong commands destroys what a read with them does not show.
+    void writeThatContradictsTheTableIsRefused()
+    {
+        insert(gbaImage("ALXP", 64 * 1024));
+        QVERIFY(writeFile(path("new.sav"), noise(8192, 1)));
+        const ProgramResult result =
+            runProgram(CLI_PROGRAM, "write-ram " + path("new.sav") + " --ram-size 8K",
+                       {"cart=" + path("cart") + ",save-type=eep", ""});
+        QCOMPARE(codeOf(result), ExitCode::Refused);
+        QVERIFY2(result.err.contains("The cartridge says something else of its save than"),
+                 qPrintable(result.err));
+        QVERIFY(!result.err.contains("Start write save"));
+    }
+
     // Whoever knows better can say so.
     void saveThatTheHeaderDeniesIsRefused()
     {
