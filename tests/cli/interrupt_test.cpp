@@ -37,6 +37,8 @@ void interruptTheErase(unsigned long)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Command)
+
 class InterruptTest : public QObject
 {
     Q_OBJECT
@@ -232,8 +234,6 @@ private:
     QByteArray m_new;
     QString m_messages;
 };
-
-Q_DECLARE_METATYPE(Command)
 
 QTEST_GUILESS_MAIN(InterruptTest)
 #include "interrupt_test.moc"
