@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QOperatingSystemVersion>
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
@@ -56,6 +57,7 @@ private:
     {
         return m_folder->filePath(name);
     }
+    static bool canDeclareDrives();
     void makeReaderFolder(const QString &name, int dataSize);
     QStringList temporaryFiles() const;
 
@@ -82,6 +84,12 @@ void CliExitCodeTest::init()
     makeReaderFolder("short", kShortRead);
     makeReaderFolder("mute", 0x8000);
     QVERIFY(QDir(path("mute")).mkdir("CMD.CMD"));
+}
+
+// On Windows a folder is no drive; cli_faulty_reader_test has these faults on a real one.
+bool CliExitCodeTest::canDeclareDrives()
+{
+    return QOperatingSystemVersion::currentType() != QOperatingSystemVersion::Windows;
 }
 
 // A drive that is no reader but has its files.
@@ -152,10 +160,15 @@ void CliExitCodeTest::codeSaysHowItEnded_data()
     add(ExitCode::NoReader, "flash", ";", "flash DIR/cart.gb --backup DIR/backups");
     add(ExitCode::NoReader, "drives", ";", "drives");
 
-    add(ExitCode::NoAnswer, "info", "E=DIR/mute", "info");
-    add(ExitCode::NoAnswer, "dump", "E=DIR/mute", "dump FILE");
-    add(ExitCode::NoAnswer, "dump unseen", "E=DIR/mute", QString("dump FILE") + kAllSaid);
-    add(ExitCode::NoAnswer, "write-ram", "E=DIR/mute", "write-ram DIR/new.sav --backup DIR/b");
+    if (canDeclareDrives()) {
+        add(ExitCode::NoAnswer, "info", "E=DIR/mute", "info");
+        add(ExitCode::NoAnswer, "dump", "E=DIR/mute", "dump FILE");
+        add(ExitCode::NoAnswer, "dump unseen", "E=DIR/mute", QString("dump FILE") + kAllSaid);
+        add(ExitCode::NoAnswer, "write-ram", "E=DIR/mute", "write-ram DIR/new.sav --backup DIR/b");
+        add(ExitCode::TransferFailed, "dump", "E=DIR/short", QString("dump FILE") + kAllSaid);
+        add(ExitCode::TransferFailed, "dump, replacing", "E=DIR/short",
+            QString("dump FILE --overwrite") + kAllSaid, kOld, kOld);
+    }
 
     add(ExitCode::NotRecognised, "info", kEmpty, "info");
     add(ExitCode::NotRecognised, "dump", kEmpty, "dump FILE --overwrite", kOld, kOld);
@@ -163,9 +176,6 @@ void CliExitCodeTest::codeSaysHowItEnded_data()
     add(ExitCode::NotRecognised, "write-ram", kEmpty, "write-ram DIR/new.sav --backup DIR/b");
     add(ExitCode::NotRecognised, "flash", kEmpty, "flash DIR/cart.gb --backup DIR/b");
 
-    add(ExitCode::TransferFailed, "dump", "E=DIR/short", QString("dump FILE") + kAllSaid);
-    add(ExitCode::TransferFailed, "dump, replacing", "E=DIR/short",
-        QString("dump FILE --overwrite") + kAllSaid, kOld, kOld);
     add(ExitCode::TransferFailed, "script", "", "check-script DIR/gb_mbc1.nut");
 
     add(ExitCode::FileError, "no folder", kCart, "dump DIR/none/file");
@@ -228,6 +238,7 @@ void CliExitCodeTest::everyCodeHasARow()
 {
     for (const ExitCodeRow &row : kExitCodes)
         QVERIFY2(row.code == ExitCode::Cancelled ||
+                     (row.code == ExitCode::NoAnswer && !canDeclareDrives()) ||
                      m_codesSeen.contains(static_cast<int>(row.code)),
                  row.word);
 }

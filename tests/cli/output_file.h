@@ -18,14 +18,16 @@ public:
 
     std::FILE *stream() const { return m_stream.get(); }
 
-    QString text() const
+    QString text() const { return QString::fromLocal8Bit(bytes()); }
+
+    QByteArray bytes() const
     {
         std::fflush(m_stream.get());
         std::rewind(m_stream.get());
         QByteArray bytes;
         for (int c = std::fgetc(m_stream.get()); c != EOF; c = std::fgetc(m_stream.get()))
             bytes += static_cast<char>(c);
-        return QString::fromLocal8Bit(bytes);
+        return bytes;
     }
 
 private:

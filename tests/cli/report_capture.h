@@ -24,9 +24,10 @@ public:
     QVector<QJsonObject> objects() const
     {
         QVector<QJsonObject> found;
-        for (const QString &line : answers().split('\n')) {
+        // UTF-8, whatever the system's encoding is.
+        for (const QByteArray &line : m_answers.bytes().split('\n')) {
             if (!line.isEmpty())
-                found << QJsonDocument::fromJson(line.toUtf8()).object();
+                found << QJsonDocument::fromJson(line).object();
         }
         return found;
     }
