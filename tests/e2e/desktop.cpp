@@ -22,7 +22,10 @@ Desktop::~Desktop()
 
 QString Desktop::start()
 {
-    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"});
+    // A server without clients starts anew, as between two runs of xdotool, and then throws out a
+    // program that is just connecting.
+    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+                            "-noreset"});
     while (!m_server.canReadLine()) {
         if (!m_server.waitForReadyRead(kStartMs))
             return "Xvfb can not be started (" + m_server.errorString() +

@@ -32,7 +32,11 @@ QString DrivenWindow::start(const MountedReader &reader)
     m_program.setProcessEnvironment(environment);
     m_program.start(WINDOW_PROGRAM, QStringList());
     m_window = m_desktop.focusWindow(kTitle);
-    return m_window.isEmpty() ? "The window does not come: " + m_desktop.lastError() : QString();
+    if (!m_window.isEmpty())
+        return QString();
+    return QString("The window does not come: %1; the program %2: %3")
+        .arg(m_desktop.lastError(), m_program.state() == QProcess::Running ? "runs" : "has ended",
+             QString::fromLocal8Bit(m_program.readAllStandardError()));
 }
 
 void DrivenWindow::pressInSettings(const QStringList &keys)

@@ -58,7 +58,8 @@ int main(int argc, char **argv)
 
     QProcess server;
     server.setProcessChannelMode(QProcess::SeparateChannels);
-    server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"});
+    server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+                          "-noreset"});
     if (!server.waitForStarted())
         return fail("Xvfb cannot be started (" + server.errorString() +
                     "); install the package xvfb");

@@ -7,7 +7,7 @@ set -euo pipefail
 
 numbers=$(mktemp -u)
 mkfifo "$numbers"
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$numbers" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$numbers" 2>/dev/null &
 server=$!
 cleanUp() {
     [ -z "${WINEPREFIX:-}" ] || /usr/lib/wine/wineserver -k || true
