@@ -104,7 +104,7 @@ private:
         return true;
     }
 
-    // Reads until the caller's number of reads agree. Returns: false if a read failed.
+    // The first read. Returns: false if it failed; the memory's verdict then says so.
     bool read(const CliJob &job, BackedUpMemory *memory)
     {
         QElapsedTimer clock;

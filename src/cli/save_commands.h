@@ -11,5 +11,5 @@
 ExitCode runReadRam(const CliOptions &options, Reporter &reporter);
 
 // Keeps the cartridge's save in a backup, writes the file, reads it back and compares. At every
-// moment the old save is in the cartridge or in the backup.
+// moment the old save is in the cartridge or in the backup, unless the user wants no backup.
 ExitCode runWriteRam(const CliOptions &options, Reporter &reporter);

@@ -32,7 +32,8 @@ private slots:
     void onEnd();
 
 private:
-    // Lets the hash run up to `doneBytes`. Those are final: a job only ever appends.
+    // Lets the hash run up to `doneBytes`. Those are final: a job only appends, but for a read that
+    // failed, and then the job fails and its hash means nothing.
     void allow(int doneBytes, bool isEnd);
     void follow();
 
