@@ -1,6 +1,6 @@
 // How much longer does a dump take when its hash is made meanwhile? The largest dump there is, from
-// the virtual reader of this process: as fast as it can, which no real reader comes near, and as fast
-// as a USB 2 reader could at best be.
+// the virtual reader of this process: as fast as it can, which no real reader comes near, and as
+// fast as a USB 2 reader could at best be.
 #include "cli/transfer_hash.h"
 #include "cli/trial_bench.h"
 #include "worker/famicom_thread.h"

@@ -19,8 +19,8 @@ Sha1Digest digestOf(const KnownDumpRecord &record)
     return digest;
 }
 
-// One lookup for every row, with the last byte of its SHA-1 changed by `change`: any change but 0 makes the
-// image an unknown one.
+// One lookup for every row, with the last byte of its SHA-1 changed by `change`: any change but 0
+// makes the image an unknown one.
 double nanosecondsOfOneLookup(std::uint8_t change, std::size_t *found)
 {
     const auto start = std::chrono::steady_clock::now();

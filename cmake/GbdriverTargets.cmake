@@ -19,9 +19,9 @@ function(gbdriver_library name)
     target_link_libraries(${name} PUBLIC gbdriver_options)
 endfunction()
 
-# What every test program runs with. Leaks of the system's libraries are listed in lsan.supp. Windows
-# are drawn without OpenGL, whose drivers leak in ways that no suppression can name: they are unloaded
-# before leaks are looked for.
+# What every test program runs with. Leaks of the system's libraries are listed in lsan.supp.
+# Windows are drawn without OpenGL, whose drivers leak in ways that no suppression can name: they
+# are unloaded before leaks are looked for.
 set(GBDRIVER_TEST_ENVIRONMENT
     QT_QPA_PLATFORM=offscreen
     QT_XCB_GL_INTEGRATION=none

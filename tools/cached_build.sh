@@ -16,9 +16,10 @@ keyOf() {
     printf '%s\n' "$@" | sha256sum | cut -c1-12
 }
 
-# beginBuild BUILD LINK [--cached]: ends the script if the cache has BUILD; with --cached it ends the
-# script anyway, and the exit code says which. Otherwise $work is a folder to work in, with an empty
-# folder "source", and $stage one in the cache for the result; both vanish when the script ends.
+# beginBuild BUILD LINK [--cached]: ends the script if the cache has BUILD; with --cached it ends
+# the script anyway, and the exit code says which. Otherwise $work is a folder to work in, with an
+# empty folder "source", and $stage one in the cache for the result; both vanish when the script
+# ends.
 beginBuild() {
     build=$1
     link=$cache/$2

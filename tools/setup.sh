@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what building needs (run), building and testing (test), or building and testing the Windows
-# programs (windows) and this machine lacks.
+# Installs what building needs (run), building and testing (test), or building and testing the
+# Windows programs (windows) and this machine lacks.
 # Does nothing, quickly, where nothing is missing; never asks a question.
 #
 # usage: tools/setup.sh run|test|windows
@@ -16,8 +16,8 @@ forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libfuse3
 # tested, a strict reader of manual pages, and what validates JSON.
 forTest=(xvfb xdotool x11-utils fonts-dejavu-core libssl-dev zlib1g-dev libmgba-dev
     g++-mingw-w64-x86-64-posix clang libclang-rt-dev zsh fish mandoc python3-jsonschema)
-# The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts like
-# those of Windows, xclip and icoutils look at it; the rest draws the icon and packs.
+# The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts
+# like those of Windows, xclip and icoutils look at it; the rest draws the icon and packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
     wine wine64 fonts-wine xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
 

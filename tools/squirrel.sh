@@ -3,8 +3,8 @@
 # distribution has no libsquirrel-dev.
 #
 # The source is a Debian source package: upstream's 3.1 archive plus Debian's patches, two of which
-# close security holes that upstream mended only after 3.1. tools/debian_source.sh fetches and checks
-# it.
+# close security holes that upstream mended only after 3.1. tools/debian_source.sh fetches and
+# checks it.
 #
 # usage: tools/squirrel.sh            build unless the cache has it already
 #        tools/squirrel.sh --cached   only say (exit code) whether the cache has it

@@ -1,5 +1,5 @@
-// Where two readings of the same memory differ, or a file and what was read back: which banks, which
-// bytes, and how to say it.
+// Where two readings of the same memory differ, or a file and what was read back: which banks,
+// which bytes, and how to say it.
 //
 // Both sides hold `size` bytes.
 // Thread: pure functions over bytes; any thread.
@@ -38,8 +38,9 @@ BankDifferences differingBanks(const std::uint8_t *a, const std::uint8_t *b, std
 
 ByteDifferences differingBytes(const std::uint8_t *a, const std::uint8_t *b, std::uint32_t size);
 
-// "bank 3 of 64", "banks 3, 7-9 of 64". Of many ranges the first eight are named: "banks 1, 3, 5, 7,
-// 9, 11, 13, 15 and 24 more of 64". `unit` is what a bank is called, in the singular.
+// "bank 3 of 64", "banks 3, 7-9 of 64". Of many ranges the first eight are named:
+// "banks 1, 3, 5, 7, 9, 11, 13, 15 and 24 more of 64".
+// `unit` is what a bank is called, in the singular.
 // Returns: an empty text if there is no difference.
 QString describeBanks(const BankDifferences &differences, const QString &unit);
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes everything that the build for Windows takes from the user's cache, as far as it is not there.
-# The first time takes 20 to 30 minutes on two cores.
+# Makes everything that the build for Windows takes from the user's cache, as far as it is not
+# there. The first time takes 20 to 30 minutes on two cores.
 #
 # usage: tools/windows/prepare.sh
 set -euo pipefail

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes a fresh Wine prefix whose drives are C:, Z: (the root folder) and those named, without menus,
-# mail or browser parts of the system it runs on. An existing prefix is replaced.
+# Makes a fresh Wine prefix whose drives are C:, Z: (the root folder) and those named, without
+# menus, mail or browser parts of the system it runs on. An existing prefix is replaced.
 #
 # usage: tools/windows/wine_prefix.sh FOLDER [LETTER=TYPE:FOLDER]...
 #        LETTER and TYPE as for tools/windows/wine_drives.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs a command with an X server of its own and with Wine started in the prefix WINEPREFIX, if there
-# is one; ends both, and with the command's exit code.
+# Runs a command with an X server of its own and with Wine started in the prefix WINEPREFIX, if
+# there is one; ends both, and with the command's exit code.
 #
 # usage: tools/windows/with_desktop.sh COMMAND [ARGUMENT...]
 set -euo pipefail
