@@ -1,7 +1,6 @@
 #include "cli/option_reader.h"
 
 #include "cart/setting_tables.h"
-#include "cli/choices.h"
 #include "cli/cli_command.h"
 #include "cli/command_table.h"
 #include "cli/completion.h"

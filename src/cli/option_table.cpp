@@ -1,7 +1,6 @@
 #include "cli/option_table.h"
 
 #include "cart/setting_tables.h"
-#include "cli/choices.h"
 
 QString valueName(ValueKind kind)
 {

@@ -86,6 +86,21 @@ QString valueName(ValueKind kind);
 // The values to choose from, as they are typed. Returns: empty where any value goes.
 QStringList valueChoices(ValueKind kind);
 
+// The rows of a settings table as a person types them: "none", "mbc1", "mbc2"
+template <typename Table> QStringList choiceList(const Table &table)
+{
+    QStringList labels;
+    for (const auto &row : table)
+        labels << QString::fromLatin1(row.label).toLower();
+    return labels;
+}
+
+// "none, mbc1, mbc2"
+template <typename Table> QString choices(const Table &table)
+{
+    return choiceList(table).join(QStringLiteral(", "));
+}
+
 // "-h, --help", "--mapper MAPPER"
 QString optionUsage(const OptionRow &option);
 
