@@ -6,7 +6,6 @@
 #include "cli/completion.h"
 #include "cli/help_text.h"
 #include "cli/manual.h"
-#include "cli/near_word.h"
 
 #include <QCommandLineParser>
 
@@ -268,13 +267,4 @@ bool readOptions(const QCommandLineParser &parser, const CommandRow &command, Cl
     }
     *options = reader.options;
     return true;
-}
-
-QString nearOption(const QString &typed, const std::vector<const OptionRow *> &options)
-{
-    QStringList names;
-    for (const OptionRow *option : options)
-        names << QLatin1String(option->name);
-    const QString near = nearWord(typed, names);
-    return near.isEmpty() ? QString() : QStringLiteral(" Did you mean --%1?").arg(near);
 }
