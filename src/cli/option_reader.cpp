@@ -3,9 +3,9 @@
 #include "cart/setting_tables.h"
 #include "cli/cli_command.h"
 #include "cli/command_table.h"
-#include "cli/completion.h"
 #include "cli/help_text.h"
 #include "cli/manual.h"
+#include "cli/shell_completion.h"
 
 #include <QCommandLineParser>
 
