@@ -8,12 +8,12 @@
 #include "cli/dump_command.h"
 #include "cli/flash_command.h"
 #include "cli/interrupt.h"
-#include "cli/one_drive_backend.h"
 #include "cli/save_commands.h"
 #include "cli/script_list.h"
 #include "cli/self_test.h"
 #include "cli/terminal.h"
 #include "device/device_link.h"
+#include "device/one_drive_backend.h"
 #include "virtual/backend_choice.h"
 
 #include <QCoreApplication>

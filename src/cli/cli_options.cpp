@@ -2,7 +2,6 @@
 
 #include "cli/command_table.h"
 #include "cli/help_text.h"
-#include "cli/near_word.h"
 #include "cli/option_reader.h"
 
 #include <QCommandLineParser>

@@ -1,7 +1,7 @@
 #include "cli/drive_list.h"
 
-#include "cli/drive_advice.h"
-#include "cli/drive_finding.h"
+#include "device/drive_advice.h"
+#include "device/drive_finding.h"
 #include "virtual/backend_choice.h"
 
 #include <algorithm>

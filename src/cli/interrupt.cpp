@@ -1,7 +1,5 @@
 #include "cli/interrupt.h"
 
-#include "cli/stop_signals.h"
-
 #include <csignal>
 
 namespace

@@ -2,8 +2,8 @@
 #include "cli/cli_options.h"
 
 #include "cart/setting_tables.h"
-#include "cli/choices.h"
 #include "cli/cli_command.h"
+#include "cli/option_table.h"
 
 namespace
 {

@@ -1,13 +1,11 @@
 #include "cli/option_reader.h"
 
 #include "cart/setting_tables.h"
-#include "cli/choices.h"
 #include "cli/cli_command.h"
 #include "cli/command_table.h"
-#include "cli/completion.h"
 #include "cli/help_text.h"
 #include "cli/manual.h"
-#include "cli/near_word.h"
+#include "cli/shell_completion.h"
 
 #include <QCommandLineParser>
 
@@ -269,13 +267,4 @@ bool readOptions(const QCommandLineParser &parser, const CommandRow &command, Cl
     }
     *options = reader.options;
     return true;
-}
-
-QString nearOption(const QString &typed, const std::vector<const OptionRow *> &options)
-{
-    QStringList names;
-    for (const OptionRow *option : options)
-        names << QLatin1String(option->name);
-    const QString near = nearWord(typed, names);
-    return near.isEmpty() ? QString() : QStringLiteral(" Did you mean --%1?").arg(near);
 }

@@ -7,12 +7,7 @@
 
 #include <QCommandLineParser>
 
-#include <vector>
-
 // `parser` has parsed a command line whose first word is the name of `command`, without an error of
 // its own. Returns: false with the reason in `*problem`; `*options` is then unchanged.
 bool readOptions(const QCommandLineParser &parser, const CommandRow &command, CliOptions *options,
                  QString *problem);
-
-// " Did you mean --reads?". Returns: empty if none of `options` is close to `typed`.
-QString nearOption(const QString &typed, const std::vector<const OptionRow *> &options);

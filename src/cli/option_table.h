@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 // What may follow an option.
 enum class ValueKind { None, System, Mapper, SaveType, Size, Number, Letter, File, Folder };
 
@@ -86,8 +88,31 @@ QString valueName(ValueKind kind);
 // The values to choose from, as they are typed. Returns: empty where any value goes.
 QStringList valueChoices(ValueKind kind);
 
+// The rows of a settings table as a person types them: "none", "mbc1", "mbc2"
+template <typename Table> QStringList choiceList(const Table &table)
+{
+    QStringList labels;
+    for (const auto &row : table)
+        labels << QString::fromLatin1(row.label).toLower();
+    return labels;
+}
+
+// "none, mbc1, mbc2"
+template <typename Table> QString choices(const Table &table)
+{
+    return choiceList(table).join(QStringLiteral(", "));
+}
+
 // "-h, --help", "--mapper MAPPER"
 QString optionUsage(const OptionRow &option);
 
 // The description with choices and default.
 QString optionText(const OptionRow &option);
+
+// What somebody may have meant by a word that is not known: the word of `words` that is closest to
+// `typed`, or that `typed` is the beginning of; small and capital letters count as equal. Returns:
+// empty if none is close.
+QString nearWord(const QString &typed, const QStringList &words);
+
+// " Did you mean --reads?". Returns: empty if none of `options` is close to `typed`.
+QString nearOption(const QString &typed, const std::vector<const OptionRow *> &options);

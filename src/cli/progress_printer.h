@@ -1,13 +1,21 @@
 // Prints a job's log lines and its progress to a stream: on a terminal one bar that is drawn over,
 // elsewhere a plain line for every tenth.
 //
-// Thread: the application's main thread.
+// Thread: the application's main thread; the functions are pure.
 #pragma once
 
 #include <QElapsedTimer>
 #include <QString>
 
 #include <cstdio>
+
+// How far a transfer has come, as a line of text: bar, bytes, rate, time left. `done` and `total`
+// in bytes, `elapsedMs` since the transfer began. `done` may be anything; it is shown between 0
+// and `total`.
+QString progressText(qint64 done, qint64 total, qint64 elapsedMs);
+
+// Whole percent of `total`, 0 to 100.
+int progressPercent(qint64 done, qint64 total);
 
 class ProgressPrinter
 {

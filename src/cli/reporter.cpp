@@ -1,6 +1,5 @@
 #include "cli/reporter.h"
 
-#include "cli/progress_text.h"
 #include "cli/terminal.h"
 
 #include <QJsonDocument>

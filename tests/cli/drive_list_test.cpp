@@ -1,7 +1,6 @@
 // The command "drives": why each drive is or is not taken as the reader.
 #include "cli/drive_list.h"
 
-#include "cli/drive_finding.h"
 #include "device/device_link.h"
 #include "drive_shelf.h"
 #include "report_capture.h"
@@ -12,21 +11,6 @@ namespace
 {
 
 constexpr char kIdentityPath[] = "K-DRIVER.DMP";
-
-DriveFault faultOf(DriveCall call, const char *pathEnd, DriveErrorCode code)
-{
-    DriveFault fault;
-    fault.call = call;
-    fault.pathEnd = pathEnd;
-    fault.code = code;
-    fault.times = DriveFault::kForever;
-    return fault;
-}
-
-DriveFault missing(const char *name)
-{
-    return faultOf(DriveCall::OpenForRead, name, DriveErrorCode::NotFound);
-}
 
 } // namespace
 
@@ -43,28 +27,17 @@ private slots:
     void otherTypesAreNotLookedInto();
     void unreadableLabelIsSaid();
     void driveWithoutIdentityFileIsTakenWithAQuestion();
-    void failedIdentityReadShowsTheSystemsText_data();
-    void failedIdentityReadShowsTheSystemsText();
     void shortIdentityFileIsRefused();
-    void identityIsPrintable();
     void firstOfSeveralIsTaken();
     void stickInFrontOfTheReaderIsWarnedOf();
     void readersFilesAreTried_data();
     void readersFilesAreTried();
-    void verdictIsThatOfAScan();
     void nothingFoundIsNoReader();
     void quietStillAnswers();
     void jsonHasOneObjectADrive();
     void jsonLeavesOutWhatIsNotKnown();
 
 private:
-    // The findings, with the shelf as the backend.
-    static DriveFinding only()
-    {
-        const QVector<DriveFinding> findings = examineDrives();
-        return findings.size() == 1 ? findings.first() : DriveFinding();
-    }
-
     std::unique_ptr<DriveShelf> m_shelf;
 };
 
@@ -136,11 +109,7 @@ void DriveListTest::otherTypesAreNotLookedInto()
 void DriveListTest::unreadableLabelIsSaid()
 {
     m_shelf->addReader('E').addFault(
-        faultOf(DriveCall::VolumeLabel, "", DriveErrorCode::InputOutput));
-    const DriveFinding finding = only();
-    QCOMPARE(finding.verdict, DriveVerdict::Taken);
-    QCOMPARE(finding.label, QString());
-    QCOMPARE(finding.labelError, QString("E:: injected fault"));
+        lastingFault(DriveCall::VolumeLabel, "", DriveErrorCode::InputOutput));
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     QVERIFY(capture.answers().contains("   no label can be read: E:: injected fault\n"));
@@ -148,7 +117,7 @@ void DriveListTest::unreadableLabelIsSaid()
 
 void DriveListTest::driveWithoutIdentityFileIsTakenWithAQuestion()
 {
-    m_shelf->addReader('E').addFault(missing(kIdentityPath));
+    m_shelf->addReader('E').addFault(missingFile(kIdentityPath));
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     QVERIFY(
@@ -156,33 +125,10 @@ void DriveListTest::driveWithoutIdentityFileIsTakenWithAQuestion()
     QVERIFY(!capture.answers().contains("identity:"));
 }
 
-void DriveListTest::failedIdentityReadShowsTheSystemsText_data()
-{
-    QTest::addColumn<int>("call");
-    QTest::addColumn<int>("code");
-    QTest::newRow("refused") << int(DriveCall::OpenForRead) << int(DriveErrorCode::Refused);
-    QTest::newRow("read") << int(DriveCall::Read) << int(DriveErrorCode::InputOutput);
-    QTest::newRow("close") << int(DriveCall::Close) << int(DriveErrorCode::InputOutput);
-}
-
-void DriveListTest::failedIdentityReadShowsTheSystemsText()
-{
-    QFETCH(int, call);
-    QFETCH(int, code);
-    m_shelf->addReader('E').addFault(
-        faultOf(static_cast<DriveCall>(call), kIdentityPath, static_cast<DriveErrorCode>(code)));
-    const DriveFinding finding = only();
-    QCOMPARE(finding.verdict, DriveVerdict::Taken);
-    QCOMPARE(int(finding.identityFile.code), code);
-    QVERIFY(!finding.hasIdentity());
-    QCOMPARE(verdictText(finding), QString("taken, though its identity could not be read: "
-                                           "E:\\K-DRIVER.DMP: injected fault: is it a reader?"));
-}
-
 void DriveListTest::shortIdentityFileIsRefused()
 {
     m_shelf->addReader('E').addFault(
-        faultOf(DriveCall::Read, kIdentityPath, DriveErrorCode::None)); // reads nothing
+        lastingFault(DriveCall::Read, kIdentityPath, DriveErrorCode::None)); // reads nothing
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::NoReader);
     QVERIFY(
@@ -190,21 +136,12 @@ void DriveListTest::shortIdentityFileIsRefused()
     QVERIFY(!capture.answers().contains("identity:"));
 }
 
-void DriveListTest::identityIsPrintable()
-{
-    m_shelf->addReader('E', "READER",
-                       std::string("A\x01"
-                                   "B") +
-                           '\0' + "C");
-    QCOMPARE(only().identity, QString("A?B"));
-}
-
 void DriveListTest::firstOfSeveralIsTaken()
 {
     m_shelf->addDrive('C', DriveType::Fixed);
     m_shelf->addReader('E');
     m_shelf->addReader('G', "OTHER", "OTHER_FW2");
-    m_shelf->addReader('H').addFault(missing(kIdentityPath));
+    m_shelf->addReader('H').addFault(missingFile(kIdentityPath));
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     const QString text = capture.answers();
@@ -219,7 +156,7 @@ void DriveListTest::firstOfSeveralIsTaken()
 
 void DriveListTest::stickInFrontOfTheReaderIsWarnedOf()
 {
-    m_shelf->addReader('D', "STICK").addFault(missing(kIdentityPath));
+    m_shelf->addReader('D', "STICK").addFault(missingFile(kIdentityPath));
     m_shelf->addReader('E');
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
@@ -248,26 +185,12 @@ void DriveListTest::readersFilesAreTried()
     QFETCH(QString, name);
     QFETCH(int, code);
     QFETCH(QString, line);
-    m_shelf->addReader('E').addFault(faultOf(DriveCall::OpenForRead, name.toLatin1().constData(),
-                                             static_cast<DriveErrorCode>(code)));
+    m_shelf->addReader('E').addFault(lastingFault(
+        DriveCall::OpenForRead, name.toLatin1().constData(), static_cast<DriveErrorCode>(code)));
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     QVERIFY2(capture.answers().contains("   " + line + "\n"), qPrintable(capture.answers()));
     QCOMPARE(capture.answers().count(": opens\n"), 1); // the other file
-}
-
-void DriveListTest::verdictIsThatOfAScan()
-{
-    m_shelf->addDrive('A', DriveType::Fixed);
-    m_shelf->addReader('D').addFault(faultOf(DriveCall::Read, kIdentityPath, DriveErrorCode::None));
-    m_shelf->addReader('K').addFault(missing(kIdentityPath));
-    m_shelf->addReader('M');
-    QCOMPARE(findDevice(0, nullptr), 1);
-    QCOMPARE(deviceLink.driveLetter, static_cast<signed char>('K'));
-    QString verdicts;
-    for (const DriveFinding &finding : examineDrives())
-        verdicts += QString("%1%2 ").arg(QChar(finding.letter)).arg(int(finding.verdict));
-    QCOMPARE(verdicts, QString("A0 D1 K2 M3 "));
 }
 
 void DriveListTest::nothingFoundIsNoReader()
@@ -313,8 +236,8 @@ void DriveListTest::jsonHasOneObjectADrive()
 void DriveListTest::jsonLeavesOutWhatIsNotKnown()
 {
     FaultyDrive &drive = m_shelf->addReader('E');
-    drive.addFault(missing(kIdentityPath));
-    drive.addFault(faultOf(DriveCall::VolumeLabel, "", DriveErrorCode::Refused));
+    drive.addFault(missingFile(kIdentityPath));
+    drive.addFault(lastingFault(DriveCall::VolumeLabel, "", DriveErrorCode::Refused));
     ReportCapture capture(OutputStyle::Json);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     const QJsonObject object = capture.objects().first();

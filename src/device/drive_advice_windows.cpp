@@ -1,4 +1,4 @@
-#include "cli/drive_advice.h"
+#include "device/drive_advice.h"
 
 QStringList noReaderAdvice()
 {

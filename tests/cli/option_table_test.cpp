@@ -1,9 +1,9 @@
 // What is taken for a slip of the fingers, and what is not.
-#include "cli/near_word.h"
+#include "cli/option_table.h"
 
 #include <QtTest>
 
-class NearWordTest : public QObject
+class OptionTableTest : public QObject
 {
     Q_OBJECT
 
@@ -48,5 +48,5 @@ private slots:
     void noWordsNoSuggestion() { QCOMPARE(nearWord("dump", {}), QString()); }
 };
 
-QTEST_GUILESS_MAIN(NearWordTest)
-#include "near_word_test.moc"
+QTEST_GUILESS_MAIN(OptionTableTest)
+#include "option_table_test.moc"

@@ -1,5 +1,5 @@
 // One drive of several is shown; everything else is passed through.
-#include "cli/one_drive_backend.h"
+#include "device/one_drive_backend.h"
 
 #include <QtTest>
 

@@ -2,7 +2,7 @@
 #include "program_run.h"
 
 #include "cli/command_table.h"
-#include "cli/completion.h"
+#include "cli/shell_completion.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -51,7 +51,7 @@ QStringList fishWords(const QString &output)
 
 } // namespace
 
-class CompletionTest : public QObject
+class ShellCompletionTest : public QObject
 {
     Q_OBJECT
 
@@ -242,5 +242,5 @@ private:
     QTemporaryDir m_home;
 };
 
-QTEST_GUILESS_MAIN(CompletionTest)
-#include "completion_test.moc"
+QTEST_GUILESS_MAIN(ShellCompletionTest)
+#include "shell_completion_test.moc"

@@ -1,5 +1,5 @@
 #include "cli/command_table.h"
-#include "cli/completion.h"
+#include "cli/shell_completion.h"
 
 namespace
 {

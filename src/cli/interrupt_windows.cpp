@@ -1,4 +1,4 @@
-#include "cli/stop_signals.h"
+#include "cli/interrupt.h"
 
 #include <csignal>
 

@@ -1,4 +1,4 @@
-#include "cli/completion.h"
+#include "cli/shell_completion.h"
 
 QString completionScript(const QString &shell)
 {

@@ -7,6 +7,22 @@
 
 #include <map>
 
+// Every such call fails from now on.
+inline DriveFault lastingFault(DriveCall call, const char *pathEnd, DriveErrorCode code)
+{
+    DriveFault fault;
+    fault.call = call;
+    fault.pathEnd = pathEnd;
+    fault.code = code;
+    fault.times = DriveFault::kForever;
+    return fault;
+}
+
+inline DriveFault missingFile(const char *name)
+{
+    return lastingFault(DriveCall::OpenForRead, name, DriveErrorCode::NotFound);
+}
+
 class DriveShelf : public DriveBackend
 {
 public:

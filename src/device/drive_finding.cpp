@@ -1,4 +1,4 @@
-#include "cli/drive_finding.h"
+#include "device/drive_finding.h"
 
 #include "device/device_link.h"
 
