@@ -3,6 +3,7 @@
 
 #include "cli/command_table.h"
 #include "cli/completion.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -242,5 +243,5 @@ private:
     QTemporaryDir m_home;
 };
 
-QTEST_GUILESS_MAIN(CompletionTest)
+GBDRIVER_TEST(CompletionTest, core)
 #include "completion_test.moc"

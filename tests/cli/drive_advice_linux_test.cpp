@@ -3,6 +3,7 @@
 
 #include "device/device_link.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -65,5 +66,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(DriveAdviceLinuxTest)
+GBDRIVER_TEST(DriveAdviceLinuxTest, core)
 #include "drive_advice_linux_test.moc"

@@ -1,6 +1,8 @@
 // What is taken for a slip of the fingers, and what is not.
 #include "cli/near_word.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 class NearWordTest : public QObject
@@ -48,5 +50,5 @@ private slots:
     void noWordsNoSuggestion() { QCOMPARE(nearWord("dump", {}), QString()); }
 };
 
-QTEST_GUILESS_MAIN(NearWordTest)
+GBDRIVER_TEST(NearWordTest, core)
 #include "near_word_test.moc"

@@ -1,6 +1,8 @@
 // Progress as a line of text.
 #include "cli/progress_text.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 namespace
@@ -90,5 +92,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProgressTextTest)
+GBDRIVER_TEST(ProgressTextTest, core)
 #include "progress_text_test.moc"
