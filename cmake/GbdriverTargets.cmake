@@ -13,7 +13,8 @@ if(GBDRIVER_SANITIZE)
     target_link_options(gbdriver_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# gbdriver_library(NAME SOURCES... ): one static library per folder of src/.
+# gbdriver_library(NAME SOURCES... ): one static library per folder of src/. Those with a Q_OBJECT set
+# AUTOMOC on it.
 function(gbdriver_library name)
     add_library(${name} STATIC ${ARGN})
     target_link_libraries(${name} PUBLIC gbdriver_options)
@@ -30,20 +31,50 @@ set(GBDRIVER_TEST_ENVIRONMENT
     LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0
     UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
 
-# gbdriver_test(NAME SOURCES file... [LIBRARIES library...] [LABELS label...] [TIMEOUT seconds]):
-# registers one Qt Test program. Widget tests run on the offscreen platform unless the test itself
-# starts an X server and asks for another.
-function(gbdriver_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE gbdriver_options Qt5::Test ${arg_LIBRARIES})
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    add_test(NAME ${name} COMMAND ${name})
+# Sets `result` to the name of the class in the source of a test: device_link_test has DeviceLinkTest.
+function(gbdriver_test_class test result)
+    string(REPLACE "_" ";" words "${test}")
+    set(class "")
+    foreach(word IN LISTS words)
+        string(SUBSTRING "${word}" 0 1 first)
+        string(SUBSTRING "${word}" 1 -1 rest)
+        string(TOUPPER "${first}" first)
+        string(APPEND class "${first}${rest}")
+    endforeach()
+    set(${result} "${class}" PARENT_SCOPE)
+endfunction()
+
+# gbdriver_test_program(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]): the program of a
+# group of tests, each with a class of its own in a source named after it. Registers nothing with ctest.
+function(gbdriver_test_program name)
+    cmake_parse_arguments(arg "" "" "TESTS;SOURCES;LIBRARIES" ${ARGN})
+    set(sources "${arg_TESTS}")
+    list(TRANSFORM sources APPEND ".cpp")
+    add_executable(${name} ${sources} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE
+        gbdriver_options gbdriver_test_runner Qt5::Test ${arg_LIBRARIES})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+endfunction()
+
+# gbdriver_test_group(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]
+#                     [PREFIX text] [LABELS label...] [TIMEOUT seconds]):
+# compiles several Qt Test classes into one program, and registers each as a test of its own, named
+# PREFIX and its source, which runs the program for this one class.
+function(gbdriver_test_group name)
+    cmake_parse_arguments(arg "" "PREFIX;TIMEOUT" "TESTS;SOURCES;LIBRARIES;LABELS" ${ARGN})
+    gbdriver_test_program(${name}
+        TESTS ${arg_TESTS} SOURCES ${arg_SOURCES} LIBRARIES ${arg_LIBRARIES})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
-    set_tests_properties(${name} PROPERTIES
-        TIMEOUT ${arg_TIMEOUT}
-        LABELS "${arg_LABELS}"
-        ENVIRONMENT "${GBDRIVER_TEST_ENVIRONMENT}")
+    foreach(test IN LISTS arg_TESTS)
+        gbdriver_test_class(${test} class)
+        add_test(NAME ${arg_PREFIX}${test} COMMAND ${name} ${class})
+        set_tests_properties(${arg_PREFIX}${test} PROPERTIES
+            TIMEOUT ${arg_TIMEOUT}
+            LABELS "${arg_LABELS}"
+            ENVIRONMENT "${GBDRIVER_TEST_ENVIRONMENT}")
+    endforeach()
 endfunction()

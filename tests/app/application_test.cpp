@@ -2,6 +2,7 @@
 // job runs.
 #include "program_run.h"
 #include "reader_fixture.h"
+#include "test_class.h"
 #include "translation_files.h"
 
 #include <QDir>
@@ -171,5 +172,5 @@ void ApplicationTest::endsAfterTheJobWhenClosedMeanwhile()
     QVERIFY(outcome.output.contains(">Operation failure."));
 }
 
-QTEST_GUILESS_MAIN(ApplicationTest)
+GBDRIVER_TEST(ApplicationTest, core)
 #include "application_test.moc"

@@ -4,6 +4,7 @@
 #include "log_check.h"
 #include "reader_fixture.h"
 
+#include "test_class.h"
 #include "ui/settings.h"
 #include "worker/famicom_thread.h"
 
@@ -281,5 +282,5 @@ void TabDialogTest::destroyedWindowWaitsForTheJob()
     QVERIFY(worker.isNull());
 }
 
-QTEST_MAIN(TabDialogTest)
+GBDRIVER_TEST(TabDialogTest, gui)
 #include "tab_dialog_test.moc"

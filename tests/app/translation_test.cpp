@@ -3,6 +3,7 @@
 #include "app/translation.h"
 #include "file_dialog_answer.h"
 #include "reader_fixture.h"
+#include "test_class.h"
 #include "translation_files.h"
 #include "ui/main_tab.h"
 #include "ui/settings.h"
@@ -227,5 +228,5 @@ void TranslationTest::ruleIsNotTranslated()
     QVERIFY(recorder.asked.filter("hr>").isEmpty());
 }
 
-QTEST_MAIN(TranslationTest)
+GBDRIVER_TEST(TranslationTest, gui)
 #include "translation_test.moc"

@@ -1,4 +1,6 @@
 // The scripts and CMake modules that stand before the first line of the program.
+#include "test_class.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -174,5 +176,5 @@ void BuildFilesTest::unknownArgumentsAreRefused()
     QVERIFY2(outcome.errors.contains("usage:"), outcome.errors);
 }
 
-QTEST_GUILESS_MAIN(BuildFilesTest)
+GBDRIVER_TEST(BuildFilesTest, core)
 #include "build_files_test.moc"

@@ -2,6 +2,7 @@
 #include "cart/dump_checks.h"
 
 #include "header_bytes.h"
+#include "test_class.h"
 #include "virtual/image_generator.h"
 
 #include <QtTest>
@@ -380,5 +381,5 @@ void DumpChecksTest::equalBytesAreFound()
     QCOMPARE(allBytesEqual(constBytesOf(bytes), size), areEqual);
 }
 
-QTEST_APPLESS_MAIN(DumpChecksTest)
+GBDRIVER_TEST(DumpChecksTest, none)
 #include "dump_checks_test.moc"

@@ -1,6 +1,8 @@
 // Where two readings differ, and how it is said.
 #include "cart/dump_differences.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 namespace
@@ -152,5 +154,5 @@ void DumpDifferencesTest::bytesAreNamed()
     QTEST(describeBytes(differencesOf(size, offsets), static_cast<std::uint32_t>(size)), "text");
 }
 
-QTEST_APPLESS_MAIN(DumpDifferencesTest)
+GBDRIVER_TEST(DumpDifferencesTest, none)
 #include "dump_differences_test.moc"

@@ -3,6 +3,7 @@
 #include "cart/game_database.h"
 
 #include "game_list.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -267,5 +268,5 @@ void GameDatabaseTest::keysAreFoundAnywhereInTheCodes()
     QCOMPARE(foundRow(key), row);
 }
 
-QTEST_APPLESS_MAIN(GameDatabaseTest)
+GBDRIVER_TEST(GameDatabaseTest, none)
 #include "game_database_test.moc"

@@ -1,6 +1,7 @@
 // The build step that makes the game table: what it refuses, and what becomes of the values that it
 // takes.
 #include "table_script.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -201,5 +202,5 @@ void GameTableScriptTest::programDoesNotCompileWithAnotherNumberOfRows()
              outcome.errors);
 }
 
-QTEST_GUILESS_MAIN(GameTableScriptTest)
+GBDRIVER_TEST(GameTableScriptTest, core)
 #include "game_table_script_test.moc"

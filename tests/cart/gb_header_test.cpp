@@ -4,6 +4,7 @@
 #include "cart/boot_logos.h"
 #include "device/checksums.h"
 #include "header_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -273,5 +274,5 @@ void GbHeaderTest::ramInsideTheMapperHasNoCode()
     QCOMPARE(decoded(headerWith(type, 0, 0)).ramSize, ramSize);
 }
 
-QTEST_APPLESS_MAIN(GbHeaderTest)
+GBDRIVER_TEST(GbHeaderTest, none)
 #include "gb_header_test.moc"

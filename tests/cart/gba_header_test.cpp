@@ -5,6 +5,7 @@
 #include "device/checksums.h"
 #include "game_list.h"
 #include "header_bytes.h"
+#include "test_class.h"
 
 #include <QTextCodec>
 #include <QtTest>
@@ -277,5 +278,5 @@ void GbaHeaderTest::ownCodeEndsAtTheFirstZero()
     QTEST(gbaHeaderCode(constBytesOf(header)), "code");
 }
 
-QTEST_APPLESS_MAIN(GbaHeaderTest)
+GBDRIVER_TEST(GbaHeaderTest, none)
 #include "gba_header_test.moc"

@@ -3,6 +3,7 @@
 #include "cart/gba_header.h"
 
 #include "header_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -131,5 +132,5 @@ void HeaderChecksumsTest::complementCoversTitleToVersion()
     }
 }
 
-QTEST_APPLESS_MAIN(HeaderChecksumsTest)
+GBDRIVER_TEST(HeaderChecksumsTest, none)
 #include "header_checksums_test.moc"

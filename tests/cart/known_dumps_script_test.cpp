@@ -1,6 +1,7 @@
 // The build step that makes the table of known dumps: what it refuses, and what the lookup finds in
 // a table of our own.
 #include "table_script.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -199,5 +200,5 @@ void KnownDumpsScriptTest::wrongFilesStopTheBuild()
     QVERIFY(!QFile::exists(folder.filePath("table.cpp")));
 }
 
-QTEST_GUILESS_MAIN(KnownDumpsScriptTest)
+GBDRIVER_TEST(KnownDumpsScriptTest, core)
 #include "known_dumps_script_test.moc"

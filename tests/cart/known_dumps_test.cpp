@@ -1,6 +1,7 @@
 // The compiled table of known dumps against the file it is made from, and the search in it.
 #include "cart/known_dump_table.h"
 #include "cart/known_dumps.h"
+#include "test_class.h"
 
 #include <QFile>
 #include <QMap>
@@ -201,5 +202,5 @@ void KnownDumpsTest::otherImagesAreNotFound()
     QCOMPARE(findKnownDump(size, digestOf(sha1)).has_value(), isKnown);
 }
 
-QTEST_APPLESS_MAIN(KnownDumpsTest)
+GBDRIVER_TEST(KnownDumpsTest, none)
 #include "known_dumps_test.moc"

@@ -1,6 +1,8 @@
 // The choice tables row by row, and the look-ups over them.
 #include "cart/setting_tables.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 namespace
@@ -163,5 +165,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(SettingTablesTest)
+GBDRIVER_TEST(SettingTablesTest, none)
 #include "setting_tables_test.moc"

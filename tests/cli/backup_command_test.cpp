@@ -7,6 +7,7 @@
 #include "cli/interrupt.h"
 #include "program_run.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -525,5 +526,5 @@ private:
     QVector<QJsonObject> m_objects;
 };
 
-QTEST_GUILESS_MAIN(BackupCommandTest)
+GBDRIVER_TEST(BackupCommandTest, core)
 #include "backup_command_test.moc"

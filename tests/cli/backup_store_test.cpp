@@ -1,6 +1,8 @@
 // Names of backups: any title makes one that every system can hold, and none is ever another's.
 #include "cli/backup_store.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 class BackupStoreTest : public QObject
@@ -132,5 +134,5 @@ void BackupStoreTest::defaultFolderIsTheUsers()
     QVERIFY(QDir::isAbsolutePath(defaultBackupFolder()));
 }
 
-QTEST_APPLESS_MAIN(BackupStoreTest)
+GBDRIVER_TEST(BackupStoreTest, none)
 #include "backup_store_test.moc"

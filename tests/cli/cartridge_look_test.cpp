@@ -6,6 +6,7 @@
 #include "cartridge_stack.h"
 #include "cli/cli_command.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -308,5 +309,5 @@ private:
     QVector<QJsonObject> m_objects;
 };
 
-QTEST_GUILESS_MAIN(CartridgeLookTest)
+GBDRIVER_TEST(CartridgeLookTest, core)
 #include "cartridge_look_test.moc"

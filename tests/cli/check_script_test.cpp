@@ -1,6 +1,7 @@
 // The command "check-script" of the built program: the shipped scripts, and scripts with the faults
 // that authors make.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -176,5 +177,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(CheckScriptTest)
+GBDRIVER_TEST(CheckScriptTest, core)
 #include "check_script_test.moc"

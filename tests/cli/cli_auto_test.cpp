@@ -1,6 +1,7 @@
 // Jobs of the built program that look at the cartridge first: what they use, what they ask for, and
 // what wins over the header.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -421,5 +422,5 @@ private:
 
 Q_DECLARE_METATYPE(ExitCode)
 
-QTEST_GUILESS_MAIN(CliAutoTest)
+GBDRIVER_TEST(CliAutoTest, core)
 #include "cli_auto_test.moc"

@@ -3,6 +3,7 @@
 
 #include "cart/setting_tables.h"
 #include "cli/cli_command.h"
+#include "test_class.h"
 #include "worker/famicom_thread.h"
 
 #include <QtTest>
@@ -256,5 +257,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CliDetectionTest)
+GBDRIVER_TEST(CliDetectionTest, core)
 #include "cli_detection_test.moc"

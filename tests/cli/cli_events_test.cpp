@@ -1,6 +1,7 @@
 // What the built program prints with --json, held against the documented schema: every line of every
 // command, also of those that fail, and the end with the program's own exit code.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -229,5 +230,5 @@ void CliEventsTest::spoiledLinesAreRefused()
     QCOMPARE(validation.problem.isEmpty(), validation.isValid);
 }
 
-QTEST_GUILESS_MAIN(CliEventsTest)
+GBDRIVER_TEST(CliEventsTest, core)
 #include "cli_events_test.moc"

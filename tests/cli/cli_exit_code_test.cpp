@@ -1,6 +1,7 @@
 // Every exit code of the built program, and what is left on the computer in each case: no temporary
 // file, and what stood under the name before unless it was to be replaced.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -266,5 +267,5 @@ void CliExitCodeTest::interruptedRunIsCancelled()
 }
 #endif
 
-QTEST_GUILESS_MAIN(CliExitCodeTest)
+GBDRIVER_TEST(CliExitCodeTest, core)
 #include "cli_exit_code_test.moc"

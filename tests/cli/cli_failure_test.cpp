@@ -1,6 +1,7 @@
 // The built command-line program when something is wrong: the exit code that says what, the reason
 // on standard error, nothing on standard output, and no file of the user's touched.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -232,5 +233,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(CliFailureTest)
+GBDRIVER_TEST(CliFailureTest, core)
 #include "cli_failure_test.moc"

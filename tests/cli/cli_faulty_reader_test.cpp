@@ -3,6 +3,7 @@
 #include "reader_folder.h"
 
 #include "cli/exit_code.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -199,5 +200,5 @@ void CliFaultyReaderTest::infoNamesTheReaderThatFails()
     QCOMPARE(object["reader"].toObject()["firmware"].toString(), QString("FOLDER"));
 }
 
-QTEST_GUILESS_MAIN(CliFaultyReaderTest)
+GBDRIVER_TEST(CliFaultyReaderTest, core)
 #include "cli_faulty_reader_test.moc"

@@ -1,6 +1,7 @@
 // The command "flash" of the built program: chips of both widths, one that never finishes, and the
 // user's Ctrl-C. What the chip holds afterwards is looked at on a real mount, see tests/e2e.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QProcess>
@@ -134,5 +135,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(CliFlashTest)
+GBDRIVER_TEST(CliFlashTest, core)
 #include "cli_flash_test.moc"

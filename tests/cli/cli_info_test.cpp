@@ -1,6 +1,7 @@
 // The command "info" of the built program: lines, JSON, checksums and exit codes for every kind of
 // cartridge.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -349,5 +350,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(CliInfoTest)
+GBDRIVER_TEST(CliInfoTest, core)
 #include "cli_info_test.moc"

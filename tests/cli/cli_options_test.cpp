@@ -3,6 +3,7 @@
 
 #include "cli/cli_command.h"
 #include "cli/command_table.h"
+#include "test_class.h"
 #include "worker/famicom_thread.h"
 
 #include <QtTest>
@@ -529,5 +530,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CliOptionsTest)
+GBDRIVER_TEST(CliOptionsTest, core)
 #include "cli_options_test.moc"

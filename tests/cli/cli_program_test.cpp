@@ -1,6 +1,7 @@
 // The built command-line program on the virtual reader in its own process: jobs that succeed, and
 // what it prints.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -250,5 +251,5 @@ private:
     QByteArray m_image;
 };
 
-QTEST_GUILESS_MAIN(CliProgramTest)
+GBDRIVER_TEST(CliProgramTest, core)
 #include "cli_program_test.moc"

@@ -1,6 +1,7 @@
 // The verdicts of the built program, each on a cartridge or a file that deserves it: what it says, to
 // people and as an event, its exit code, and the name that the file gets.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -329,5 +330,5 @@ void CliVerdictTest::everyUnstableReadIsKept()
     QVERIFY(fileBytes(path("dump.unstable")) == fileBytes(path("dump (2).unstable")));
 }
 
-QTEST_GUILESS_MAIN(CliVerdictTest)
+GBDRIVER_TEST(CliVerdictTest, core)
 #include "cli_verdict_test.moc"

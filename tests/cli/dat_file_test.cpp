@@ -1,6 +1,8 @@
 // Reading DAT files: what is taken from them, and that a file which is none does no harm.
 #include "cli/dat_file.h"
 
+#include "test_class.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -362,5 +364,5 @@ void DatFileTest::largeFileIsRead()
     QCOMPARE(findInDat(m_dat, 32768, last)->title, QString("Game %1").arg(count));
 }
 
-QTEST_APPLESS_MAIN(DatFileTest)
+GBDRIVER_TEST(DatFileTest, none)
 #include "dat_file_test.moc"

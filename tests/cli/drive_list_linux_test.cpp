@@ -4,6 +4,7 @@
 #include "device/device_link.h"
 #include "device/drive_advice.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -66,5 +67,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(DriveListLinuxTest)
+GBDRIVER_TEST(DriveListLinuxTest, core)
 #include "drive_list_linux_test.moc"

@@ -4,6 +4,7 @@
 #include "device/device_link.h"
 #include "drive_shelf.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -247,5 +248,5 @@ void DriveListTest::jsonLeavesOutWhatIsNotKnown()
     QCOMPARE(object["identityFile"].toString(), QString("missing"));
 }
 
-QTEST_GUILESS_MAIN(DriveListTest)
+GBDRIVER_TEST(DriveListTest, core)
 #include "drive_list_test.moc"

@@ -2,6 +2,7 @@
 // GBA saves, and ROMs of rewritable GB cartridges. As save_faults_test.cpp.
 #include "bench_cases.h"
 #include "cart/setting_tables.h"
+#include "test_class.h"
 #include "write_faults.h"
 
 #include <QtTest>
@@ -81,5 +82,5 @@ void FlashFaultsTest::misheardChipSizeLosesNothing()
     QVERIFY(stopped > 0);
 }
 
-QTEST_GUILESS_MAIN(FlashFaultsTest)
+GBDRIVER_TEST(FlashFaultsTest, core)
 #include "flash_faults_test.moc"

@@ -3,6 +3,7 @@
 
 #include "cli/cli_command.h"
 #include "cli/command_table.h"
+#include "test_class.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -169,5 +170,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(HelpTextTest)
+GBDRIVER_TEST(HelpTextTest, core)
 #include "help_text_test.moc"

@@ -1,5 +1,6 @@
 // An installed copy of the build: complete, and working from where it stands.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -118,5 +119,5 @@ private:
     QByteArray m_image;
 };
 
-QTEST_GUILESS_MAIN(InstallTest)
+GBDRIVER_TEST(InstallTest, core)
 #include "install_test.moc"

@@ -3,6 +3,7 @@
 #include "../e2e/mounted_reader.h"
 #include "program_run.h"
 #include "running_program.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -189,5 +190,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(InterruptProgramTest)
+GBDRIVER_TEST(InterruptProgramTest, core)
 #include "interrupt_program_test.moc"

@@ -9,6 +9,7 @@
 #include "program_run.h"
 #include "report_capture.h"
 #include "script/erase_poll.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -235,5 +236,5 @@ private:
     QString m_messages;
 };
 
-QTEST_GUILESS_MAIN(InterruptTest)
+GBDRIVER_TEST(InterruptTest, core)
 #include "interrupt_test.moc"

@@ -2,6 +2,7 @@
 #include "cli/kept_backup.h"
 #include "job_bench.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -199,5 +200,5 @@ void KeptBackupTest::interruptKeepsNothing()
     QCOMPARE(names(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(KeptBackupTest)
+GBDRIVER_TEST(KeptBackupTest, core)
 #include "kept_backup_test.moc"

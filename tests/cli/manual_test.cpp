@@ -3,6 +3,7 @@
 
 #include "cli/command_table.h"
 #include "program_run.h"
+#include "test_class.h"
 #include "virtual/fuse/program_options.h"
 
 #include <QRegularExpression>
@@ -111,5 +112,5 @@ private:
     QString m_page;
 };
 
-QTEST_GUILESS_MAIN(ManualTest)
+GBDRIVER_TEST(ManualTest, core)
 #include "manual_test.moc"

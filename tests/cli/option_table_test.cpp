@@ -1,6 +1,8 @@
 // What is taken for a slip of the fingers, and what is not.
 #include "cli/option_table.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 class OptionTableTest : public QObject
@@ -48,5 +50,5 @@ private slots:
     void noWordsNoSuggestion() { QCOMPARE(nearWord("dump", {}), QString()); }
 };
 
-QTEST_GUILESS_MAIN(OptionTableTest)
+GBDRIVER_TEST(OptionTableTest, core)
 #include "option_table_test.moc"

@@ -2,6 +2,7 @@
 #include "cli/pending_file.h"
 #include "device/device_link.h"
 #include "fault_bench.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -217,5 +218,5 @@ void PendingFileTest::unreadableUserFileIsTold()
     QCOMPARE(bytes, QByteArray("untouched"));
 }
 
-QTEST_GUILESS_MAIN(PendingFileTest)
+GBDRIVER_TEST(PendingFileTest, core)
 #include "pending_file_test.moc"

@@ -1,6 +1,8 @@
 // Texts for bug reports: the line that tells, and no folders.
 #include "cli/plain_text.h"
 
+#include "test_class.h"
+
 #include <QDir>
 #include <QtTest>
 
@@ -56,5 +58,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PlainTextTest)
+GBDRIVER_TEST(PlainTextTest, core)
 #include "plain_text_test.moc"

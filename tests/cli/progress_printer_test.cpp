@@ -2,6 +2,7 @@
 #include "cli/progress_printer.h"
 
 #include "output_file.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -214,5 +215,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProgressPrinterTest)
+GBDRIVER_TEST(ProgressPrinterTest, core)
 #include "progress_printer_test.moc"

@@ -2,6 +2,7 @@
 // byte, and any other leaves no file under the name that was asked for, or the old one.
 #include "bench_cases.h"
 #include "cart/setting_tables.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -114,5 +115,5 @@ void ReadFaultsTest::noSingleFaultMakesABadFile()
     QCOMPARE(problems.size(), 0);
 }
 
-QTEST_GUILESS_MAIN(ReadFaultsTest)
+GBDRIVER_TEST(ReadFaultsTest, core)
 #include "read_faults_test.moc"

@@ -3,6 +3,7 @@
 #include "cli/repeated_read.h"
 #include "job_bench.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -158,5 +159,5 @@ void RepeatedReadTest::interruptEndsTheReading()
     QVERIFY(capture.messages().contains("Stopped before two reads were compared."));
 }
 
-QTEST_GUILESS_MAIN(RepeatedReadTest)
+GBDRIVER_TEST(RepeatedReadTest, core)
 #include "repeated_read_test.moc"

@@ -4,6 +4,7 @@
 #include "cli/verdict.h"
 #include "output_file.h"
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -160,5 +161,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReporterTest)
+GBDRIVER_TEST(ReporterTest, core)
 #include "reporter_test.moc"

@@ -1,6 +1,7 @@
 // What write-ram does with files that do not fit, with folders that can not hold a backup, and what a
 // refused job says.
 #include "bench_cases.h"
+#include "test_class.h"
 #include "write_faults.h"
 
 #include <QtTest>
@@ -227,5 +228,5 @@ void SaveCommandsTest::suspiciousSaveReplacesNothing()
     QCOMPARE(fresh.file, *bench.save);
 }
 
-QTEST_GUILESS_MAIN(SaveCommandsTest)
+GBDRIVER_TEST(SaveCommandsTest, core)
 #include "save_commands_test.moc"

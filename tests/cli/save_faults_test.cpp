@@ -2,6 +2,7 @@
 // in silence, the old bytes are in the cartridge or in a backup.
 #include "bench_cases.h"
 #include "cart/setting_tables.h"
+#include "test_class.h"
 #include "write_faults.h"
 
 #include <QtTest>
@@ -51,5 +52,5 @@ void SaveFaultsTest::noSingleFaultLosesTheContent()
     QCOMPARE(count.problems, 0);
 }
 
-QTEST_GUILESS_MAIN(SaveFaultsTest)
+GBDRIVER_TEST(SaveFaultsTest, core)
 #include "save_faults_test.moc"

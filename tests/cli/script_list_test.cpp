@@ -8,6 +8,7 @@
 #include "drive_shelf.h"
 #include "report_capture.h"
 #include "script_folder.h"
+#include "test_class.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -253,5 +254,5 @@ void ScriptListTest::sha1IsOfTheBytes()
     QCOMPARE(fileSha1(folder.path()), QString());
 }
 
-QTEST_GUILESS_MAIN(ScriptListTest)
+GBDRIVER_TEST(ScriptListTest, core)
 #include "script_list_test.moc"

@@ -5,6 +5,7 @@
 #include "cli/self_test_jobs.h"
 #include "report_capture.h"
 #include "script_folder.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -218,5 +219,5 @@ void SelfTestTest::everyRowHasANameOfItsOwn()
     QCOMPARE(names.size(), int(kSelfTestRows.size()));
 }
 
-QTEST_GUILESS_MAIN(SelfTestTest)
+GBDRIVER_TEST(SelfTestTest, core)
 #include "self_test_test.moc"

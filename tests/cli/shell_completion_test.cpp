@@ -3,6 +3,7 @@
 
 #include "cli/command_table.h"
 #include "cli/shell_completion.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -242,5 +243,5 @@ private:
     QTemporaryDir m_home;
 };
 
-QTEST_GUILESS_MAIN(ShellCompletionTest)
+GBDRIVER_TEST(ShellCompletionTest, core)
 #include "shell_completion_test.moc"

@@ -1,5 +1,6 @@
 // The built program on a terminal: the bar and the colours, and what the environment takes away.
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -139,5 +140,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(TerminalProgramTest)
+GBDRIVER_TEST(TerminalProgramTest, core)
 #include "terminal_program_test.moc"

@@ -2,6 +2,7 @@
 #include "cli/transfer_hash.h"
 #include "job_bench.h"
 #include "script_folder.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -151,5 +152,5 @@ void TransferHashTest::jobThatIsNeverStartedEndsTheHash()
     QVERIFY(!worker.isRunning());
 }
 
-QTEST_GUILESS_MAIN(TransferHashTest)
+GBDRIVER_TEST(TransferHashTest, core)
 #include "transfer_hash_test.moc"

@@ -2,6 +2,7 @@
 #include "cli/verdict.h"
 
 #include "report_capture.h"
+#include "test_class.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -336,5 +337,5 @@ void VerdictTest::verdictIsAnEvent()
     QCOMPARE(capture.objects(), (QVector<QJsonObject>{verified, unverified}));
 }
 
-QTEST_GUILESS_MAIN(VerdictTest)
+GBDRIVER_TEST(VerdictTest, core)
 #include "verdict_test.moc"

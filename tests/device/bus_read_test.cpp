@@ -4,6 +4,7 @@
 #include "composed_block.h"
 #include "recording_drive.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -95,5 +96,5 @@ void BusReadTest::readFailures()
     }
 }
 
-QTEST_APPLESS_MAIN(BusReadTest)
+GBDRIVER_TEST(BusReadTest, none)
 #include "bus_read_test.moc"

@@ -4,6 +4,7 @@
 #include "composed_block.h"
 #include "reference_crc32.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -182,5 +183,5 @@ void ChecksumsTest::crc32OfNothingChangesNothing()
     QCOMPARE(crc32(nullptr, 0), 0U);
 }
 
-QTEST_APPLESS_MAIN(ChecksumsTest)
+GBDRIVER_TEST(ChecksumsTest, none)
 #include "checksums_test.moc"

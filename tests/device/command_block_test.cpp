@@ -6,6 +6,7 @@
 #include "test_bytes.h"
 
 #include "device/device_link.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -188,5 +189,5 @@ void CommandBlockTest::failureIsPassedUp()
     QCOMPARE(m_drive->openFiles, 0);
 }
 
-QTEST_APPLESS_MAIN(CommandBlockTest)
+GBDRIVER_TEST(CommandBlockTest, none)
 #include "command_block_test.moc"

@@ -6,6 +6,7 @@
 #include "test_bytes.h"
 
 #include "device/device_commands.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -313,5 +314,5 @@ void DeviceLinkTest::sessionReleasesTheReader()
              QStringList({"create E:\\CMD.CMD", "write 512 at 0", "close", "release"}));
 }
 
-QTEST_APPLESS_MAIN(DeviceLinkTest)
+GBDRIVER_TEST(DeviceLinkTest, none)
 #include "device_link_test.moc"

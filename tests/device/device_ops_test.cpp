@@ -7,6 +7,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_link.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -273,5 +274,5 @@ void DeviceOpsTest::spareIsBoundOnlyByANonZeroFlag()
     QVERIFY(m_drive->calls.isEmpty());
 }
 
-QTEST_APPLESS_MAIN(DeviceOpsTest)
+GBDRIVER_TEST(DeviceOpsTest, none)
 #include "device_ops_test.moc"

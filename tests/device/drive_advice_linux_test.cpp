@@ -1,5 +1,6 @@
 // What a user on Linux is told when no reader is found, with and without declared drives.
 #include "device/drive_advice.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -40,5 +41,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DriveAdviceLinuxTest)
+GBDRIVER_TEST(DriveAdviceLinuxTest, core)
 #include "drive_advice_linux_test.moc"

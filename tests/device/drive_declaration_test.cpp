@@ -1,6 +1,8 @@
 // Reading a declaration of drives, LETTER=FOLDER[:LABEL] separated by ';'.
 #include "device/linux_drives.h"
 
+#include "test_class.h"
+
 #include <QDir>
 #include <QtTest>
 
@@ -115,5 +117,5 @@ void DriveDeclarationTest::complaintNamesTheEntry()
     QVERIFY(complaints[1].find("\"E=/again\"") != std::string::npos);
 }
 
-QTEST_APPLESS_MAIN(DriveDeclarationTest)
+GBDRIVER_TEST(DriveDeclarationTest, none)
 #include "drive_declaration_test.moc"

@@ -3,6 +3,7 @@
 
 #include "recording_drive.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -277,5 +278,5 @@ void DriveDiscoveryTest::namedLetterIsTriedAlone()
     QCOMPARE(m_drive->calls.filter("type"), QStringList({"type D:", "type E:"}));
 }
 
-QTEST_APPLESS_MAIN(DriveDiscoveryTest)
+GBDRIVER_TEST(DriveDiscoveryTest, none)
 #include "drive_discovery_test.moc"

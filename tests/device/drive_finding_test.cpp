@@ -3,6 +3,7 @@
 
 #include "device/device_link.h"
 #include "drive_shelf.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -107,5 +108,5 @@ void DriveFindingTest::verdictIsThatOfAScan()
     QCOMPARE(verdicts, QString("A0 D1 K2 M3 "));
 }
 
-QTEST_GUILESS_MAIN(DriveFindingTest)
+GBDRIVER_TEST(DriveFindingTest, core)
 #include "drive_finding_test.moc"

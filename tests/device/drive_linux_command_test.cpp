@@ -1,6 +1,7 @@
 // The command file on Linux: replaced in place, its descriptor kept between commands.
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -300,5 +301,5 @@ void DriveLinuxCommandTest::failedSyncIsReportedAndGivenUp()
     QCOMPARE(descriptorsOn("/dev/null").size(), openBefore);
 }
 
-QTEST_APPLESS_MAIN(DriveLinuxCommandTest)
+GBDRIVER_TEST(DriveLinuxCommandTest, none)
 #include "drive_linux_command_test.moc"

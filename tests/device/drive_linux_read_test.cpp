@@ -2,6 +2,7 @@
 // take O_DIRECT and on those that refuse it.
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -267,5 +268,5 @@ void DriveLinuxReadTest::readFileIsNotWritable()
     QCOMPARE(fileContent(reader.path("DUMP.ROM")), QByteArray("content"));
 }
 
-QTEST_APPLESS_MAIN(DriveLinuxReadTest)
+GBDRIVER_TEST(DriveLinuxReadTest, none)
 #include "drive_linux_read_test.moc"

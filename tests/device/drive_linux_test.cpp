@@ -4,6 +4,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_link.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QtTest>
@@ -242,5 +243,5 @@ void DriveLinuxTest::returnedFolderServesAgain()
     QCOMPARE(backend->driveType("E:"), DriveType::Removable);
 }
 
-QTEST_APPLESS_MAIN(DriveLinuxTest)
+GBDRIVER_TEST(DriveLinuxTest, none)
 #include "drive_linux_test.moc"

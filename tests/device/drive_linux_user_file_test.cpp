@@ -2,6 +2,7 @@
 // program has them locked.
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -221,5 +222,5 @@ void DriveLinuxUserFileTest::writtenFileIsNotReadable()
     QCOMPARE(count, 0U);
 }
 
-QTEST_APPLESS_MAIN(DriveLinuxUserFileTest)
+GBDRIVER_TEST(DriveLinuxUserFileTest, none)
 #include "drive_linux_user_file_test.moc"

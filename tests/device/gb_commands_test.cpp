@@ -8,6 +8,7 @@
 #include "test_bytes.h"
 
 #include "device/payload_cipher.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -252,5 +253,5 @@ void GbCommandsTest::failedFlashWriteLeavesTheSourceAlone()
     QCOMPARE(source, before);
 }
 
-QTEST_APPLESS_MAIN(GbCommandsTest)
+GBDRIVER_TEST(GbCommandsTest, none)
 #include "gb_commands_test.moc"

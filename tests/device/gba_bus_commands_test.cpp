@@ -4,6 +4,7 @@
 #include "composed_block.h"
 #include "recording_drive.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -113,5 +114,5 @@ void GbaBusCommandsTest::deviceInfoResults()
     QCOMPARE(queryDeviceInfo(info.data(), 16), 0U);
 }
 
-QTEST_APPLESS_MAIN(GbaBusCommandsTest)
+GBDRIVER_TEST(GbaBusCommandsTest, none)
 #include "gba_bus_commands_test.moc"

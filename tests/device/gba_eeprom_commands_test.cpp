@@ -4,6 +4,7 @@
 #include "composed_block.h"
 #include "recording_drive.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -221,5 +222,5 @@ void GbaEepromCommandsTest::largeWriteReturnsItsLengthWhateverFails()
     QCOMPARE(m_drive->calls.filter("create").size(), 32);
 }
 
-QTEST_APPLESS_MAIN(GbaEepromCommandsTest)
+GBDRIVER_TEST(GbaEepromCommandsTest, none)
 #include "gba_eeprom_commands_test.moc"

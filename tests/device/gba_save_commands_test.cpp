@@ -4,6 +4,7 @@
 #include "composed_block.h"
 #include "recording_drive.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -234,5 +235,5 @@ void GbaSaveCommandsTest::saveEraseIsOneEmptyBlock()
     QCOMPARE(gbaSaveErase(), 0U);
 }
 
-QTEST_APPLESS_MAIN(GbaSaveCommandsTest)
+GBDRIVER_TEST(GbaSaveCommandsTest, none)
 #include "gba_save_commands_test.moc"

@@ -1,6 +1,8 @@
 // Drive letters on Linux: the kernel's removable flag, mounted volumes, declared folders.
 #include "device/linux_drives.h"
 
+#include "test_class.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -281,5 +283,5 @@ void LinuxDrivesTest::sourcesOfTheSystem()
                         [](const MountedVolume &volume) { return volume.folder == "/"; }));
 }
 
-QTEST_APPLESS_MAIN(LinuxDrivesTest)
+GBDRIVER_TEST(LinuxDrivesTest, none)
 #include "linux_drives_test.moc"

@@ -1,6 +1,8 @@
 // One drive of several is shown; everything else is passed through.
 #include "device/one_drive_backend.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 #include <cstring>
@@ -146,5 +148,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(OneDriveBackendTest)
+GBDRIVER_TEST(OneDriveBackendTest, core)
 #include "one_drive_backend_test.moc"

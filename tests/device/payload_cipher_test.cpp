@@ -4,6 +4,7 @@
 #include "pi_fraction.h"
 #include "reference_blowfish.h"
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -258,5 +259,5 @@ void PayloadCipherTest::equalGroupsEncipherEqually()
     QCOMPARE(enciphered.left(8), enciphered.mid(8));
 }
 
-QTEST_APPLESS_MAIN(PayloadCipherTest)
+GBDRIVER_TEST(PayloadCipherTest, none)
 #include "payload_cipher_test.moc"

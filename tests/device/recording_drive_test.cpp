@@ -2,6 +2,7 @@
 #include "recording_drive.h"
 
 #include "device/device_link.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -126,5 +127,5 @@ void RecordingDriveTest::attachedReaderIsOnDriveE()
     QCOMPARE(m_drive->content(kIdentityPath).size(), 0x10000);
 }
 
-QTEST_APPLESS_MAIN(RecordingDriveTest)
+GBDRIVER_TEST(RecordingDriveTest, none)
 #include "recording_drive_test.moc"

@@ -3,6 +3,7 @@
 #include "device/sector_window.h"
 
 #include "test_bytes.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -284,5 +285,5 @@ void SectorWindowTest::positionMovesBehindWhatArrived()
     }
 }
 
-QTEST_APPLESS_MAIN(SectorWindowTest)
+GBDRIVER_TEST(SectorWindowTest, none)
 #include "sector_window_test.moc"

@@ -4,6 +4,7 @@
 #include "mounted_reader.h"
 
 #include "cli/exit_code.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QtTest>
@@ -222,5 +223,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CliOnMountTest)
+GBDRIVER_TEST(CliOnMountTest, core)
 #include "cli_on_mount_test.moc"

@@ -6,6 +6,7 @@
 
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "test_class.h"
 #include "worker/famicom_thread.h"
 
 #include <QDir>
@@ -125,5 +126,5 @@ private:
     std::unique_ptr<DriveBackend> m_backend;
 };
 
-QTEST_GUILESS_MAIN(ReplugTest)
+GBDRIVER_TEST(ReplugTest, core)
 #include "replug_test.moc"

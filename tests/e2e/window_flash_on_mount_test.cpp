@@ -2,6 +2,7 @@
 // reader on a real mount, and dumps it again.
 #include "cartridge_files.h"
 #include "driven_window.h"
+#include "test_class.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -72,5 +73,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(WindowFlashOnMountTest)
+GBDRIVER_TEST(WindowFlashOnMountTest, core)
 #include "window_flash_on_mount_test.moc"

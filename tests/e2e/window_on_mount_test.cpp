@@ -2,6 +2,7 @@
 // real mount: what a user does on a first evening with the program.
 #include "cartridge_files.h"
 #include "driven_window.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -81,5 +82,5 @@ private:
     QByteArray m_oldSave;
 };
 
-QTEST_GUILESS_MAIN(WindowOnMountTest)
+GBDRIVER_TEST(WindowOnMountTest, core)
 #include "window_on_mount_test.moc"

@@ -1,5 +1,6 @@
 // ROM dumps: every size of every kind, byte for byte, with the fewest device operations.
 #include "mapper_fixture.h"
+#include "test_class.h"
 
 #include <QCryptographicHash>
 #include <QtTest>
@@ -176,5 +177,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperDumpTest)
+GBDRIVER_TEST(MapperDumpTest, core)
 #include "mapper_dump_test.moc"

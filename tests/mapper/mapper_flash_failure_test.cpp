@@ -1,6 +1,7 @@
 // Flash jobs that must not or cannot be done: what is sent, what the user reads, what the chip
 // holds.
 #include "flash_fixture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -226,5 +227,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperFlashFailureTest)
+GBDRIVER_TEST(MapperFlashFailureTest, core)
 #include "mapper_flash_failure_test.moc"

@@ -1,5 +1,6 @@
 // Writing a ROM file into a flash cartridge: every mapper that has such boards, both widths.
 #include "flash_fixture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -157,5 +158,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(MapperFlashTest)
+GBDRIVER_TEST(MapperFlashTest, core)
 #include "mapper_flash_test.moc"

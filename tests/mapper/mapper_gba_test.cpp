@@ -2,6 +2,7 @@
 #include "job_fixture.h"
 
 #include "cart/setting_tables.h"
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 
@@ -251,5 +252,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperGbaTest)
+GBDRIVER_TEST(MapperGbaTest, core)
 #include "mapper_gba_test.moc"

@@ -2,6 +2,7 @@
 // that a script shares with the virtual cartridges shows here.
 #include "mapper_fixture.h"
 #include "mgba_cartridge.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -155,5 +156,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperLibraryTest)
+GBDRIVER_TEST(MapperLibraryTest, core)
 #include "mapper_library_test.moc"

@@ -5,6 +5,7 @@
 // RAM payload, "program8 4000+4000" and "program16" of flash payload, "read 0000+8000" a read of
 // the bus. The slot is empty: it reads as an erased chip, and nothing can be harmed.
 #include "job_fixture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -238,5 +239,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperRecipeTest)
+GBDRIVER_TEST(MapperRecipeTest, core)
 #include "mapper_recipe_test.moc"

@@ -2,6 +2,7 @@
 #include "mapper_fixture.h"
 
 #include "cart/setting_tables.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -180,5 +181,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperRefusalTest)
+GBDRIVER_TEST(MapperRefusalTest, core)
 #include "mapper_refusal_test.moc"

@@ -1,6 +1,7 @@
 // The state that a job leaves the cartridge in: save memory closed, ROM bank 1, RAM bank 0, the
 // mode of bank groups 0, also when something went wrong on the way.
 #include "mapper_fixture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -261,5 +262,5 @@ private:
     QByteArray m_before;
 };
 
-QTEST_GUILESS_MAIN(MapperRestTest)
+GBDRIVER_TEST(MapperRestTest, core)
 #include "mapper_rest_test.moc"

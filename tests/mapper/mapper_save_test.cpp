@@ -1,5 +1,6 @@
 // Saves: every size of every mapper read, changed, written, and read back from another reader.
 #include "mapper_fixture.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -185,5 +186,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(MapperSaveTest)
+GBDRIVER_TEST(MapperSaveTest, core)
 #include "mapper_save_test.moc"

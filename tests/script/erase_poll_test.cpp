@@ -6,6 +6,7 @@
 #include "script_bench.h"
 
 #include "device/device_ops.h"
+#include "test_class.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -231,5 +232,5 @@ void ErasePollTest::usualWaitTakesItsTime()
     QCOMPARE(waits, 0);
 }
 
-QTEST_GUILESS_MAIN(ErasePollTest)
+GBDRIVER_TEST(ErasePollTest, core)
 #include "erase_poll_test.moc"

@@ -1,4 +1,6 @@
 // A script that hands a native something else than its job stops the program, in every build type.
+#include "test_class.h"
+
 #include <QCoreApplication>
 #include <QOperatingSystemVersion>
 #include <QProcess>
@@ -119,5 +121,5 @@ void FatalAssertionTest::rightJobDoesNot()
     QCOMPARE(outcome.output.trimmed(), QByteArray("the script went on"));
 }
 
-QTEST_GUILESS_MAIN(FatalAssertionTest)
+GBDRIVER_TEST(FatalAssertionTest, core)
 #include "fatal_assertion_test.moc"

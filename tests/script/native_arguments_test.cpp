@@ -1,6 +1,7 @@
 // What natives refuse: too few arguments, arguments of the wrong type, and in which order they
 // look.
 #include "native_bench.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -165,5 +166,5 @@ void NativeArgumentsTest::errorCanBeCaught()
     QCOMPARE(bench.operations, QStringList{"gbRead 4000 +16 @0"});
 }
 
-QTEST_GUILESS_MAIN(NativeArgumentsTest)
+GBDRIVER_TEST(NativeArgumentsTest, core)
 #include "native_arguments_test.moc"

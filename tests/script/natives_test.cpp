@@ -7,6 +7,7 @@
 #include "device/device_ops.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -439,5 +440,5 @@ void NativesTest::ramEraseIgnoresAFailedCommand()
     QCOMPARE(bench.logs(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(NativesTest)
+GBDRIVER_TEST(NativesTest, core)
 #include "natives_test.moc"

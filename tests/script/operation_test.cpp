@@ -6,6 +6,7 @@
 
 #include "script/erase_poll.h"
 #include "script/script_host.h"
+#include "test_class.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>
@@ -417,5 +418,5 @@ void OperationTest::textsAreTranslatedAsTheHosts()
     QCOMPARE(unknown, QStringList{"[QObject]Unknow operate!"});
 }
 
-QTEST_GUILESS_MAIN(OperationTest)
+GBDRIVER_TEST(OperationTest, core)
 #include "operation_test.moc"

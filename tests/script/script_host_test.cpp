@@ -3,6 +3,7 @@
 
 #include "job_events.h"
 
+#include "test_class.h"
 #include "worker/famicom_thread.h"
 
 #include <QtTest>
@@ -340,5 +341,5 @@ void ScriptHostTest::callsLeaveTheStackAsItWas()
     }
 }
 
-QTEST_GUILESS_MAIN(ScriptHostTest)
+GBDRIVER_TEST(ScriptHostTest, core)
 #include "script_host_test.moc"

@@ -5,6 +5,7 @@
 #include "reader_fixture.h"
 
 #include "script/erase_poll.h"
+#include "test_class.h"
 #include "ui/settings.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
@@ -210,5 +211,5 @@ void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack()
     QCOMPARE(m_fixture->reader().counters().refusedBlocks, 0U);
 }
 
-QTEST_MAIN(CartridgeWriteTest)
+GBDRIVER_TEST(CartridgeWriteTest, gui)
 #include "cartridge_write_test.moc"

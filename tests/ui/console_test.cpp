@@ -1,6 +1,8 @@
 // The log view: its look, and that it follows what is appended.
 #include "ui/console.h"
 
+#include "test_class.h"
+
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -118,5 +120,5 @@ void ConsoleTest::userCannotType()
     QCOMPARE(console.toPlainText(), QString("text"));
 }
 
-QTEST_MAIN(ConsoleTest)
+GBDRIVER_TEST(ConsoleTest, gui)
 #include "console_test.moc"

@@ -4,6 +4,7 @@
 #include "log_check.h"
 #include "reader_fixture.h"
 
+#include "test_class.h"
 #include "ui/settings.h"
 #include "worker/famicom_thread.h"
 
@@ -566,5 +567,5 @@ void FileActionTest::gbaFlashIsNotProbed()
     QVERIFY(!m_fixture->traffic().contains("AA<-98"));
 }
 
-QTEST_MAIN(FileActionTest)
+GBDRIVER_TEST(FileActionTest, gui)
 #include "file_action_test.moc"

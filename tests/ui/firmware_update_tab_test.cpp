@@ -2,6 +2,7 @@
 #include "log_check.h"
 #include "marking_translator.h"
 
+#include "test_class.h"
 #include "ui/firmware_update_tab.h"
 #include "worker/update_thread.h"
 
@@ -426,5 +427,5 @@ void FirmwareUpdateTabTest::destroyedIdleTabTakesItsWorkerAlong()
     QVERIFY(worker.isNull());
 }
 
-QTEST_MAIN(FirmwareUpdateTabTest)
+GBDRIVER_TEST(FirmwareUpdateTabTest, gui)
 #include "firmware_update_tab_test.moc"

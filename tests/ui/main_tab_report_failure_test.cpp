@@ -4,6 +4,7 @@
 #include "reader_fixture.h"
 #include "report_samples.h"
 
+#include "test_class.h"
 #include "ui/settings.h"
 
 #include <QPushButton>
@@ -170,5 +171,5 @@ void MainTabReportFailureTest::readerIsReleased()
     QCOMPARE(m_fixture->drive().releases, 1);
 }
 
-QTEST_MAIN(MainTabReportFailureTest)
+GBDRIVER_TEST(MainTabReportFailureTest, gui)
 #include "main_tab_report_failure_test.moc"

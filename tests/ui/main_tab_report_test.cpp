@@ -6,6 +6,7 @@
 #include "reader_fixture.h"
 #include "report_samples.h"
 
+#include "test_class.h"
 #include "ui/settings.h"
 #include "virtual/image_generator.h"
 #include "worker/famicom_thread.h"
@@ -467,5 +468,5 @@ void MainTabReportTest::gbaDumpTakesWhatWasDetected()
             toByteArray(m_fixture->reader().cartridge().romImage()));
 }
 
-QTEST_MAIN(MainTabReportTest)
+GBDRIVER_TEST(MainTabReportTest, gui)
 #include "main_tab_report_test.moc"

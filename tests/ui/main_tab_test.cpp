@@ -3,6 +3,7 @@
 #include "reader_fixture.h"
 
 #include "device/device_link.h"
+#include "test_class.h"
 #include "ui/settings.h"
 #include "worker/famicom_thread.h"
 
@@ -251,5 +252,5 @@ void MainTabTest::cancelReachesTheWorker()
     COMPARE_LOG(*m_tab, QStringList());
 }
 
-QTEST_MAIN(MainTabTest)
+GBDRIVER_TEST(MainTabTest, gui)
 #include "main_tab_test.moc"

@@ -1,6 +1,8 @@
 // The settings box: every choice by the user and every choice by value.
 #include "ui/settings.h"
 
+#include "test_class.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -527,5 +529,5 @@ void SettingsTest::valuesInNoRowChangeNothing()
     QCOMPARE(m_settings->getGbaRamSize(), 32768);
 }
 
-QTEST_MAIN(SettingsTest)
+GBDRIVER_TEST(SettingsTest, gui)
 #include "settings_test.moc"

@@ -1,6 +1,7 @@
 // The about tab: every text, which of them are translated, and that its links open.
 #include "marking_translator.h"
 
+#include "test_class.h"
 #include "ui/maker.h"
 #include "ui/tab_about.h"
 
@@ -261,5 +262,5 @@ void TabAboutTest::wholePageIsReadable()
     }
 }
 
-QTEST_MAIN(TabAboutTest)
+GBDRIVER_TEST(TabAboutTest, gui)
 #include "tab_about_test.moc"

@@ -1,34 +1,54 @@
-# gbdriver_window_test(NAME, as gbdriver_test): a test of the program's window. It runs on the
-# offscreen platform, and once more where the window is really drawn: as NAME_x11 on an X server of
-# its own, or on Windows as NAME_desktop on the desktop that is there. The program looks for mapper
-# scripts and translations in its own folder, so each of these tests has a folder to itself.
+# gbdriver_window_tests(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]): the tests of the
+# program's window, in one program. Each runs on the offscreen platform, and once more where the window
+# is really drawn: as TEST_x11 on an X server of its own, or on Windows as TEST_desktop on the desktop
+# that is there. The window looks for mapper scripts and translations in the folder of its program, so
+# each test runs the program from a folder of its own, into which it is linked.
 set(GBDRIVER_WINDOW_TEST_FOLDER "${CMAKE_CURRENT_LIST_DIR}")
-function(gbdriver_window_test name)
-    gbdriver_test(${name} ${ARGN})
-    target_sources(${name} PRIVATE "${GBDRIVER_WINDOW_TEST_FOLDER}/known_leaks.cpp")
-    set(folder "${CMAKE_BINARY_DIR}/tests/${name}.d")
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
-    get_test_property(${name} TIMEOUT timeout)
+function(gbdriver_window_tests name)
+    cmake_parse_arguments(arg "" "" "TESTS;SOURCES;LIBRARIES" ${ARGN})
+    gbdriver_test_program(${name}
+        TESTS ${arg_TESTS}
+        SOURCES ${arg_SOURCES} "${GBDRIVER_WINDOW_TEST_FOLDER}/known_leaks.cpp"
+        LIBRARIES ${arg_LIBRARIES})
+    if(NOT WIN32)
+        add_dependencies(${name} xvfb_run)
+    endif()
+    foreach(test IN LISTS arg_TESTS)
+        set(folder "${CMAKE_BINARY_DIR}/tests/${test}.d")
+        set(program "${folder}/$<TARGET_FILE_NAME:${name}>")
+        add_custom_command(TARGET ${name} POST_BUILD
+            COMMAND "${CMAKE_COMMAND}" -E make_directory "${folder}"
+            COMMAND "${CMAKE_COMMAND}" -E create_hardlink "$<TARGET_FILE:${name}>" "${program}"
+            VERBATIM)
+        gbdriver_add_window_test(${test} "${folder}" "${program}")
+    endforeach()
+endfunction()
+
+# Registers both runs of a test.
+function(gbdriver_add_window_test test folder program)
+    gbdriver_test_class(${test} class)
     # File dialogs store what they looked like; not among the settings of whoever runs the tests.
     set(environment "LC_ALL=C.UTF-8;XDG_CONFIG_HOME=${folder}/config")
-    set_tests_properties(${name} PROPERTIES
-        RESOURCE_LOCK ${name}
+    # Only the name of a target would bring the emulator of a cross build along.
+    add_test(NAME ${test} COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} "${program}" ${class})
+    set_tests_properties(${test} PROPERTIES
+        RESOURCE_LOCK ${test}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${environment}")
     if(WIN32)
         # The tests answer file dialogs of Qt; the system's own are left to the test of the package.
         # One desktop has one keyboard focus.
-        set(drawn ${name}_desktop)
-        add_test(NAME ${drawn} COMMAND ${name})
+        set(drawn ${test}_desktop)
+        add_test(NAME ${drawn} COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} "${program}" ${class})
         set_tests_properties(${drawn} PROPERTIES
             LABELS desktop
-            RESOURCE_LOCK "${name};desktop"
+            RESOURCE_LOCK "${test};desktop"
             ENVIRONMENT "QT_QPA_PLATFORM=windows:dialogs=none;${environment}")
     else()
-        set(drawn ${name}_x11)
-        add_test(NAME ${drawn} COMMAND xvfb_run $<TARGET_FILE:${name}>)
+        set(drawn ${test}_x11)
+        add_test(NAME ${drawn} COMMAND xvfb_run "${program}" ${class})
         set_tests_properties(${drawn} PROPERTIES
-            RESOURCE_LOCK ${name}
+            RESOURCE_LOCK ${test}
             ENVIRONMENT "${environment}")
     endif()
-    set_tests_properties(${drawn} PROPERTIES TIMEOUT ${timeout})
+    set_tests_properties(${test} ${drawn} PROPERTIES TIMEOUT 120)
 endfunction()

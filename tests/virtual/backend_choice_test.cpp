@@ -1,4 +1,5 @@
 // What the environment variable makes of the drive backend.
+#include "test_class.h"
 #include "virtual/backend_choice.h"
 #include "virtual/image_generator.h"
 
@@ -209,5 +210,5 @@ void BackendChoiceTest::unreadableFilesAreExplained()
     QVERIFY(choice.backend() == nullptr);
 }
 
-QTEST_APPLESS_MAIN(BackendChoiceTest)
+GBDRIVER_TEST(BackendChoiceTest, none)
 #include "backend_choice_test.moc"

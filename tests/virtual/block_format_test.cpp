@@ -1,6 +1,7 @@
 // The reader's view of a command block: what it accepts, what it refuses and why.
 #include "command_blocks.h"
 
+#include "test_class.h"
 #include "virtual/block_format.h"
 
 #include <QtTest>
@@ -210,5 +211,5 @@ void BlockFormatTest::lengthsOutsideTheLimitAreRefused()
     QCOMPARE(decodeBlock(block.data(), block.size()).refusal.empty(), accepted);
 }
 
-QTEST_APPLESS_MAIN(BlockFormatTest)
+GBDRIVER_TEST(BlockFormatTest, none)
 #include "block_format_test.moc"

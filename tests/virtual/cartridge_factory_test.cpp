@@ -1,4 +1,5 @@
 // Which cartridge an image gives, seen through its buses, and which images are refused.
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 
@@ -207,5 +208,5 @@ void CartridgeFactoryTest::refusesWrongGbaSizes()
     }
 }
 
-QTEST_APPLESS_MAIN(CartridgeFactoryTest)
+GBDRIVER_TEST(CartridgeFactoryTest, none)
 #include "cartridge_factory_test.moc"

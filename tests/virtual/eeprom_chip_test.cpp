@@ -1,4 +1,5 @@
 // The serial EEPROM's requests, bit by bit.
+#include "test_class.h"
 #include "virtual/eeprom_chip.h"
 #include "virtual/image_generator.h"
 
@@ -171,5 +172,5 @@ void EepromChipTest::loadTakesTheChipsSizeOnly()
     QVERIFY(chip.contents() == ByteVector(512, 0x42));
 }
 
-QTEST_APPLESS_MAIN(EepromChipTest)
+GBDRIVER_TEST(EepromChipTest, none)
 #include "eeprom_chip_test.moc"

@@ -3,6 +3,7 @@
 #include "virtual/in_process_drive.h"
 
 #include "command_blocks.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -373,5 +374,5 @@ void FaultyDriveTest::callsAreCounted()
     QCOMPARE(bench.drive->callCount(DriveCall::OpenForWrite), 0U);
 }
 
-QTEST_APPLESS_MAIN(FaultyDriveTest)
+GBDRIVER_TEST(FaultyDriveTest, none)
 #include "faulty_drive_test.moc"

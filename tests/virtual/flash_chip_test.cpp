@@ -1,6 +1,8 @@
 // The flash chip's command sequences, its status while it works, and what interrupts it.
 #include "virtual/flash_chip.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 #include <initializer_list>
@@ -523,5 +525,5 @@ void FlashChipTest::loadTakesTheChipsSizeOnly()
     QVERIFY(chip.contents() == ByteVector(kSize, 0x42));
 }
 
-QTEST_APPLESS_MAIN(FlashChipTest)
+GBDRIVER_TEST(FlashChipTest, none)
 #include "flash_chip_test.moc"

@@ -1,4 +1,5 @@
 // Banking and RAM of every modelled cartridge, at the edges of its registers.
+#include "test_class.h"
 #include "virtual/gb_cartridges.h"
 #include "virtual/image_generator.h"
 
@@ -329,5 +330,5 @@ void GbCartridgesTest::saveChangesCountOnlyChangedBytes()
     QCOMPARE(cartridge.saveChanges(), quint64(2));
 }
 
-QTEST_APPLESS_MAIN(GbCartridgesTest)
+GBDRIVER_TEST(GbCartridgesTest, none)
 #include "gb_cartridges_test.moc"

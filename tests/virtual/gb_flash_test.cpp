@@ -2,6 +2,7 @@
 #define OPENSSL_API_COMPAT 0x10100000L
 #include "command_blocks.h"
 
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 #include "virtual/virtual_reader.h"
@@ -475,5 +476,5 @@ void GbFlashTest::refusesWhatTheChipCannotHold()
     QVERIFY2(QString::fromStdString(error).contains(reason), error.c_str());
 }
 
-QTEST_APPLESS_MAIN(GbFlashTest)
+GBDRIVER_TEST(GbFlashTest, none)
 #include "gb_flash_test.moc"

@@ -4,6 +4,7 @@
 #include "virtual/virtual_reader.h"
 
 #include "command_blocks.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -112,5 +113,5 @@ void GbaCartridgeTest::dumpFileRunsOverTheEndOfTheRom()
     QCOMPARE(asArray(bytes), QByteArray::fromHex("5A5A010202020302"));
 }
 
-QTEST_APPLESS_MAIN(GbaCartridgeTest)
+GBDRIVER_TEST(GbaCartridgeTest, none)
 #include "gba_cartridge_test.moc"

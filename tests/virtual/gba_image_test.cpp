@@ -1,5 +1,6 @@
 // Generated GBA images: a header that is right by independent arithmetic, contents without repeats,
 // and the marks of the save libraries.
+#include "test_class.h"
 #include "virtual/gba_save_library.h"
 #include "virtual/image_generator.h"
 
@@ -246,5 +247,5 @@ void GbaImageTest::impossibleRequestsAreRefused()
     QVERIFY(image.empty());
 }
 
-QTEST_APPLESS_MAIN(GbaImageTest)
+GBDRIVER_TEST(GbaImageTest, none)
 #include "gba_image_test.moc"

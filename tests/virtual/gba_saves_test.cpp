@@ -1,6 +1,7 @@
 // GBA save memories behind the reader's save commands, as blocks on the wire.
 #include "command_blocks.h"
 
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/gba_cartridge.h"
 #include "virtual/gba_save_choice.h"
@@ -403,5 +404,5 @@ void GbaSavesTest::factoryRefusesSizesOfNoChip()
     QVERIFY2(QString::fromStdString(error).contains(reason), error.c_str());
 }
 
-QTEST_APPLESS_MAIN(GbaSavesTest)
+GBDRIVER_TEST(GbaSavesTest, none)
 #include "gba_saves_test.moc"

@@ -1,6 +1,7 @@
 // The host's commands, byte for byte as it sends them, on the chips of virtual cartridges.
 #include "host_side.h"
 
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 #include "virtual/in_process_drive.h"
@@ -182,5 +183,5 @@ void HostOnChipsTest::wrongKeyProgramsOtherBytes()
     QVERIFY(std::equal(bytes.begin() + 8, bytes.end(), rom.begin() + kBank + 8));
 }
 
-QTEST_APPLESS_MAIN(HostOnChipsTest)
+GBDRIVER_TEST(HostOnChipsTest, none)
 #include "host_on_chips_test.moc"

@@ -1,6 +1,8 @@
 // Generated images: headers that are right by independent arithmetic, contents without repeats.
 #include "virtual/image_generator.h"
 
+#include "test_class.h"
+
 #include <QByteArray>
 #include <QSet>
 #include <QtTest>
@@ -171,5 +173,5 @@ void ImageGeneratorTest::impossibleRequestsAreRefused()
     QVERIFY(image.empty());
 }
 
-QTEST_APPLESS_MAIN(ImageGeneratorTest)
+GBDRIVER_TEST(ImageGeneratorTest, none)
 #include "image_generator_test.moc"

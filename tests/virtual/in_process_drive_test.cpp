@@ -4,6 +4,7 @@
 #include "virtual/in_process_drive.h"
 
 #include "command_blocks.h"
+#include "test_class.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -383,5 +384,5 @@ void InProcessDriveTest::failedSaveFileShowsWhenTheCommandFileCloses()
     QVERIFY2(QString::fromStdString(status.message).contains("demo.sav"), status.message.c_str());
 }
 
-QTEST_APPLESS_MAIN(InProcessDriveTest)
+GBDRIVER_TEST(InProcessDriveTest, none)
 #include "in_process_drive_test.moc"

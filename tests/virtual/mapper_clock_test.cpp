@@ -1,5 +1,6 @@
 // The clocks of MBC3 and HuC-3, on a time that the test sets.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/mappers/huc3_cartridge.h"
 #include "virtual/mappers/mbc3_cartridge.h"
 
@@ -294,5 +295,5 @@ void MapperClockTest::huc3MemoryOutlivesThePower()
     QCOMPARE(ask(cartridge, 1, 0), 0x10); // the address is 0 again
 }
 
-QTEST_APPLESS_MAIN(MapperClockTest)
+GBDRIVER_TEST(MapperClockTest, none)
 #include "mapper_clock_test.moc"

@@ -1,5 +1,6 @@
 // Which mapper and how much save memory each header type gets, and what options change.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/mappers/camera_cartridge.h"
 #include "virtual/mappers/huc1_cartridge.h"
@@ -213,5 +214,5 @@ void MapperFactoryTest::flashStandsBehindAnyMapper()
     }
 }
 
-QTEST_APPLESS_MAIN(MapperFactoryTest)
+GBDRIVER_TEST(MapperFactoryTest, none)
 #include "mapper_factory_test.moc"

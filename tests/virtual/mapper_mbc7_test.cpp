@@ -1,5 +1,6 @@
 // MBC7: its gates, the accelerometer, and the serial EEPROM bit by bit.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/mappers/mbc7_cartridge.h"
 
 #include <QtTest>
@@ -252,5 +253,5 @@ void MapperMbc7Test::powerCycleForbidsChanges()
     QCOMPARE(readWord(*m_cartridge, 1), 0xFFFFU);
 }
 
-QTEST_APPLESS_MAIN(MapperMbc7Test)
+GBDRIVER_TEST(MapperMbc7Test, none)
 #include "mapper_mbc7_test.moc"

@@ -1,5 +1,6 @@
 // MMM01: the menu after power-on, mapping, and every setup bit before and after it is locked.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/mappers/mmm01_cartridge.h"
 
 #include <QtTest>
@@ -204,5 +205,5 @@ void MapperMmm01Test::ramGateWorksMappedAndUnmapped()
     }
 }
 
-QTEST_APPLESS_MAIN(MapperMmm01Test)
+GBDRIVER_TEST(MapperMmm01Test, none)
 #include "mapper_mmm01_test.moc"

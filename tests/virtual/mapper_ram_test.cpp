@@ -1,6 +1,7 @@
 // What the mappers show at A000-BFFF: RAM banks and gates, cells of four bits, infrared, the
 // camera's registers, the memory of a TAMA5.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/mappers/camera_cartridge.h"
 #include "virtual/mappers/huc1_cartridge.h"
 #include "virtual/mappers/huc3_cartridge.h"
@@ -326,5 +327,5 @@ void MapperRamTest::tama5BankRegistersLeaveTheMemoryAlone()
     QCOMPARE(cartridge.saveChanges(), quint64(1));
 }
 
-QTEST_APPLESS_MAIN(MapperRamTest)
+GBDRIVER_TEST(MapperRamTest, none)
 #include "mapper_ram_test.moc"

@@ -1,5 +1,6 @@
 // Which ROM banks the mappers show, by the registers that they have; and what a power cycle does.
 #include "mapper_bench.h"
+#include "test_class.h"
 #include "virtual/gb_cartridges.h"
 #include "virtual/mappers/camera_cartridge.h"
 #include "virtual/mappers/huc1_cartridge.h"
@@ -184,5 +185,5 @@ void MapperRomTest::everyBankCanBeShown()
     }
 }
 
-QTEST_APPLESS_MAIN(MapperRomTest)
+GBDRIVER_TEST(MapperRomTest, none)
 #include "mapper_rom_test.moc"

@@ -1,6 +1,7 @@
 // The emulator library as a cartridge behind the virtual reader.
 #include "command_blocks.h"
 #include "mgba_cartridge.h"
+#include "test_class.h"
 #include "virtual/image_generator.h"
 #include "virtual/virtual_reader.h"
 
@@ -99,5 +100,5 @@ void MgbaCartridgeTest::powerCycleResetsTheMapper()
     QCOMPARE(cartridge->gbRead(0x4000), image[0x4000]);
 }
 
-QTEST_APPLESS_MAIN(MgbaCartridgeTest)
+GBDRIVER_TEST(MgbaCartridgeTest, none)
 #include "mgba_cartridge_test.moc"

@@ -6,6 +6,7 @@
 // docs/virtual-cartridges.md tells where the two disagree and who is right.
 #include "mapper_sequences.h"
 #include "mgba_cartridge.h"
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 #include "virtual/mappers/mbc7_cartridge.h"
@@ -223,5 +224,5 @@ void MgbaComparisonTest::sameTrafficGivesSameBytes()
     }
 }
 
-QTEST_APPLESS_MAIN(MgbaComparisonTest)
+GBDRIVER_TEST(MgbaComparisonTest, none)
 #include "mgba_comparison_test.moc"

@@ -3,6 +3,7 @@
 // is right, as far as that is known. A row that fails after an update of the library may be struck.
 #include "mapper_bench.h"
 #include "mgba_cartridge.h"
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 
 #include <QtTest>
@@ -211,5 +212,5 @@ void MgbaDisagreementTest::mbc2SavesArePackedThere()
     QCOMPARE(int(library->saveImage()[1]), 0x95);
 }
 
-QTEST_APPLESS_MAIN(MgbaDisagreementTest)
+GBDRIVER_TEST(MgbaDisagreementTest, none)
 #include "mgba_disagreement_test.moc"

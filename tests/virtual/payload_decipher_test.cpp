@@ -1,5 +1,6 @@
 // The reader's decipher against an independent Blowfish, and the words of pi that it starts from.
 #define OPENSSL_API_COMPAT 0x10100000L // the plain block function is deprecated since 3.0
+#include "test_class.h"
 #include "virtual/image_generator.h"
 #include "virtual/payload_decipher.h"
 #include "virtual/pi_words.h"
@@ -96,5 +97,5 @@ void PayloadDecipherTest::undoesAnIndependentEncipher()
     QVERIFY(bytes == plain);
 }
 
-QTEST_APPLESS_MAIN(PayloadDecipherTest)
+GBDRIVER_TEST(PayloadDecipherTest, none)
 #include "payload_decipher_test.moc"

@@ -1,6 +1,8 @@
 // The command line of the mounted reader.
 #include "virtual/fuse/program_options.h"
 
+#include "test_class.h"
+
 #include <QDir>
 #include <QtTest>
 
@@ -191,5 +193,5 @@ void ProgramOptionsTest::helpListsEveryOption()
         QVERIFY2(usage.contains(QString("\n  %1 ").arg(name)), name);
 }
 
-QTEST_APPLESS_MAIN(ProgramOptionsTest)
+GBDRIVER_TEST(ProgramOptionsTest, none)
 #include "program_options_test.moc"

@@ -3,6 +3,7 @@
 #include "virtual/save_file.h"
 
 #include "command_blocks.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -570,5 +571,5 @@ void ReaderMountTest::imageIsMade()
     QVERIFY(!QFile::exists(path("x.gb")));
 }
 
-QTEST_GUILESS_MAIN(ReaderMountTest)
+GBDRIVER_TEST(ReaderMountTest, core)
 #include "reader_mount_test.moc"

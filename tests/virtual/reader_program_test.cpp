@@ -1,4 +1,5 @@
 // Images made by the program, without mounting anything.
+#include "test_class.h"
 #include "virtual/fuse/reader_program.h"
 #include "virtual/gba_save_library.h"
 #include "virtual/image_generator.h"
@@ -95,5 +96,5 @@ void ReaderProgramTest::impossibleGbaImageIsNotMade()
     QVERIFY(!QFile::exists(m_folder.filePath("bad.gba")));
 }
 
-QTEST_APPLESS_MAIN(ReaderProgramTest)
+GBDRIVER_TEST(ReaderProgramTest, none)
 #include "reader_program_test.moc"

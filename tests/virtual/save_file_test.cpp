@@ -5,6 +5,7 @@
 #include "virtual/save_file.h"
 
 #include "command_blocks.h"
+#include "test_class.h"
 
 #include <QDir>
 #include <QFile>
@@ -203,5 +204,5 @@ void SaveFileTest::demoCartridgeStartsWithTheSaveFile()
     QVERIFY(fresh->reader().cartridge().saveImage() != ByteVector(32 * kKiB, 0x42));
 }
 
-QTEST_APPLESS_MAIN(SaveFileTest)
+GBDRIVER_TEST(SaveFileTest, none)
 #include "save_file_test.moc"

@@ -3,6 +3,7 @@
 #include "command_blocks.h"
 #include "recording_cartridge.h"
 
+#include "test_class.h"
 #include "virtual/image_generator.h"
 #include "virtual/virtual_reader.h"
 
@@ -527,5 +528,5 @@ void VirtualReaderTest::emptySlotReadsOnes()
     QVERIFY(bench.reader.cartridge().saveImage().empty());
 }
 
-QTEST_APPLESS_MAIN(VirtualReaderTest)
+GBDRIVER_TEST(VirtualReaderTest, none)
 #include "virtual_reader_test.moc"

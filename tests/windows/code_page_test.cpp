@@ -2,6 +2,7 @@
 // holds, and those that it does not. The tests run with Western European.
 #include "job_bench.h"
 #include "program_run.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -143,5 +144,5 @@ void CodePageTest::otherNamesWork()
     QCOMPARE(bench.job.rom_size, kSize);
 }
 
-QTEST_GUILESS_MAIN(CodePageTest)
+GBDRIVER_TEST(CodePageTest, core)
 #include "code_page_test.moc"

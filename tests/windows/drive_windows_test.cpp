@@ -3,6 +3,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_link.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -314,5 +315,5 @@ void DriveWindowsTest::filesOfAnyNameWork()
     QCOMPARE(bytes, QByteArray("tent"));
 }
 
-QTEST_APPLESS_MAIN(DriveWindowsTest)
+GBDRIVER_TEST(DriveWindowsTest, none)
 #include "drive_windows_test.moc"

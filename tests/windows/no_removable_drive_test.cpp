@@ -1,6 +1,8 @@
 // A machine without a reader.
 #include "device/device_link.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 #include <memory>
@@ -23,5 +25,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(NoRemovableDriveTest)
+GBDRIVER_TEST(NoRemovableDriveTest, none)
 #include "no_removable_drive_test.moc"

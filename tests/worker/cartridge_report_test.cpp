@@ -5,6 +5,7 @@
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/faulty_drive.h"
 #include "virtual/gb_cartridges.h"
@@ -479,5 +480,5 @@ void CartridgeReportTest::textsBelongToTheMainTab()
     QCOMPARE(recorder.asked, expected);
 }
 
-QTEST_GUILESS_MAIN(CartridgeReportTest)
+GBDRIVER_TEST(CartridgeReportTest, core)
 #include "cartridge_report_test.moc"

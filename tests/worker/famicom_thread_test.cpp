@@ -1,6 +1,7 @@
 // The worker object: its face to Qt, the order of what it reports for every operation, cancelling,
 // and its life over several jobs.
 #include "job_bench.h"
+#include "test_class.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -383,5 +384,5 @@ void FamicomThreadTest::textsAreTranslatedAsTheWorkers()
     QCOMPARE(noDevice, QStringList{context + "Can not found device."});
 }
 
-QTEST_GUILESS_MAIN(FamicomThreadTest)
+GBDRIVER_TEST(FamicomThreadTest, core)
 #include "famicom_thread_test.moc"

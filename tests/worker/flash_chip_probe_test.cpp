@@ -1,6 +1,8 @@
 // What a flash chip's answer to a query tells.
 #include "worker/flash_chip_probe.h"
 
+#include "test_class.h"
+
 #include <QtTest>
 
 #include <array>
@@ -81,5 +83,5 @@ void FlashChipProbeTest::silentBusIsAnEightBitChip()
     QVERIFY(!decodeFlashQuery(answer.data()).isWide);
 }
 
-QTEST_APPLESS_MAIN(FlashChipProbeTest)
+GBDRIVER_TEST(FlashChipProbeTest, none)
 #include "flash_chip_probe_test.moc"

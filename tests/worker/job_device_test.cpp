@@ -3,6 +3,7 @@
 #include "job_bench.h"
 
 #include "job_events.h"
+#include "test_class.h"
 
 #include <QtTest>
 
@@ -315,5 +316,5 @@ void JobDeviceTest::failedKeyQueryMeansAKeyOfZeros()
     QCOMPARE(programmed == rom, readerHasZeros);
 }
 
-QTEST_GUILESS_MAIN(JobDeviceTest)
+GBDRIVER_TEST(JobDeviceTest, core)
 #include "job_device_test.moc"

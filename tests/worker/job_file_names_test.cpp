@@ -1,5 +1,6 @@
 // Names of the user's files where any sequence of bytes is a name, and the locale says what they mean.
 #include "job_bench.h"
+#include "test_class.h"
 
 #include <QTextCodec>
 #include <QtTest>
@@ -121,5 +122,5 @@ void JobFileNamesTest::nameThatCannotBeEncodedIsNoFile()
     }
 }
 
-QTEST_GUILESS_MAIN(JobFileNamesTest)
+GBDRIVER_TEST(JobFileNamesTest, core)
 #include "job_file_names_test.moc"

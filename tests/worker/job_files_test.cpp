@@ -1,5 +1,6 @@
 // The user's files: what write jobs read, and what dump jobs write.
 #include "job_bench.h"
+#include "test_class.h"
 
 #include <QFile>
 #include <QMap>
@@ -338,5 +339,5 @@ void JobFilesTest::impossibleSizeWritesNothing()
     QCOMPARE(bench.fileBytes("file.bin"), QByteArray("user's bytes"));
 }
 
-QTEST_GUILESS_MAIN(JobFilesTest)
+GBDRIVER_TEST(JobFilesTest, core)
 #include "job_files_test.moc"
