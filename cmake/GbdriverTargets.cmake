@@ -44,10 +44,11 @@ function(gbdriver_test_class test result)
     set(${result} "${class}" PARENT_SCOPE)
 endfunction()
 
-# gbdriver_test_program(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]): the program of a
-# group of tests, each with a class of its own in a source named after it. Registers nothing with ctest.
+# gbdriver_test_program(NAME HEADERS kind TESTS test... [SOURCES file...] [LIBRARIES library...]): the
+# program of a group of tests, each with a class of its own in a source named after it, compiled with
+# precompiled headers of that kind. Registers nothing with ctest.
 function(gbdriver_test_program name)
-    cmake_parse_arguments(arg "" "" "TESTS;SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "" "HEADERS" "TESTS;SOURCES;LIBRARIES" ${ARGN})
     set(sources "${arg_TESTS}")
     list(TRANSFORM sources APPEND ".cpp")
     add_executable(${name} ${sources} ${arg_SOURCES})
@@ -56,6 +57,7 @@ function(gbdriver_test_program name)
     set_target_properties(${name} PROPERTIES
         AUTOMOC ON
         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    gbdriver_precompile(${arg_HEADERS} ${name})
 endfunction()
 
 # gbdriver_test_group(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]
@@ -64,7 +66,7 @@ endfunction()
 # PREFIX and its source, which runs the program for this one class.
 function(gbdriver_test_group name)
     cmake_parse_arguments(arg "" "PREFIX;TIMEOUT" "TESTS;SOURCES;LIBRARIES;LABELS" ${ARGN})
-    gbdriver_test_program(${name}
+    gbdriver_test_program(${name} HEADERS test
         TESTS ${arg_TESTS} SOURCES ${arg_SOURCES} LIBRARIES ${arg_LIBRARIES})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)

@@ -4,12 +4,12 @@
 
 const std::vector<int> &stopSignals()
 {
-    static const std::vector<int> signals = {SIGINT, SIGTERM, SIGHUP};
-    return signals;
+    static const std::vector<int> numbers = {SIGINT, SIGTERM, SIGHUP};
+    return numbers;
 }
 
 const std::vector<int> &ignoredSignals()
 {
-    static const std::vector<int> signals = {SIGPIPE};
-    return signals;
+    static const std::vector<int> numbers = {SIGPIPE};
+    return numbers;
 }

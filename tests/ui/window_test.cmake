@@ -6,7 +6,7 @@
 set(GBDRIVER_WINDOW_TEST_FOLDER "${CMAKE_CURRENT_LIST_DIR}")
 function(gbdriver_window_tests name)
     cmake_parse_arguments(arg "" "" "TESTS;SOURCES;LIBRARIES" ${ARGN})
-    gbdriver_test_program(${name}
+    gbdriver_test_program(${name} HEADERS window_test
         TESTS ${arg_TESTS}
         SOURCES ${arg_SOURCES} "${GBDRIVER_WINDOW_TEST_FOLDER}/known_leaks.cpp"
         LIBRARIES ${arg_LIBRARIES})
