@@ -9,6 +9,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -49,3 +52,5 @@ std::unique_ptr<Cartridge> makeCartridge(ByteVector image, std::string *error)
 {
     return makeCartridge(std::move(image), {}, error);
 }
+
+} // namespace virtual_reader

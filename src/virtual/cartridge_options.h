@@ -10,6 +10,9 @@
 #include <string>
 #include <vector>
 
+namespace virtual_reader
+{
+
 // Which bus a cartridge is built for.
 enum class CartridgeSystem { ByHeader, Gb, Gba };
 
@@ -42,3 +45,5 @@ const std::vector<CartridgeOptionRow> &cartridgeOptionRows();
 
 // Returns: null if there is no option of that name.
 const CartridgeOptionRow *findCartridgeOption(const std::string &name);
+
+} // namespace virtual_reader

@@ -6,6 +6,9 @@
 #include <functional>
 #include <utility>
 
+namespace virtual_reader
+{
+
 // Returns: seconds since a moment of its own choice; must never step back. An empty one stands
 // still.
 using ClockSource = std::function<std::uint64_t()>;
@@ -29,3 +32,5 @@ private:
     ClockSource m_source;
     std::uint64_t m_last = 0;
 };
+
+} // namespace virtual_reader

@@ -7,9 +7,14 @@
 
 #include <array>
 
+namespace virtual_reader
+{
+
 extern const std::array<std::uint8_t, 48> kGbLogo;
 extern const std::array<std::uint8_t, 156> kGbaLogo;
 
 // True if the logo stands at its place in `image`, which may be of any size.
 bool hasGbLogo(const ByteVector &image);
 bool hasGbaLogo(const ByteVector &image);
+
+} // namespace virtual_reader

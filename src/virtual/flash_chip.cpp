@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -277,3 +280,5 @@ std::uint8_t FlashChip::queryByte(std::uint32_t index) const
                                      [index](const Entry &row) { return row.index == index; });
     return entry == std::end(entries) ? std::uint8_t{0} : static_cast<std::uint8_t>(entry->value);
 }
+
+} // namespace virtual_reader

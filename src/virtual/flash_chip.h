@@ -17,6 +17,9 @@
 #include <optional>
 #include <vector>
 
+namespace virtual_reader
+{
+
 // What is printed on the chip. Addresses are bytes, as they come over an 8-bit bus.
 struct FlashChipFacts {
     std::uint32_t sizeBytes;   // power of two
@@ -124,3 +127,5 @@ private:
     std::uint8_t m_toggle = 0;
     std::optional<std::uint32_t> m_lastRead; // since the work began
 };
+
+} // namespace virtual_reader

@@ -17,6 +17,9 @@
 #include <cstdio>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -214,3 +217,5 @@ std::unique_ptr<Cartridge> makeGbCartridge(ByteVector image, const CartridgeOpti
     cartridge->fitFlash(makeGbFlash(options.flash, options.flashChip, std::move(image)));
     return cartridge;
 }
+
+} // namespace virtual_reader

@@ -17,6 +17,9 @@
 #include <memory>
 #include <optional>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kGbRomBankSize = 16 * 1024;
 constexpr std::uint32_t kGbRamBankSize = 8 * 1024;
 
@@ -138,3 +141,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

@@ -4,6 +4,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kGbaLogoOffset = 0x04;
 constexpr std::uint32_t kGbaTitleOffset = 0xA0;
 constexpr std::uint32_t kGbaTitleSize = 12;
@@ -24,3 +27,5 @@ constexpr bool isGbaRomSize(std::uint64_t size)
 {
     return size >= kGbaSmallestRom && size <= kGbaLargestRom && size % 2 == 0;
 }
+
+} // namespace virtual_reader

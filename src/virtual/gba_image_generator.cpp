@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <iterator>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -64,3 +67,5 @@ bool makeGbaImage(const GbaImageSpec &spec, ByteVector *image, std::string *erro
     std::copy(mark.begin(), mark.end(), image->begin() + kMarkOffset);
     return true;
 }
+
+} // namespace virtual_reader

@@ -7,6 +7,9 @@
 #include <cctype>
 #include <iterator>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -125,3 +128,5 @@ bool makeGbImage(const GbImageSpec &spec, ByteVector *image, std::string *error)
     writeHeader(spec, image);
     return true;
 }
+
+} // namespace virtual_reader

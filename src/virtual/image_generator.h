@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <string>
 
+namespace virtual_reader
+{
+
 struct GbImageSpec {
     std::uint8_t type = 0;          // header type code
     std::uint32_t romSize = 0x8000; // bytes: 32 KiB to 8 MiB, a power of two
@@ -44,3 +47,5 @@ std::string titleFault(const std::string &title, std::uint32_t longest);
 
 // `size` pseudo-random bytes, for saves.
 ByteVector makeNoise(std::uint32_t size, std::uint64_t seed);
+
+} // namespace virtual_reader

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 PayloadDecipher::PayloadDecipher(const CipherKey &key)
 {
     static const std::vector<std::uint32_t> pi = piFractionWords(kSubkeys + kBoxes * kBoxSize);
@@ -52,3 +55,5 @@ void PayloadDecipher::decipher(std::uint8_t *block) const
     putLittleEndian(block, left, 4);
     putLittleEndian(block + 4, right, 4);
 }
+
+} // namespace virtual_reader

@@ -1,5 +1,8 @@
 #include "virtual/pi_words.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -66,3 +69,5 @@ std::vector<std::uint32_t> piFractionWords(std::size_t count)
     const auto begin = pi.begin() + 1;
     return {begin, begin + static_cast<std::ptrdiff_t>(count)};
 }
+
+} // namespace virtual_reader

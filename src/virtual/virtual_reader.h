@@ -19,6 +19,9 @@
 #include <string>
 #include <vector>
 
+namespace virtual_reader
+{
+
 struct VirtualReaderConfig {
     // Up to 16 bytes; shorter ones are padded with NUL.
     std::string identity = "QDX_PCB02_FW303";
@@ -102,3 +105,5 @@ private:
     OperationCounters m_counters;
     std::function<void(const Operation &)> m_listener;
 };
+
+} // namespace virtual_reader

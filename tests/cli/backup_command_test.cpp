@@ -15,6 +15,8 @@
 
 #include <csignal>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -4,6 +4,8 @@
 #include <QCryptographicHash>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

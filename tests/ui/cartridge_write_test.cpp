@@ -14,6 +14,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 Q_DECLARE_METATYPE(FlashWidth)
 
 namespace

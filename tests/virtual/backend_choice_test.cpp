@@ -7,6 +7,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 class BackendChoiceTest : public QObject
 {
     Q_OBJECT

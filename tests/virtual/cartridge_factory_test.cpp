@@ -6,6 +6,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -6,6 +6,8 @@
 #include <initializer_list>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 

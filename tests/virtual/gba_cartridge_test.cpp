@@ -9,6 +9,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -8,6 +8,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -13,6 +13,8 @@
 #include <string>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -12,6 +12,8 @@
 #include <cstring>
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -17,6 +17,8 @@
 #include <memory>
 #include <typeindex>
 
+using namespace virtual_reader;
+
 namespace
 {
 

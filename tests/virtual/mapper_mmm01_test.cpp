@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+using namespace virtual_reader;
+
 namespace
 {
 

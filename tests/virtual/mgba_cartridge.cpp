@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -16,6 +16,8 @@
 #include <memory>
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

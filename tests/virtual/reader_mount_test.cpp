@@ -23,6 +23,8 @@
 #include <memory>
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

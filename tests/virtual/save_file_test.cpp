@@ -13,6 +13,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

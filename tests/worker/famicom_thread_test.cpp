@@ -7,6 +7,8 @@
 #include <QTranslator>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

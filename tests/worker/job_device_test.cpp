@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace virtual_reader;
+
 namespace
 {
 

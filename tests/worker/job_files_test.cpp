@@ -5,6 +5,8 @@
 #include <QMap>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -1,5 +1,8 @@
 #include "virtual/mappers/camera_cartridge.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -62,3 +65,5 @@ void CameraCartridge::writeSensor(std::uint32_t number, std::uint8_t value)
     if (number == 0)
         m_registers.capturePolls = kCapturePolls;
 }
+
+} // namespace virtual_reader

@@ -13,6 +13,9 @@
 
 #include <array>
 
+namespace virtual_reader
+{
+
 class CameraCartridge : public GbCartridge
 {
 public:
@@ -48,3 +51,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

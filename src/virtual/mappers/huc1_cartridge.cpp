@@ -1,5 +1,8 @@
 #include "virtual/mappers/huc1_cartridge.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -40,3 +43,5 @@ void Huc1Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
     else
         GbCartridge::writeUpper(address, value);
 }
+
+} // namespace virtual_reader

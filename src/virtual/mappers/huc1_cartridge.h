@@ -6,6 +6,9 @@
 
 #include "virtual/gb_cartridges.h"
 
+namespace virtual_reader
+{
+
 class Huc1Cartridge : public GbCartridge
 {
 public:
@@ -35,3 +38,5 @@ private:
     bool m_light = false;
     Registers m_registers;
 };
+
+} // namespace virtual_reader

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -76,3 +79,5 @@ void Huc3Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
         break;
     }
 }
+
+} // namespace virtual_reader

@@ -8,6 +8,9 @@
 #include "virtual/gb_cartridges.h"
 #include "virtual/mappers/huc3_mailbox.h"
 
+namespace virtual_reader
+{
+
 class Huc3Cartridge : public GbCartridge
 {
 public:
@@ -48,3 +51,5 @@ private:
     Registers m_registers;
     Huc3Mailbox m_mailbox;
 };
+
+} // namespace virtual_reader

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -98,3 +101,5 @@ void Huc3Mailbox::setNumber(std::uint8_t firstNibble, std::uint32_t value)
     for (std::uint8_t i = 0; i < 3; ++i)
         m_memory[firstNibble + i] = (value >> (4 * i)) & 0x0F;
 }
+
+} // namespace virtual_reader

@@ -11,6 +11,9 @@
 #include <array>
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class Huc3Mailbox
 {
 public:
@@ -43,3 +46,5 @@ private:
     std::uint8_t m_request = 0;
     std::uint8_t m_answer = 0;
 };
+
+} // namespace virtual_reader

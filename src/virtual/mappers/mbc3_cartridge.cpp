@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -69,3 +72,5 @@ void Mbc3Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
     else
         GbCartridge::writeUpper(address, value);
 }
+
+} // namespace virtual_reader

@@ -8,6 +8,9 @@
 #include "virtual/gb_cartridges.h"
 #include "virtual/mappers/mbc3_clock.h"
 
+namespace virtual_reader
+{
+
 // Up to 2 MiB and 32 KiB, or, as MBC30, up to 4 MiB and 64 KiB.
 class Mbc3Cartridge : public GbCartridge
 {
@@ -39,3 +42,5 @@ private:
     Registers m_registers;
     Mbc3Clock m_clock;
 };
+
+} // namespace virtual_reader

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -96,3 +99,5 @@ void Mbc3Clock::catchUp()
     if (count(&m_counter.days, kDays, 9, steps) != 0)
         m_counter.overflown = true;
 }
+
+} // namespace virtual_reader

@@ -11,6 +11,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class Mbc3Clock
 {
 public:
@@ -45,3 +48,5 @@ private:
     Fields m_counter;
     Fields m_copy;
 };
+
+} // namespace virtual_reader

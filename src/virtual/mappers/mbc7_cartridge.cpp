@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -118,3 +121,5 @@ void Mbc7Cartridge::writeEepromPins(std::uint8_t value)
     m_eeprom.setPins((value & kPinSelect) != 0, (value & kPinClock) != 0,
                      (value & kPinDataIn) != 0);
 }
+
+} // namespace virtual_reader

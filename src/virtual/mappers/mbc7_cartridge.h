@@ -8,6 +8,9 @@
 #include "virtual/gb_cartridges.h"
 #include "virtual/mappers/serial_eeprom.h"
 
+namespace virtual_reader
+{
+
 class Mbc7Cartridge : public GbCartridge
 {
 public:
@@ -52,3 +55,5 @@ private:
     Registers m_registers;
     SerialEeprom m_eeprom;
 };
+
+} // namespace virtual_reader

@@ -1,5 +1,8 @@
 #include "virtual/mappers/rumble_cartridge.h"
 
+namespace virtual_reader
+{
+
 void RumbleCartridge::writeRegister(std::uint16_t address, std::uint8_t value)
 {
     const bool ranBefore = motorRuns();
@@ -7,3 +10,5 @@ void RumbleCartridge::writeRegister(std::uint16_t address, std::uint8_t value)
     if (motorRuns() && !ranBefore)
         ++m_motorStarts;
 }
+
+} // namespace virtual_reader

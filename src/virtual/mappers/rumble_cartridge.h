@@ -5,6 +5,9 @@
 
 #include "virtual/gb_cartridges.h"
 
+namespace virtual_reader
+{
+
 class RumbleCartridge : public Mbc5Cartridge
 {
 public:
@@ -25,3 +28,5 @@ private:
 
     unsigned m_motorStarts = 0;
 };
+
+} // namespace virtual_reader
