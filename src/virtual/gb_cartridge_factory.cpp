@@ -1,6 +1,6 @@
 #include "virtual/gb_cartridge_factory.h"
 
-#include "virtual/console_logos.h"
+#include "constants/boot_logos.h"
 #include "virtual/gb_flash.h"
 #include "virtual/gb_header.h"
 #include "virtual/mappers/camera_cartridge.h"
@@ -110,13 +110,19 @@ const GbKind &kindOf(std::uint8_t type)
     return kUnknownKind;
 }
 
+// Whether a header that begins to count at `base` has the logo.
+bool hasLogo(const ByteVector &image, std::size_t base)
+{
+    const auto logo = image.begin() + static_cast<std::ptrdiff_t>(base + kGbLogoOffset);
+    return std::equal(kGbBootLogo.begin(), kGbBootLogo.end(), logo);
+}
+
 // Where the cartridge's own header begins to count: at 0, or at the menu of an MMM01.
 std::size_t headerBase(const ByteVector &image)
 {
     const std::size_t menu = image.size() - kMenuSize;
     const bool isMmm01 = kindOf(image[menu + kGbTypeOffset]).build == build<Mmm01Cartridge>;
-    const auto logo = image.begin() + static_cast<std::ptrdiff_t>(menu + kGbLogoOffset);
-    return isMmm01 && std::equal(kGbLogo.begin(), kGbLogo.end(), logo) ? menu : 0;
+    return isMmm01 && hasLogo(image, menu) ? menu : 0;
 }
 
 std::string tooLarge(const std::string &what, const GbKind &kind, std::uint32_t largest)
@@ -196,7 +202,7 @@ std::unique_ptr<Cartridge> makeGbCartridge(ByteVector image, const CartridgeOpti
         return nullptr;
     }
     const std::uint8_t *header = image.data() + headerBase(image);
-    const bool blank = hasFlash && !hasGbLogo(image);
+    const bool blank = hasFlash && !hasLogo(image, 0);
     const std::uint8_t type = blank ? kBlankBoardType : header[kGbTypeOffset];
     const GbKind &kind = kindOf(type);
     *error = typeFault(type, kind, options);

@@ -1,4 +1,4 @@
-#include "virtual/console_logos.h"
+#include "constants/boot_logos.h"
 #include "virtual/gba_header.h"
 #include "virtual/gba_save_library.h"
 #include "virtual/image_generator.h"
@@ -45,7 +45,7 @@ void writeHeader(const GbaImageSpec &spec, ByteVector *image)
     const auto at = [image](std::uint32_t offset) { return image->begin() + offset; };
     std::fill(at(0), at(kGbaHeaderEnd), std::uint8_t{0});
     std::copy(std::begin(kEntryPoint), std::end(kEntryPoint), at(0));
-    std::copy(kGbaLogo.begin(), kGbaLogo.end(), at(kGbaLogoOffset));
+    std::copy(kGbaBootLogo.begin(), kGbaBootLogo.end(), at(kGbaLogoOffset));
     std::copy(spec.title.begin(), spec.title.end(), at(kGbaTitleOffset));
     std::copy(spec.code.begin(), spec.code.end(), at(kGbaCodeOffset));
     std::copy(spec.maker.begin(), spec.maker.end(), at(kGbaMakerOffset));
