@@ -41,12 +41,6 @@ CartridgePtr buildWhole(ByteVector rom, std::uint32_t, const CartridgeOptions &)
     return std::make_unique<Kind>(std::move(rom));
 }
 
-template <class Kind>
-CartridgePtr buildWithClock(ByteVector rom, std::uint32_t ramSize, const CartridgeOptions &options)
-{
-    return std::make_unique<Kind>(std::move(rom), ramSize, options.clock);
-}
-
 CartridgePtr buildMbc1(ByteVector rom, std::uint32_t ramSize, const CartridgeOptions &options)
 {
     const Mbc1Board board = options.multiCart ? Mbc1Board::MultiCart : Mbc1Board::Plain;
@@ -70,14 +64,14 @@ const GbKind kKinds[] = {
     {0x05, 0x06, 0x07, "MBC2", 256 * kKiB, 0, buildWhole<Mbc2Cartridge>},
     {0x08, 0x09, 0x08, "ROM+RAM", 32 * kKiB, 8 * kKiB, build<GbCartridge>},
     {0x0B, 0x0D, 0x0C, "MMM01", 8192 * kKiB, 128 * kKiB, build<Mmm01Cartridge>},
-    {0x0F, 0x10, 0x10, "MBC3 with clock", 4096 * kKiB, 64 * kKiB, buildWithClock<Mbc3Cartridge>},
-    {0x11, 0x13, 0x12, "MBC3", 4096 * kKiB, 64 * kKiB, buildWithClock<Mbc3Cartridge>},
+    {0x0F, 0x10, 0x10, "MBC3 with clock", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
+    {0x11, 0x13, 0x12, "MBC3", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
     {0x19, 0x1B, 0x1A, "MBC5", 8192 * kKiB, 128 * kKiB, build<Mbc5Cartridge>},
     {0x1C, 0x1E, 0x1D, "MBC5 with motor", 8192 * kKiB, 64 * kKiB, build<RumbleCartridge>},
     {0x22, 0x22, 0x23, "MBC7", 2048 * kKiB, 0, buildWhole<Mbc7Cartridge>},
     {0xFC, 0xFC, 0xFC, "camera", 1024 * kKiB, 128 * kKiB, build<CameraCartridge>},
     {0xFD, 0xFD, 0xFE, "TAMA5", 512 * kKiB, 0, buildWhole<Tama5Cartridge>},
-    {0xFE, 0xFE, 0xFE, "HuC-3", 2048 * kKiB, 128 * kKiB, buildWithClock<Huc3Cartridge>},
+    {0xFE, 0xFE, 0xFE, "HuC-3", 2048 * kKiB, 128 * kKiB, build<Huc3Cartridge>},
     {0xFF, 0xFF, 0xFF, "HuC1", 1024 * kKiB, 32 * kKiB, build<Huc1Cartridge>},
 };
 

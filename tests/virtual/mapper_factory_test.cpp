@@ -66,7 +66,6 @@ private slots:
     void multiCartBoardMustBeAskedFor();
     void otherBoardsAreNoMultiCarts();
     void menuHeaderCountsForMmm01();
-    void clockComesFromTheOptions();
     void flashStandsBehindAnyMapper();
 };
 
@@ -185,22 +184,6 @@ void MapperFactoryTest::menuHeaderCountsForMmm01()
     image[menu + 0x104] ^= 1;
     QVERIFY(makeCartridge(image, &error) == nullptr);
     QVERIFY2(QString::fromStdString(error).contains("its header says 32 KiB"), error.c_str());
-}
-
-void MapperFactoryTest::clockComesFromTheOptions()
-{
-    std::uint64_t now = 0;
-    CartridgeOptions options;
-    options.clock = [&now] { return now; };
-    std::string error;
-    const auto cartridge = makeCartridge(imageOf(0x10, 64 * kKiB, 0), options, &error);
-    QVERIFY2(cartridge != nullptr, error.c_str());
-    now = 42;
-    busWrite(*cartridge, 0x0000, 0x0A);
-    busWrite(*cartridge, 0x4000, 0x08);
-    busWrite(*cartridge, 0x6000, 0);
-    busWrite(*cartridge, 0x6000, 1);
-    QCOMPARE(busRead(*cartridge, 0xA000), 42);
 }
 
 void MapperFactoryTest::flashStandsBehindAnyMapper()

@@ -30,7 +30,6 @@ void setHuc3Address(BusTraffic *t, unsigned address)
 // The clock is looked at through its copy: the library counts it up only when it makes one.
 void readHuc3Clock(BusTraffic *t)
 {
-    t->wait();
     askHuc3(t, 6, 0);
     setHuc3Address(t, 0x00);
     for (int i = 0; i < 7; ++i)

@@ -12,7 +12,6 @@ struct BusStep {
     enum class Kind {
         Read,
         Write,
-        Wait, // `address` hours and `value` seconds pass
         Tilt, // the cartridge is held with `address` and `value` as its slopes
         PowerCycle
     };
@@ -36,7 +35,6 @@ public:
 
     void read(unsigned first, unsigned last);
     void write(unsigned first, unsigned last, unsigned value);
-    void wait();
     void tilt();
     void powerCycle();
 

@@ -92,7 +92,6 @@ public:
     {
         CartridgeOptions options;
         options.multiCart = multiCart;
-        options.clock = [this] { return m_time; };
         std::string error;
         m_own = makeCartridge(image, options, &error);
         if (m_own == nullptr)
@@ -113,10 +112,6 @@ public:
             m_own->gbWrite(step.address, step.value);
             m_library->gbWrite(step.address, step.value);
             return compareMotors();
-        case BusStep::Kind::Wait:
-            m_time += step.address * 3600U + step.value;
-            m_library->setTime(static_cast<std::int64_t>(m_time));
-            break;
         case BusStep::Kind::Tilt:
             tilt(step.address, step.value);
             break;
@@ -168,7 +163,6 @@ private:
             .arg(hex(address, 4), hex(own, 2), hex(library, 2));
     }
 
-    std::uint64_t m_time = 0;
     std::uint8_t m_lastRead = 0xFF;
     std::unique_ptr<Cartridge> m_own;
     std::unique_ptr<MgbaCartridge> m_library;
@@ -180,7 +174,7 @@ QString history(const std::vector<BusStep> &steps, std::size_t end)
     QStringList lines;
     for (std::size_t i = end < kShownSteps ? 0 : end - kShownSteps; i <= end; ++i) {
         const BusStep &step = steps[i];
-        const char *const kinds[] = {"read", "write", "wait", "tilt", "power cycle"};
+        const char *const kinds[] = {"read", "write", "tilt", "power cycle"};
         lines << QString("%1 %2 %3")
                      .arg(kinds[static_cast<int>(step.kind)], hex(step.address, 4),
                           hex(step.value, 2));

@@ -1,7 +1,5 @@
 #include "virtual/mappers/huc3_cartridge.h"
 
-#include <utility>
-
 namespace virtual_reader
 {
 
@@ -15,11 +13,6 @@ constexpr std::uint8_t kDark = 0xC0;
 constexpr std::uint8_t kLight = 0xC1;
 
 } // namespace
-
-Huc3Cartridge::Huc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock)
-    : GbCartridge(std::move(rom), ramSize), m_mailbox(std::move(clock))
-{
-}
 
 void Huc3Cartridge::powerCycle()
 {

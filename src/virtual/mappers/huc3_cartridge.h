@@ -14,10 +14,9 @@ namespace virtual_reader
 class Huc3Cartridge : public GbCartridge
 {
 public:
-    Huc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock = {});
+    using GbCartridge::GbCartridge;
 
     void powerCycle() override;
-    Huc3Mailbox &mailbox() { return m_mailbox; }
 
     // Whether the receiver sees light; the cartridge's own sender does not reach it.
     void setLight(bool shines) { m_light = shines; }
