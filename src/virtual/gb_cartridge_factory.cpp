@@ -1,6 +1,7 @@
 #include "virtual/gb_cartridge_factory.h"
 
 #include "constants/boot_logos.h"
+#include "virtual/gb_cartridges.h"
 #include "virtual/gb_flash.h"
 #include "virtual/gb_header.h"
 #include "virtual/mappers/camera_cartridge.h"
@@ -10,7 +11,6 @@
 #include "virtual/mappers/mbc3_cartridge.h"
 #include "virtual/mappers/mbc7_cartridge.h"
 #include "virtual/mappers/mmm01_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 #include "virtual/mappers/tama5_cartridge.h"
 
 #include <algorithm>
@@ -67,7 +67,7 @@ const GbKind kKinds[] = {
     {0x0F, 0x10, 0x10, "MBC3 with clock", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
     {0x11, 0x13, 0x12, "MBC3", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
     {0x19, 0x1B, 0x1A, "MBC5", 8192 * kKiB, 128 * kKiB, build<Mbc5Cartridge>},
-    {0x1C, 0x1E, 0x1D, "MBC5 with motor", 8192 * kKiB, 64 * kKiB, build<RumbleCartridge>},
+    {0x1C, 0x1E, 0x1D, "MBC5 with motor", 8192 * kKiB, 64 * kKiB, build<Mbc5Cartridge>},
     {0x22, 0x22, 0x23, "MBC7", 2048 * kKiB, 0, buildWhole<Mbc7Cartridge>},
     {0xFC, 0xFC, 0xFC, "camera", 1024 * kKiB, 128 * kKiB, build<CameraCartridge>},
     {0xFD, 0xFD, 0xFE, "TAMA5", 512 * kKiB, 0, buildWhole<Tama5Cartridge>},

@@ -13,7 +13,6 @@ constexpr std::uint32_t kGbaTitleSize = 12;
 constexpr std::uint32_t kGbaCodeOffset = 0xAC;
 constexpr std::uint32_t kGbaCodeSize = 4;
 constexpr std::uint32_t kGbaMakerOffset = 0xB0;
-constexpr std::uint32_t kGbaMakerSize = 2;
 constexpr std::uint32_t kGbaFixedOffset = 0xB2;
 constexpr std::uint8_t kGbaFixedValue = 0x96;
 constexpr std::uint32_t kGbaComplementOffset = 0xBD;

@@ -16,6 +16,8 @@ namespace
 constexpr std::uint8_t kEntryPoint[] = {0x2E, 0x00, 0x00, 0xEA};
 constexpr std::uint8_t kProgram[] = {0xFE, 0xFF, 0xFF, 0xEA};
 
+constexpr std::uint8_t kMaker[] = {'V', 'D'};
+
 // Where the mark of the save library goes: behind the program, on a word boundary.
 constexpr std::uint32_t kMarkOffset = 0x100;
 static_assert(kMarkOffset + kGbaSaveMarkSize <= kGbaSmallestRom);
@@ -27,8 +29,6 @@ std::string specFault(const GbaImageSpec &spec)
                ": must be an even number from 512 bytes to 32 MiB";
     if (spec.code.size() != kGbaCodeSize)
         return "game code \"" + spec.code + "\": must have 4 characters";
-    if (spec.maker.size() != kGbaMakerSize || !titleFault(spec.maker, kGbaMakerSize).empty())
-        return "maker code \"" + spec.maker + "\": must be 2 capital letters or digits";
     return titleFault(spec.title, kGbaTitleSize);
 }
 
@@ -48,7 +48,7 @@ void writeHeader(const GbaImageSpec &spec, ByteVector *image)
     std::copy(kGbaBootLogo.begin(), kGbaBootLogo.end(), at(kGbaLogoOffset));
     std::copy(spec.title.begin(), spec.title.end(), at(kGbaTitleOffset));
     std::copy(spec.code.begin(), spec.code.end(), at(kGbaCodeOffset));
-    std::copy(spec.maker.begin(), spec.maker.end(), at(kGbaMakerOffset));
+    std::copy(std::begin(kMaker), std::end(kMaker), at(kGbaMakerOffset));
     (*image)[kGbaFixedOffset] = kGbaFixedValue;
     (*image)[kGbaComplementOffset] = headerComplement(*image);
     std::copy(std::begin(kProgram), std::end(kProgram), at(kGbaHeaderEnd));

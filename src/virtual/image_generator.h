@@ -28,7 +28,6 @@ struct GbaImageSpec {
     std::string code = "ZVRE";          // game code: any four bytes
     std::uint32_t romSize = 0x400000;   // bytes: 512 to 32 MiB, even
     std::string title = "VIRTUAL";      // up to 12 characters as above
-    std::string maker = "VD";           // two characters as above
     SaveKind saveKind = SaveKind::None; // whose library leaves its mark in the ROM
     std::uint64_t seed = 1;
 };

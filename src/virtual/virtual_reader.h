@@ -66,8 +66,6 @@ public:
     // Called with every operation after it is done; empty for none.
     void setListener(std::function<void(const Operation &)> listener);
 
-    const CipherKey &key() const { return m_config.key; }
-
 private:
     enum class Bus { None, Gb, Gba };
 

@@ -8,8 +8,8 @@ constexpr unsigned kFirstClockRegister = 0x08;
 constexpr unsigned kClockRanges[] = {60, 60, 24, 256, 256};
 constexpr unsigned kClockBits[] = {0x3F, 0x3F, 0x1F, 0xFF, 0xC1};
 
-// Values stay in their ranges: the library keeps bits that the registers do not have. The gate is
-// open: the library shows the clock without it. RAM is selected in the end, so that the gate can
+// Values stay in their ranges: the library carries what is beyond them, and keeps bits that the
+// registers do not have. The gate is open: the library shows the clock without it. RAM is selected in the end, so that the gate can
 // close.
 void useMbc3Clock(BusTraffic *t)
 {
@@ -60,10 +60,9 @@ void closeMbc7(BusTraffic *t)
 }
 
 // Clears and measures at once: the library has no cleared state and shows what it would measure.
-void measureTilt(BusTraffic *t)
+void measureAxes(BusTraffic *t)
 {
     openMbc7(t);
-    t->tilt();
     t->write(kUpper, kUpper + 0x0F, 0x55);
     t->write(kUpper + 0x10, kUpper + 0x1F, 0xAA);
 }
@@ -181,7 +180,7 @@ void mbc5Sequence(BusTraffic *t)
 
 void mbc7Start(BusTraffic *t)
 {
-    measureTilt(t);
+    measureAxes(t);
     setEepromPins(t, 0x00);
 }
 
@@ -195,7 +194,7 @@ void mbc7Sequence(BusTraffic *t)
     case 2:
         return t->writeRomBank(t->byte());
     case 3:
-        return measureTilt(t);
+        return measureAxes(t);
     case 4:
     case 5:
         return t->readRom();

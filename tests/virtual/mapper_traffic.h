@@ -9,12 +9,7 @@ constexpr unsigned kUpper = 0xA000;
 constexpr unsigned kUpperEnd = 0xBFFF;
 
 struct BusStep {
-    enum class Kind {
-        Read,
-        Write,
-        Tilt, // the cartridge is held with `address` and `value` as its slopes
-        PowerCycle
-    };
+    enum class Kind { Read, Write, PowerCycle };
 
     Kind kind = Kind::Read;
     std::uint16_t address = 0;
@@ -35,7 +30,6 @@ public:
 
     void read(unsigned first, unsigned last);
     void write(unsigned first, unsigned last, unsigned value);
-    void tilt();
     void powerCycle();
 
     // Registers of nearly all mappers, each 8 KiB wide; anywhere in them.

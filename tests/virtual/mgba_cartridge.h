@@ -30,10 +30,6 @@ public:
 
     // Sets what clocks run on; they stand still in between.
     void setTime(std::int64_t seconds);
-    // How the cartridge is held, in the library's units: 2^31 for what it takes as the full range.
-    void setTilt(std::int32_t x, std::int32_t y);
-    // Whether the library last switched the motor on.
-    bool motorRuns() const;
 
 private:
     struct Core;

@@ -8,8 +8,6 @@
 #include "mgba_cartridge.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
-#include "virtual/mappers/mbc7_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 
 #include <QtTest>
 
@@ -25,7 +23,6 @@ constexpr std::uint32_t kKiB = 1024;
 constexpr std::size_t kGameSize = 256 * kKiB; // of a compilation
 constexpr std::size_t kSteps = 500000;
 constexpr std::size_t kShownSteps = 20; // before a difference
-constexpr int kTiltUnit = 1 << 21;      // of the library
 
 struct Comparand {
     const char *name;
@@ -111,9 +108,6 @@ public:
         case BusStep::Kind::Write:
             m_own->gbWrite(step.address, step.value);
             m_library->gbWrite(step.address, step.value);
-            return compareMotors();
-        case BusStep::Kind::Tilt:
-            tilt(step.address, step.value);
             break;
         case BusStep::Kind::PowerCycle:
             m_own->powerCycle();
@@ -124,24 +118,6 @@ public:
     }
 
 private:
-    QString compareMotors() const
-    {
-        const auto *own = dynamic_cast<const RumbleCartridge *>(m_own.get());
-        if (own == nullptr || own->motorRuns() == m_library->motorRuns())
-            return {};
-        return own->motorRuns() ? "only the own motor runs" : "only the library's motor runs";
-    }
-
-    // The library's axes point the other way, in units of 2^-21.
-    void tilt(int x, int y)
-    {
-        auto *own = dynamic_cast<Mbc7Cartridge *>(m_own.get());
-        if (own == nullptr)
-            qFatal("not a cartridge that can be tilted");
-        own->setTilt(x, y);
-        m_library->setTilt(-x * kTiltUnit, -y * kTiltUnit);
-    }
-
     // Fresh memory holds what it likes.
     void clearSaves()
     {
@@ -174,7 +150,7 @@ QString history(const std::vector<BusStep> &steps, std::size_t end)
     QStringList lines;
     for (std::size_t i = end < kShownSteps ? 0 : end - kShownSteps; i <= end; ++i) {
         const BusStep &step = steps[i];
-        const char *const kinds[] = {"read", "write", "tilt", "power cycle"};
+        const char *const kinds[] = {"read", "write", "power cycle"};
         lines << QString("%1 %2 %3")
                      .arg(kinds[static_cast<int>(step.kind)], hex(step.address, 4),
                           hex(step.value, 2));

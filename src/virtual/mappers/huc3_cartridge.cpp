@@ -8,9 +8,7 @@ namespace
 
 constexpr std::uint8_t kOpenBit = 0x80; // the mailbox has seven data lines
 constexpr std::uint8_t kReady = 0x01;   // of the semaphore; a write without it executes
-// What the infrared register reads as, without and with light.
-constexpr std::uint8_t kDark = 0xC0;
-constexpr std::uint8_t kLight = 0xC1;
+constexpr std::uint8_t kDark = 0xC0;    // what the infrared register reads as without light
 
 } // namespace
 
@@ -46,7 +44,7 @@ std::uint8_t Huc3Cartridge::readUpper(std::uint16_t address)
     case Upper::Semaphore:
         return 0xFE | kReady;
     case Upper::Infrared:
-        return m_light ? kLight : kDark;
+        return kDark;
     default:
         return GbCartridge::readUpper(address);
     }
@@ -64,9 +62,6 @@ void Huc3Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
     case Upper::Semaphore:
         if ((value & kReady) == 0)
             m_mailbox.execute();
-        break;
-    case Upper::Infrared:
-        m_registers.senderShines = (value & 1) != 0;
         break;
     default:
         break;
