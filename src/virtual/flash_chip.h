@@ -36,9 +36,9 @@ struct FlashChipFacts {
 
 // How this one behaves.
 struct FlashChipBehaviour {
-    // Polls that see an erase at work, and the programming of a byte; the next one sees it done.
+    // Polls that see an erase at work; the next one sees it done. Of a byte being programmed it is
+    // always one.
     unsigned erasePolls = 2;
-    unsigned programPolls = 1;
     // Erase and program begin, and are dropped after one poll.
     bool writeProtected = false;
     // After erasePolls bit 5 shows; only 0xF0 ends it.
