@@ -9,6 +9,8 @@
 #include <functional>
 #include <vector>
 
+using namespace virtual_reader;
+
 namespace
 {
 

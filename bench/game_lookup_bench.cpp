@@ -1,7 +1,7 @@
 // How long does it take to recognise a GBA game? The table is searched row by row, so the worst
 // case is a game that it does not know.
-#include "cart/boot_logos.h"
 #include "cart/gba_header.h"
+#include "constants/boot_logos.h"
 
 #include <algorithm>
 #include <array>

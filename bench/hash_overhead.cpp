@@ -18,6 +18,8 @@
 #include <memory>
 #include <vector>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <vector>
 
+using namespace virtual_reader;
+
 namespace
 {
 

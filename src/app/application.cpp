@@ -10,6 +10,8 @@
 
 #include <cstdio>
 
+using namespace virtual_reader;
+
 namespace
 {
 // The file named on the command line; the current folder without one.

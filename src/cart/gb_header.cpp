@@ -1,8 +1,8 @@
 #include "cart/gb_header.h"
 
-#include "cart/boot_logos.h"
 #include "cart/cartridge_types.h"
 #include "cart/setting_tables.h"
+#include "constants/boot_logos.h"
 
 #include <algorithm>
 #include <numeric>

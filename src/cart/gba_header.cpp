@@ -1,8 +1,8 @@
 #include "cart/gba_header.h"
 
-#include "cart/boot_logos.h"
 #include "cart/game_database.h"
 #include "cart/setting_tables.h"
+#include "constants/boot_logos.h"
 
 #include <algorithm>
 #include <cstdlib>

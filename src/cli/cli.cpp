@@ -20,6 +20,8 @@
 
 #include <cstdio>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -3,6 +3,8 @@
 #include "cli/command_table.h"
 #include "virtual/backend_choice.h"
 
+using namespace virtual_reader;
+
 namespace
 {
 

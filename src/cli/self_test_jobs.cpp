@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -9,6 +9,8 @@
 #include <QEventLoop>
 #include <QFile>
 
+using namespace virtual_reader;
+
 namespace
 {
 

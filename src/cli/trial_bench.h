@@ -25,7 +25,7 @@ struct TrialCartridge {
     std::uint8_t headerType = 0; // GB
     std::uint32_t romSize = 0;
     std::uint32_t ramSize = 0; // GB; a GBA save is as `options` say
-    CartridgeOptions options;
+    virtual_reader::CartridgeOptions options;
 };
 
 // The fields of a FamicomThread that a job sets, but for the file.
@@ -70,19 +70,19 @@ public:
     QByteArray rom() { return bytesOf(reader().cartridge().romImage()); }
     QByteArray save() { return bytesOf(reader().cartridge().saveImage()); }
 
-    FaultyDrive &drive() { return m_drive; }
-    VirtualReader &reader() { return m_inProcess.reader(); }
+    virtual_reader::FaultyDrive &drive() { return m_drive; }
+    virtual_reader::VirtualReader &reader() { return m_inProcess.reader(); }
 
     // Runs one job to its end. A temporary file that cannot be written makes it a failed one. Erases
     // take no time, and one that never ends is cancelled.
     TrialRun run(const TrialJob &job);
 
 private:
-    static QByteArray bytesOf(const ByteVector &bytes);
+    static QByteArray bytesOf(const virtual_reader::ByteVector &bytes);
 
     QByteArray m_image;
     std::unique_ptr<DriveBackend> m_platform;
-    InProcessDrive m_inProcess;
-    FaultyDrive m_drive;
+    virtual_reader::InProcessDrive m_inProcess;
+    virtual_reader::FaultyDrive m_drive;
     QTemporaryDir m_folder;
 };

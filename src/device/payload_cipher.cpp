@@ -1,5 +1,7 @@
 #include "device/payload_cipher.h"
 
+#include "constants/pi_words.h"
+
 #include <cstring>
 #include <utility>
 
@@ -11,8 +13,9 @@ using BlockOperation = void (*)(const CipherState &, std::uint32_t *, std::uint3
 CipherState unkeyedState()
 {
     CipherState state;
-    std::memcpy(state.subkeys, kInitialSubkeys, sizeof(state.subkeys));
-    std::memcpy(state.boxes, kInitialBoxes, sizeof(state.boxes));
+    static_assert(sizeof(kPiWords) == sizeof(state.subkeys) + sizeof(state.boxes));
+    std::memcpy(state.subkeys, kPiWords, sizeof(state.subkeys));
+    std::memcpy(state.boxes, kPiWords + kBlowfishSubkeys, sizeof(state.boxes));
     return state;
 }
 

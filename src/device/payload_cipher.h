@@ -15,14 +15,11 @@ constexpr int kBlowfishBoxes = 4;
 constexpr int kBlowfishBoxSize = 256;
 constexpr std::uint32_t kCipherBlockSize = 8;
 
+// Unkeyed it holds the words of pi, subkeys first, then the boxes.
 struct CipherState {
     std::uint32_t subkeys[kBlowfishSubkeys];
     std::uint32_t boxes[kBlowfishBoxes][kBlowfishBoxSize];
 };
-
-// Initial values before keying: the fraction of pi in hexadecimal, subkeys first, then the boxes.
-extern const std::uint32_t kInitialSubkeys[kBlowfishSubkeys];
-extern const std::uint32_t kInitialBoxes[kBlowfishBoxes][kBlowfishBoxSize];
 
 // One block operation on two 32-bit halves, changed in place.
 void blowfishEncryptBlock(const CipherState &state, std::uint32_t *left, std::uint32_t *right);

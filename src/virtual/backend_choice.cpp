@@ -4,6 +4,9 @@
 #include <cctype>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -100,3 +103,5 @@ ChosenBackend chooseDriveBackend(const char *value)
         std::make_unique<InProcessDrive>(std::move(reader), *choice.platform, request.drive);
     return choice;
 }
+
+} // namespace virtual_reader

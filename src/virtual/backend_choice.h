@@ -7,6 +7,9 @@
 #include <memory>
 #include <string>
 
+namespace virtual_reader
+{
+
 // Name of the environment variable that asks for the virtual reader.
 constexpr char kVirtualReaderVariable[] = "GBDRIVER_VIRTUAL_READER";
 
@@ -44,3 +47,5 @@ bool parseVirtualReaderRequest(const std::string &value, VirtualReaderRequest *r
 // `value`: of the variable; null or empty: the platform's backend. The virtual reader of a choice
 // counts its operations but keeps none.
 ChosenBackend chooseDriveBackend(const char *value);
+
+} // namespace virtual_reader

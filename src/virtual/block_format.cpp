@@ -4,6 +4,9 @@
 
 #include <cstdio>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -113,3 +116,5 @@ DecodedBlock decodeBlock(const std::uint8_t *bytes, std::size_t size)
     decodeFields(bytes, &block);
     return block;
 }
+
+} // namespace virtual_reader

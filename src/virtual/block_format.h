@@ -10,6 +10,9 @@
 #include <cstdint>
 #include <string>
 
+namespace virtual_reader
+{
+
 constexpr std::size_t kReaderBlockSize = 512;
 constexpr std::size_t kChecksumOffset = 510; // high byte first
 constexpr std::uint8_t kBlockSync = 0x5A;
@@ -74,3 +77,5 @@ std::uint16_t blockChecksum(const std::uint8_t *bytes, std::size_t size);
 // Checks one block (`size` below kReaderBlockSize: a file that ends within a block) and takes its
 // fields apart. `bytes` must outlive the result.
 DecodedBlock decodeBlock(const std::uint8_t *bytes, std::size_t size);
+
+} // namespace virtual_reader

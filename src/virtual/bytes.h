@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <vector>
 
+namespace virtual_reader
+{
+
 using ByteVector = std::vector<std::uint8_t>;
 
 // Value of the `width` bytes (0 to 4) at `bytes`, least significant byte first.
@@ -22,3 +25,5 @@ inline void putLittleEndian(std::uint8_t *bytes, std::uint32_t value, std::size_
     for (std::size_t i = 0; i < width; ++i)
         bytes[i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
+
+} // namespace virtual_reader

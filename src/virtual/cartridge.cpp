@@ -1,5 +1,8 @@
 #include "virtual/cartridge.h"
 
+namespace virtual_reader
+{
+
 std::uint8_t Cartridge::gbRead(std::uint16_t)
 {
     return 0xFF;
@@ -55,3 +58,5 @@ std::uint16_t NoCartridge::gbaRead(std::uint32_t)
 {
     return 0xFFFF;
 }
+
+} // namespace virtual_reader

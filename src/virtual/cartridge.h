@@ -10,6 +10,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class Cartridge
 {
 public:
@@ -64,3 +67,5 @@ class NoCartridge : public Cartridge
 public:
     std::uint16_t gbaRead(std::uint32_t address) override;
 };
+
+} // namespace virtual_reader

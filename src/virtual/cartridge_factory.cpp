@@ -1,13 +1,17 @@
 #include "virtual/cartridge_factory.h"
 
-#include "virtual/console_logos.h"
+#include "constants/boot_logos.h"
 #include "virtual/gb_cartridge_factory.h"
 #include "virtual/gba_cartridge.h"
 #include "virtual/gba_header.h"
 #include "virtual/gba_save_choice.h"
 #include "virtual/gba_save_library.h"
 
+#include <algorithm>
 #include <utility>
+
+namespace virtual_reader
+{
 
 namespace
 {
@@ -25,6 +29,12 @@ std::unique_ptr<Cartridge> makeGbaCartridge(ByteVector image, const CartridgeOpt
         return nullptr;
     return std::make_unique<GbaCartridge>(std::move(image),
                                           makeGbaSaveChip(*save, options.flashChip));
+}
+
+bool hasGbaLogo(const ByteVector &image)
+{
+    return image.size() >= kGbaLogoOffset + kGbaBootLogo.size() &&
+           std::equal(kGbaBootLogo.begin(), kGbaBootLogo.end(), image.begin() + kGbaLogoOffset);
 }
 
 bool isGba(const ByteVector &image, const CartridgeOptions &options)
@@ -49,3 +59,5 @@ std::unique_ptr<Cartridge> makeCartridge(ByteVector image, std::string *error)
 {
     return makeCartridge(std::move(image), {}, error);
 }
+
+} // namespace virtual_reader

@@ -4,6 +4,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -123,3 +126,5 @@ const CartridgeOptionRow *findCartridgeOption(const std::string &name)
     }
     return nullptr;
 }
+
+} // namespace virtual_reader

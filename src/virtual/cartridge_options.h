@@ -1,7 +1,6 @@
 // What a user says of a cartridge that its image does not tell, or tells otherwise.
 #pragma once
 
-#include "virtual/clock_source.h"
 #include "virtual/flash_chip.h"
 #include "virtual/gb_flash.h"
 
@@ -9,6 +8,9 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace virtual_reader
+{
 
 // Which bus a cartridge is built for.
 enum class CartridgeSystem { ByHeader, Gb, Gba };
@@ -19,7 +21,6 @@ enum class GbaSaveType { ByMark, None, Sram, Flash, Eeprom };
 struct CartridgeOptions {
     CartridgeSystem system = CartridgeSystem::ByHeader;
     bool multiCart = false; // an MBC1 wired for a compilation; headers do not tell
-    ClockSource clock;      // of GB mappers that have a clock
     GbaSaveType saveType = GbaSaveType::ByMark;
     std::uint32_t saveSize = 0;             // bytes; 0: as usual for the type
     FlashWidth flash = FlashWidth::None;    // of a GB cartridge, instead of its ROM
@@ -42,3 +43,5 @@ const std::vector<CartridgeOptionRow> &cartridgeOptionRows();
 
 // Returns: null if there is no option of that name.
 const CartridgeOptionRow *findCartridgeOption(const std::string &name);
+
+} // namespace virtual_reader

@@ -3,5 +3,10 @@
 
 #include <cstdio>
 
+namespace virtual_reader
+{
+
 // `stream` must have been flushed. Returns: false if the system could not, errno says why.
 bool syncToDisk(std::FILE *stream);
+
+} // namespace virtual_reader

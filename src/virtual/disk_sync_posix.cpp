@@ -2,7 +2,12 @@
 
 #include <unistd.h>
 
+namespace virtual_reader
+{
+
 bool syncToDisk(std::FILE *stream)
 {
     return fsync(fileno(stream)) == 0;
 }
+
+} // namespace virtual_reader

@@ -1,5 +1,8 @@
 #include "virtual/eeprom_chip.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -100,3 +103,5 @@ bool EepromChip::readBit()
         m_state = State::Idle;
     return bit;
 }
+
+} // namespace virtual_reader

@@ -11,6 +11,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kEepromBlockSize = 8;
 
 class EepromChip
@@ -46,3 +49,5 @@ private:
     std::uint64_t m_bits = 0;
     std::uint32_t m_block = 0;
 };
+
+} // namespace virtual_reader

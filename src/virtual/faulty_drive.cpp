@@ -4,6 +4,9 @@
 #include <optional>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -274,3 +277,5 @@ void FaultyDrive::releaseDrive()
 {
     m_inner.releaseDrive();
 }
+
+} // namespace virtual_reader

@@ -12,6 +12,9 @@
 #include <string>
 #include <vector>
 
+namespace virtual_reader
+{
+
 enum class DriveCall {
     LogicalDrives,
     DriveType,
@@ -87,3 +90,5 @@ private:
     DriveBackend &m_inner;
     std::shared_ptr<State> m_state;
 };
+
+} // namespace virtual_reader

@@ -6,6 +6,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class FlakyBank
 {
 public:
@@ -33,3 +36,5 @@ private:
     std::uint32_t m_bank;
     unsigned m_passes = 0;
 };
+
+} // namespace virtual_reader

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -15,6 +18,8 @@ constexpr std::uint8_t kDataPollingBit = 0x80;
 constexpr std::uint8_t kToggleBit = 0x40;
 constexpr std::uint8_t kTimeLimitBit = 0x20;
 constexpr std::uint8_t kEraseBegunBit = 0x08;
+
+constexpr unsigned kProgramPolls = 1; // that see a byte being programmed
 
 constexpr std::uint32_t kBankSize = 64 * 1024;
 constexpr std::uint32_t kTableSize = 0x100; // entries of ids and query table repeat behind it
@@ -162,7 +167,7 @@ void FlashChip::startProgram(std::uint32_t cell, std::uint8_t value)
 {
     m_cell = cell;
     m_value = m_behaviour.writeProtected ? kErased : value;
-    startWork(m_behaviour.programPolls);
+    startWork(kProgramPolls);
 }
 
 void FlashChip::startWork(unsigned polls)
@@ -277,3 +282,5 @@ std::uint8_t FlashChip::queryByte(std::uint32_t index) const
                                      [index](const Entry &row) { return row.index == index; });
     return entry == std::end(entries) ? std::uint8_t{0} : static_cast<std::uint8_t>(entry->value);
 }
+
+} // namespace virtual_reader

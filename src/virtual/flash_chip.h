@@ -17,6 +17,9 @@
 #include <optional>
 #include <vector>
 
+namespace virtual_reader
+{
+
 // What is printed on the chip. Addresses are bytes, as they come over an 8-bit bus.
 struct FlashChipFacts {
     std::uint32_t sizeBytes;   // power of two
@@ -33,9 +36,9 @@ struct FlashChipFacts {
 
 // How this one behaves.
 struct FlashChipBehaviour {
-    // Polls that see an erase at work, and the programming of a byte; the next one sees it done.
+    // Polls that see an erase at work; the next one sees it done. Of a byte being programmed it is
+    // always one.
     unsigned erasePolls = 2;
-    unsigned programPolls = 1;
     // Erase and program begin, and are dropped after one poll.
     bool writeProtected = false;
     // After erasePolls bit 5 shows; only 0xF0 ends it.
@@ -124,3 +127,5 @@ private:
     std::uint8_t m_toggle = 0;
     std::optional<std::uint32_t> m_lastRead; // since the work began
 };
+
+} // namespace virtual_reader

@@ -1,6 +1,7 @@
 #include "virtual/gb_cartridge_factory.h"
 
-#include "virtual/console_logos.h"
+#include "constants/boot_logos.h"
+#include "virtual/gb_cartridges.h"
 #include "virtual/gb_flash.h"
 #include "virtual/gb_header.h"
 #include "virtual/mappers/camera_cartridge.h"
@@ -10,12 +11,14 @@
 #include "virtual/mappers/mbc3_cartridge.h"
 #include "virtual/mappers/mbc7_cartridge.h"
 #include "virtual/mappers/mmm01_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 #include "virtual/mappers/tama5_cartridge.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <utility>
+
+namespace virtual_reader
+{
 
 namespace
 {
@@ -36,12 +39,6 @@ template <class Kind>
 CartridgePtr buildWhole(ByteVector rom, std::uint32_t, const CartridgeOptions &)
 {
     return std::make_unique<Kind>(std::move(rom));
-}
-
-template <class Kind>
-CartridgePtr buildWithClock(ByteVector rom, std::uint32_t ramSize, const CartridgeOptions &options)
-{
-    return std::make_unique<Kind>(std::move(rom), ramSize, options.clock);
 }
 
 CartridgePtr buildMbc1(ByteVector rom, std::uint32_t ramSize, const CartridgeOptions &options)
@@ -67,14 +64,14 @@ const GbKind kKinds[] = {
     {0x05, 0x06, 0x07, "MBC2", 256 * kKiB, 0, buildWhole<Mbc2Cartridge>},
     {0x08, 0x09, 0x08, "ROM+RAM", 32 * kKiB, 8 * kKiB, build<GbCartridge>},
     {0x0B, 0x0D, 0x0C, "MMM01", 8192 * kKiB, 128 * kKiB, build<Mmm01Cartridge>},
-    {0x0F, 0x10, 0x10, "MBC3 with clock", 4096 * kKiB, 64 * kKiB, buildWithClock<Mbc3Cartridge>},
-    {0x11, 0x13, 0x12, "MBC3", 4096 * kKiB, 64 * kKiB, buildWithClock<Mbc3Cartridge>},
+    {0x0F, 0x10, 0x10, "MBC3 with clock", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
+    {0x11, 0x13, 0x12, "MBC3", 4096 * kKiB, 64 * kKiB, build<Mbc3Cartridge>},
     {0x19, 0x1B, 0x1A, "MBC5", 8192 * kKiB, 128 * kKiB, build<Mbc5Cartridge>},
-    {0x1C, 0x1E, 0x1D, "MBC5 with motor", 8192 * kKiB, 64 * kKiB, build<RumbleCartridge>},
+    {0x1C, 0x1E, 0x1D, "MBC5 with motor", 8192 * kKiB, 64 * kKiB, build<Mbc5Cartridge>},
     {0x22, 0x22, 0x23, "MBC7", 2048 * kKiB, 0, buildWhole<Mbc7Cartridge>},
     {0xFC, 0xFC, 0xFC, "camera", 1024 * kKiB, 128 * kKiB, build<CameraCartridge>},
     {0xFD, 0xFD, 0xFE, "TAMA5", 512 * kKiB, 0, buildWhole<Tama5Cartridge>},
-    {0xFE, 0xFE, 0xFE, "HuC-3", 2048 * kKiB, 128 * kKiB, buildWithClock<Huc3Cartridge>},
+    {0xFE, 0xFE, 0xFE, "HuC-3", 2048 * kKiB, 128 * kKiB, build<Huc3Cartridge>},
     {0xFF, 0xFF, 0xFF, "HuC1", 1024 * kKiB, 32 * kKiB, build<Huc1Cartridge>},
 };
 
@@ -107,13 +104,19 @@ const GbKind &kindOf(std::uint8_t type)
     return kUnknownKind;
 }
 
+// Whether a header that begins to count at `base` has the logo.
+bool hasLogo(const ByteVector &image, std::size_t base)
+{
+    const auto logo = image.begin() + static_cast<std::ptrdiff_t>(base + kGbLogoOffset);
+    return std::equal(kGbBootLogo.begin(), kGbBootLogo.end(), logo);
+}
+
 // Where the cartridge's own header begins to count: at 0, or at the menu of an MMM01.
 std::size_t headerBase(const ByteVector &image)
 {
     const std::size_t menu = image.size() - kMenuSize;
     const bool isMmm01 = kindOf(image[menu + kGbTypeOffset]).build == build<Mmm01Cartridge>;
-    const auto logo = image.begin() + static_cast<std::ptrdiff_t>(menu + kGbLogoOffset);
-    return isMmm01 && std::equal(kGbLogo.begin(), kGbLogo.end(), logo) ? menu : 0;
+    return isMmm01 && hasLogo(image, menu) ? menu : 0;
 }
 
 std::string tooLarge(const std::string &what, const GbKind &kind, std::uint32_t largest)
@@ -193,7 +196,7 @@ std::unique_ptr<Cartridge> makeGbCartridge(ByteVector image, const CartridgeOpti
         return nullptr;
     }
     const std::uint8_t *header = image.data() + headerBase(image);
-    const bool blank = hasFlash && !hasGbLogo(image);
+    const bool blank = hasFlash && !hasLogo(image, 0);
     const std::uint8_t type = blank ? kBlankBoardType : header[kGbTypeOffset];
     const GbKind &kind = kindOf(type);
     *error = typeFault(type, kind, options);
@@ -214,3 +217,5 @@ std::unique_ptr<Cartridge> makeGbCartridge(ByteVector image, const CartridgeOpti
     cartridge->fitFlash(makeGbFlash(options.flash, options.flashChip, std::move(image)));
     return cartridge;
 }
+
+} // namespace virtual_reader

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -152,3 +155,5 @@ void Mbc5Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
     else if (address < 0x6000)
         registers.ramBank = value & 0x0F;
 }
+
+} // namespace virtual_reader

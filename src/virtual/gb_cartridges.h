@@ -17,6 +17,9 @@
 #include <memory>
 #include <optional>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kGbRomBankSize = 16 * 1024;
 constexpr std::uint32_t kGbRamBankSize = 8 * 1024;
 
@@ -30,8 +33,6 @@ public:
     void fitFlash(std::unique_ptr<FlashChip> chip) { m_flash = std::move(chip); }
     // Gives a bank of the ROM or flash chip a bad contact.
     void loosen(std::uint32_t bank) { m_flaky.emplace(bank); }
-    // The flash chip; null if the cartridge has a ROM.
-    const FlashChip *flash() const { return m_flash.get(); }
 
     std::uint8_t gbRead(std::uint16_t address) override;
     void gbWrite(std::uint16_t address, std::uint8_t value) override;
@@ -115,7 +116,9 @@ private:
     Registers m_registers;
 };
 
-// Up to 8 MiB and 128 KiB.
+// Up to 8 MiB and 128 KiB. With a motor, bit 3 of the RAM bank register drives it instead of the
+// RAM's highest line: no more than 64 KiB remain, which have no such line. Nothing on the bus tells
+// whether it runs.
 class Mbc5Cartridge : public GbCartridge
 {
 public:
@@ -138,3 +141,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

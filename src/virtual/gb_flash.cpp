@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -27,3 +30,5 @@ std::unique_ptr<FlashChip> makeGbFlash(FlashWidth width, const FlashChipBehaviou
     facts.sectorSize = std::min(kSectorSize, facts.sizeBytes);
     return std::make_unique<FlashChip>(facts, behaviour, std::move(contents));
 }
+
+} // namespace virtual_reader

@@ -6,6 +6,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kGbLogoOffset = 0x104;
 constexpr std::uint32_t kGbTitleOffset = 0x134;
 constexpr std::uint32_t kGbTitleSize = 15; // the byte behind it is the colour flag
@@ -31,3 +34,5 @@ constexpr bool isGbRomSize(std::uint64_t size)
 
 std::uint8_t gbHeaderChecksum(const ByteVector &image);
 std::uint16_t gbGlobalChecksum(const ByteVector &image);
+
+} // namespace virtual_reader

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 GbaCartridge::GbaCartridge(ByteVector rom, std::unique_ptr<GbaSaveChip> saveChip)
     : m_rom(std::move(rom)), m_saveChip(std::move(saveChip))
 {
@@ -52,3 +55,5 @@ void GbaCartridge::powerCycle()
     if (m_saveChip != nullptr)
         m_saveChip->powerCycle();
 }
+
+} // namespace virtual_reader

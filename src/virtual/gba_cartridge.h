@@ -11,6 +11,9 @@
 
 #include <memory>
 
+namespace virtual_reader
+{
+
 class GbaCartridge : public Cartridge
 {
 public:
@@ -33,3 +36,5 @@ private:
     ByteVector m_rom;
     std::unique_ptr<GbaSaveChip> m_saveChip;
 };
+
+} // namespace virtual_reader

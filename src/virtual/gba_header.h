@@ -4,13 +4,15 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 constexpr std::uint32_t kGbaLogoOffset = 0x04;
 constexpr std::uint32_t kGbaTitleOffset = 0xA0;
 constexpr std::uint32_t kGbaTitleSize = 12;
 constexpr std::uint32_t kGbaCodeOffset = 0xAC;
 constexpr std::uint32_t kGbaCodeSize = 4;
 constexpr std::uint32_t kGbaMakerOffset = 0xB0;
-constexpr std::uint32_t kGbaMakerSize = 2;
 constexpr std::uint32_t kGbaFixedOffset = 0xB2;
 constexpr std::uint8_t kGbaFixedValue = 0x96;
 constexpr std::uint32_t kGbaComplementOffset = 0xBD;
@@ -24,3 +26,5 @@ constexpr bool isGbaRomSize(std::uint64_t size)
 {
     return size >= kGbaSmallestRom && size <= kGbaLargestRom && size % 2 == 0;
 }
+
+} // namespace virtual_reader

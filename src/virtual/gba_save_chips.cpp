@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -195,3 +198,5 @@ void GbaEeprom::writeBlock(std::uint32_t block, const std::uint8_t *bytes)
     for (int poll = 0; poll < kProgramPolls && !m_chip.readBit(); ++poll) {
     }
 }
+
+} // namespace virtual_reader

@@ -12,6 +12,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class GbaSaveChip
 {
 public:
@@ -107,3 +110,5 @@ private:
     unsigned m_addressBits;
     EepromChip m_chip;
 };
+
+} // namespace virtual_reader

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -69,3 +72,5 @@ std::unique_ptr<GbaSaveChip> makeGbaSaveChip(const GbaSaveChoice &choice,
     }
     return nullptr;
 }
+
+} // namespace virtual_reader

@@ -8,6 +8,9 @@
 #include <optional>
 #include <string>
 
+namespace virtual_reader
+{
+
 struct GbaSaveChoice {
     SaveKind kind = SaveKind::None;
     std::uint32_t sizeBytes = 0;
@@ -23,3 +26,5 @@ std::optional<GbaSaveChoice> chooseGbaSave(const CartridgeOptions &options, Save
 // A fresh chip; null for None. `behaviour`: of a FLASH.
 std::unique_ptr<GbaSaveChip> makeGbaSaveChip(const GbaSaveChoice &choice,
                                              const FlashChipBehaviour &behaviour);
+
+} // namespace virtual_reader

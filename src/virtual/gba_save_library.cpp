@@ -2,6 +2,9 @@
 
 #include <cstring>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -51,3 +54,5 @@ std::string gbaSaveMark(SaveKind kind)
     }
     return {};
 }
+
+} // namespace virtual_reader

@@ -7,6 +7,9 @@
 
 #include <string>
 
+namespace virtual_reader
+{
+
 // Room that a mark takes up, padding included.
 constexpr std::uint32_t kGbaSaveMarkSize = 16;
 
@@ -16,3 +19,5 @@ SaveKind findGbaSaveMark(const ByteVector &rom);
 
 // A mark for the given chip, padded to kGbaSaveMarkSize with NUL; empty for None.
 std::string gbaSaveMark(SaveKind kind);
+
+} // namespace virtual_reader

@@ -1,11 +1,14 @@
 #include "virtual/image_generator.h"
 
-#include "virtual/console_logos.h"
+#include "constants/boot_logos.h"
 #include "virtual/gb_header.h"
 
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+
+namespace virtual_reader
+{
 
 namespace
 {
@@ -50,7 +53,7 @@ void writeHeader(const GbImageSpec &spec, ByteVector *image)
     const auto at = [image](std::uint32_t offset) { return image->begin() + offset; };
     std::fill(at(0x100), at(kGbHeaderEnd), std::uint8_t{0});
     std::copy(std::begin(kEntryPoint), std::end(kEntryPoint), at(0x100));
-    std::copy(kGbLogo.begin(), kGbLogo.end(), at(kGbLogoOffset));
+    std::copy(kGbBootLogo.begin(), kGbBootLogo.end(), at(kGbLogoOffset));
     std::copy(spec.title.begin(), spec.title.end(), at(kGbTitleOffset));
     (*image)[kGbTypeOffset] = spec.type;
     (*image)[kGbRomSizeOffset] = romSizeCode(spec.romSize);
@@ -125,3 +128,5 @@ bool makeGbImage(const GbImageSpec &spec, ByteVector *image, std::string *error)
     writeHeader(spec, image);
     return true;
 }
+
+} // namespace virtual_reader

@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <string>
 
+namespace virtual_reader
+{
+
 struct GbImageSpec {
     std::uint8_t type = 0;          // header type code
     std::uint32_t romSize = 0x8000; // bytes: 32 KiB to 8 MiB, a power of two
@@ -25,7 +28,6 @@ struct GbaImageSpec {
     std::string code = "ZVRE";          // game code: any four bytes
     std::uint32_t romSize = 0x400000;   // bytes: 512 to 32 MiB, even
     std::string title = "VIRTUAL";      // up to 12 characters as above
-    std::string maker = "VD";           // two characters as above
     SaveKind saveKind = SaveKind::None; // whose library leaves its mark in the ROM
     std::uint64_t seed = 1;
 };
@@ -44,3 +46,5 @@ std::string titleFault(const std::string &title, std::uint32_t longest);
 
 // `size` pseudo-random bytes, for saves.
 ByteVector makeNoise(std::uint32_t size, std::uint64_t seed);
+
+} // namespace virtual_reader

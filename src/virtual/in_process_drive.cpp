@@ -6,6 +6,9 @@
 #include <optional>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -220,3 +223,5 @@ void InProcessDrive::releaseDrive()
 {
     m_files.releaseDrive();
 }
+
+} // namespace virtual_reader

@@ -11,6 +11,9 @@
 #include <memory>
 #include <string>
 
+namespace virtual_reader
+{
+
 struct InProcessDriveOptions {
     char letter = 'E'; // 'A' to 'Z'
     std::string label = kDefaultReaderLabel;
@@ -45,3 +48,5 @@ private:
     InProcessDriveOptions m_options;
     bool m_commandFileOpen = false; // for writing, which nobody else may at the same time
 };
+
+} // namespace virtual_reader

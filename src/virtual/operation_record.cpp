@@ -2,6 +2,9 @@
 
 #include <cstdio>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -67,3 +70,5 @@ std::string operationJson(const Operation &operation)
            ",\"unbuffered\":" + (operation.unbuffered ? "true" : "false") +
            refusalField(operation.refusal) + "}";
 }
+
+} // namespace virtual_reader

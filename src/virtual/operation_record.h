@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+namespace virtual_reader
+{
+
 // One block of a command run. Fields that the command does not have are 0.
 struct BlockRecord {
     std::uint8_t commandClass = 0;
@@ -53,3 +56,5 @@ void addOperation(OperationCounters *counters, const Operation &operation);
 
 // The operation as one line of JSON, without the line's end.
 std::string operationJson(const Operation &operation);
+
+} // namespace virtual_reader

@@ -4,6 +4,9 @@
 #include <cstdlib>
 #include <limits>
 
+namespace virtual_reader
+{
+
 bool parseNumber(const std::string &text, std::uint64_t *value, std::string *rest)
 {
     if (text.empty() || text[0] < '0' || text[0] > '9')
@@ -30,3 +33,5 @@ bool parseSize(const std::string &text, std::uint32_t *size)
     *size = static_cast<std::uint32_t>(value);
     return value == *size;
 }
+
+} // namespace virtual_reader

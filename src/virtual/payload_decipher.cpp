@@ -1,14 +1,18 @@
 #include "virtual/payload_decipher.h"
 
-#include "virtual/pi_words.h"
+#include "constants/pi_words.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+
+namespace virtual_reader
+{
 
 PayloadDecipher::PayloadDecipher(const CipherKey &key)
 {
-    static const std::vector<std::uint32_t> pi = piFractionWords(kSubkeys + kBoxes * kBoxSize);
-    std::copy(pi.begin(), pi.end(), m_words.begin());
+    static_assert(kPiWordCount == kSubkeys + kBoxes * kBoxSize);
+    std::copy(std::begin(kPiWords), std::end(kPiWords), m_words.begin());
 
     for (std::size_t i = 0; i < kSubkeys * 4; ++i) {
         const std::uint32_t keyByte = key[i % kCipherKeySize];
@@ -52,3 +56,5 @@ void PayloadDecipher::decipher(std::uint8_t *block) const
     putLittleEndian(block, left, 4);
     putLittleEndian(block + 4, right, 4);
 }
+
+} // namespace virtual_reader

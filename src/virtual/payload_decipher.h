@@ -8,6 +8,9 @@
 #include <array>
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 constexpr std::size_t kCipherKeySize = 8;
 constexpr std::size_t kCipherBlockSize = 8;
 
@@ -34,3 +37,5 @@ private:
     // All the words in the order in which the key schedule replaces them: subkeys, then boxes.
     std::array<std::uint32_t, kSubkeys + kBoxes * kBoxSize> m_words{};
 };
+
+} // namespace virtual_reader

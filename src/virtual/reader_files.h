@@ -7,6 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 enum class ReaderFile { Command, Driver, Dump };
 
 constexpr std::size_t kReaderFileCount = 3;
@@ -24,3 +27,5 @@ constexpr std::uint32_t kReaderIdentityOffset = 0x8000;
 constexpr std::uint32_t kReaderIdentitySize = 16;
 
 constexpr std::uint32_t kReaderSectorSize = 512;
+
+} // namespace virtual_reader

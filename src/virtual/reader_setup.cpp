@@ -5,6 +5,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -70,3 +73,5 @@ bool KeptReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size,
     m_reader.commandFileWritten(bytes, size);
     return m_save.storeIfChanged(m_reader.cartridge(), error);
 }
+
+} // namespace virtual_reader

@@ -9,6 +9,9 @@
 #include <memory>
 #include <string>
 
+namespace virtual_reader
+{
+
 struct ReaderSetup {
     bool demo = false;    // a generated cartridge instead of an image file: MBC5, 1 MiB, a save
     std::string cartPath; // image file; empty without `demo`: no cartridge
@@ -39,3 +42,5 @@ private:
     VirtualReader m_reader;
     SaveFile m_save;
 };
+
+} // namespace virtual_reader

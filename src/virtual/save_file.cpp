@@ -12,6 +12,9 @@
 #include <utility>
 #include <vector>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -111,3 +114,5 @@ bool SaveFile::storeIfChanged(const Cartridge &cartridge, std::string *error)
     m_storedChanges = changes;
     return true;
 }
+
+} // namespace virtual_reader

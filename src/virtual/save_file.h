@@ -7,6 +7,9 @@
 #include <cstdint>
 #include <string>
 
+namespace virtual_reader
+{
+
 // Reads a whole file. Returns: false with the reason in `*error`.
 bool readWholeFile(const std::string &path, ByteVector *bytes, std::string *error);
 
@@ -35,3 +38,5 @@ private:
     std::string m_path;
     std::uint64_t m_storedChanges = 0;
 };
+
+} // namespace virtual_reader

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -289,3 +292,5 @@ void VirtualReader::setListener(std::function<void(const Operation &)> listener)
 {
     m_listener = std::move(listener);
 }
+
+} // namespace virtual_reader

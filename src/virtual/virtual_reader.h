@@ -19,6 +19,9 @@
 #include <string>
 #include <vector>
 
+namespace virtual_reader
+{
+
 struct VirtualReaderConfig {
     // Up to 16 bytes; shorter ones are padded with NUL.
     std::string identity = "QDX_PCB02_FW303";
@@ -63,8 +66,6 @@ public:
     // Called with every operation after it is done; empty for none.
     void setListener(std::function<void(const Operation &)> listener);
 
-    const CipherKey &key() const { return m_config.key; }
-
 private:
     enum class Bus { None, Gb, Gba };
 
@@ -102,3 +103,5 @@ private:
     OperationCounters m_counters;
     std::function<void(const Operation &)> m_listener;
 };
+
+} // namespace virtual_reader

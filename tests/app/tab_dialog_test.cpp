@@ -21,6 +21,8 @@
 #include <functional>
 #include <memory>
 
+using namespace virtual_reader;
+
 namespace
 {
 constexpr int kJobTimeoutMs = 60000;

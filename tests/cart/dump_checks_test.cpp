@@ -11,6 +11,8 @@
 #include <numeric>
 #include <vector>
 
+using namespace virtual_reader;
+
 Q_DECLARE_METATYPE(DumpSystem)
 Q_DECLARE_METATYPE(DumpTail)
 

@@ -1,7 +1,7 @@
 // The Game Boy header decoder: titles and every code of its three tables.
 #include "cart/gb_header.h"
 
-#include "cart/boot_logos.h"
+#include "constants/boot_logos.h"
 #include "device/checksums.h"
 #include "header_bytes.h"
 #include "test_class.h"

@@ -1,7 +1,7 @@
 // The GBA header decoder on every game of the table, and what the header says itself.
 #include "cart/gba_header.h"
 
-#include "cart/boot_logos.h"
+#include "constants/boot_logos.h"
 #include "device/checksums.h"
 #include "game_list.h"
 #include "header_bytes.h"

@@ -1,6 +1,6 @@
 #include "header_bytes.h"
 
-#include "cart/boot_logos.h"
+#include "constants/boot_logos.h"
 
 namespace
 {

@@ -16,6 +16,8 @@
 
 #include <csignal>
 
+using namespace virtual_reader;
+
 namespace
 {
 

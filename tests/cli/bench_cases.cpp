@@ -1,5 +1,7 @@
 #include "bench_cases.h"
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -11,10 +11,10 @@ constexpr std::uint32_t kKibi = 1024;
 BenchCase gbSave(std::uint8_t headerType, std::uint32_t size, char keptBits = '\xFF');
 
 // A GBA cartridge likewise. `choice`: the save type as the user says it.
-BenchCase gbaSave(GbaSaveType type, int choice, int size);
+BenchCase gbaSave(virtual_reader::GbaSaveType type, int choice, int size);
 
 // A GB flash cartridge; flash.
-BenchCase gbFlash(FlashWidth width);
+BenchCase gbFlash(virtual_reader::FlashWidth width);
 
 // `bench` with another command.
 BenchCase with(BenchCommand command, BenchCase bench);

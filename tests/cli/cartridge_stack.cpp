@@ -9,6 +9,8 @@
 
 #include <csignal>
 
+using namespace virtual_reader;
+
 namespace
 {
 

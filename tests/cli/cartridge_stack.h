@@ -19,8 +19,8 @@ struct StackedCartridge {
     QByteArray image;     // empty: nothing is in the slot
     QByteArray save = {}; // empty: as the chip comes
     int looks = 3;        // while this is in the slot; two are needed to recognise it
-    std::vector<DriveFault> faults = {}; // of the drive meanwhile
-    CartridgeOptions options = {};
+    std::vector<virtual_reader::DriveFault> faults = {}; // of the drive meanwhile
+    virtual_reader::CartridgeOptions options = {};
 };
 
 // Base of CartridgeStack, which needs them before it is built itself.
@@ -28,10 +28,10 @@ struct StackedReader {
     StackedReader();
 
     std::unique_ptr<DriveBackend> platform = createPlatformBackend();
-    std::unique_ptr<InProcessDrive> drive;
+    std::unique_ptr<virtual_reader::InProcessDrive> drive;
 };
 
-class CartridgeStack : private StackedReader, public FaultyDrive
+class CartridgeStack : private StackedReader, public virtual_reader::FaultyDrive
 {
 public:
     // Becomes the drive backend of the process.
@@ -62,5 +62,5 @@ private:
 };
 
 // A generated image. `colorFlag` is header byte 0x143.
-QByteArray stackedImage(GbImageSpec spec, std::uint8_t colorFlag = 0);
-QByteArray stackedImage(const GbaImageSpec &spec);
+QByteArray stackedImage(virtual_reader::GbImageSpec spec, std::uint8_t colorFlag = 0);
+QByteArray stackedImage(const virtual_reader::GbaImageSpec &spec);

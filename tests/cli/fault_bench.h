@@ -34,7 +34,8 @@ struct BenchCase {
 
 const QByteArray kOldFile = "what was here before";
 
-constexpr std::size_t kDriveCallKinds = static_cast<std::size_t>(DriveCall::Close) + 1;
+constexpr std::size_t kDriveCallKinds =
+    static_cast<std::size_t>(virtual_reader::DriveCall::Close) + 1;
 
 struct BenchRun {
     ExitCode code = ExitCode::Done;
@@ -51,7 +52,7 @@ struct BenchRun {
 };
 
 // Runs the command as with --quiet. An erase that does not end is interrupted as with Ctrl-C.
-BenchRun runOnBench(const BenchCase &bench, const QVector<DriveFault> &faults = {});
+BenchRun runOnBench(const BenchCase &bench, const QVector<virtual_reader::DriveFault> &faults = {});
 
 // Whether two contents of the chip are the same as far as it keeps them.
 bool isSameContent(const BenchCase &bench, const QByteArray &left, const QByteArray &right);
@@ -59,11 +60,11 @@ bool isSameContent(const BenchCase &bench, const QByteArray &left, const QByteAr
 // A way to fail.
 struct NamedFault {
     const char *name;
-    DriveFault fault;
+    virtual_reader::DriveFault fault;
 };
 
 // All ways in which calls of this kind fail; the first one of them is hit.
-QVector<NamedFault> waysToFail(DriveCall call);
+QVector<NamedFault> waysToFail(virtual_reader::DriveCall call);
 
 // What is wrong with a run.
 using BenchCheck = QStringList (*)(const BenchCase &, const BenchRun &);

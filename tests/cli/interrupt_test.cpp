@@ -17,6 +17,8 @@
 
 #include <csignal>
 
+using namespace virtual_reader;
+
 namespace
 {
 

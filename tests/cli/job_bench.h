@@ -33,7 +33,7 @@ inline CliJob benchJob(int operate)
 
 inline void loadSave(TrialBench &bench, const QByteArray &save)
 {
-    if (!bench.reader().cartridge().loadSave(ByteVector(save.begin(), save.end())))
+    if (!bench.reader().cartridge().loadSave(virtual_reader::ByteVector(save.begin(), save.end())))
         qFatal("the cartridge does not take its save");
 }
 
@@ -41,13 +41,13 @@ inline void loadSave(TrialBench &bench, const QByteArray &save)
 // with `flips` goes through with other bytes.
 inline void addReadFault(TrialBench &bench, std::uint32_t after, std::uint8_t flips = 0)
 {
-    DriveFault fault;
+    virtual_reader::DriveFault fault;
     fault.pathEnd = "DUMP.ROM";
     fault.after = after;
     fault.flips = flips;
     if (flips != 0) {
         fault.code = DriveErrorCode::None;
-        fault.bytes = DriveFault::kAllBytes;
+        fault.bytes = virtual_reader::DriveFault::kAllBytes;
     }
     bench.drive().addFault(fault);
 }

@@ -8,6 +8,8 @@
 
 #include <csignal>
 
+using namespace virtual_reader;
+
 class KeptBackupTest : public QObject
 {
     Q_OBJECT

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+using namespace virtual_reader;
+
 namespace
 {
 

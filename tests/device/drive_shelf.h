@@ -29,17 +29,18 @@ public:
     void addDrive(char letter, DriveType type) { m_slots[letter].type = type; }
 
     // Returns: the reader's drive, to inject faults.
-    FaultyDrive &addReader(char letter, const std::string &label = "READER",
-                           const std::string &identity = "READER_FW1")
+    virtual_reader::FaultyDrive &addReader(char letter, const std::string &label = "READER",
+                                           const std::string &identity = "READER_FW1")
     {
-        VirtualReaderConfig config;
+        virtual_reader::VirtualReaderConfig config;
         config.identity = identity;
         Slot &slot = m_slots[letter];
         slot.type = DriveType::Removable;
-        slot.drive = std::make_unique<InProcessDrive>(
-            std::make_unique<KeptReader>(nullptr, config, SaveFile()), *m_platform,
-            InProcessDriveOptions{letter, label});
-        slot.faulty = std::make_unique<FaultyDrive>(*slot.drive, letter);
+        slot.drive = std::make_unique<virtual_reader::InProcessDrive>(
+            std::make_unique<virtual_reader::KeptReader>(nullptr, config,
+                                                         virtual_reader::SaveFile()),
+            *m_platform, virtual_reader::InProcessDriveOptions{letter, label});
+        slot.faulty = std::make_unique<virtual_reader::FaultyDrive>(*slot.drive, letter);
         return *slot.faulty;
     }
 
@@ -79,8 +80,8 @@ public:
 private:
     struct Slot {
         DriveType type = DriveType::NoRoot;
-        std::unique_ptr<InProcessDrive> drive;
-        std::unique_ptr<FaultyDrive> faulty;
+        std::unique_ptr<virtual_reader::InProcessDrive> drive;
+        std::unique_ptr<virtual_reader::FaultyDrive> faulty;
     };
 
     DriveBackend *find(const char *root) { return m_slots[root[0]].faulty.get(); }

@@ -1,6 +1,8 @@
 // The payload cipher against the digits of pi, the published vectors and OpenSSL.
 #include "device/payload_cipher.h"
 
+#include "constants/pi_words.h"
+
 #include "pi_fraction.h"
 #include "reference_blowfish.h"
 #include "test_bytes.h"
@@ -28,9 +30,13 @@ QByteArray transformed(Transform transform, QByteArray bytes)
 CipherState initialState()
 {
     CipherState state = {};
-    std::copy(std::begin(kInitialSubkeys), std::end(kInitialSubkeys), state.subkeys);
-    for (int box = 0; box < kBlowfishBoxes; ++box)
-        std::copy(std::begin(kInitialBoxes[box]), std::end(kInitialBoxes[box]), state.boxes[box]);
+    const std::uint32_t *word = kPiWords;
+    for (std::uint32_t &subkey : state.subkeys)
+        subkey = *word++;
+    for (auto &box : state.boxes) {
+        for (std::uint32_t &entry : box)
+            entry = *word++;
+    }
     return state;
 }
 
@@ -93,19 +99,10 @@ void PayloadCipherTest::unkeyedStateHoldsTheInitialValues()
 
 void PayloadCipherTest::initialValuesAreTheDigitsOfPi()
 {
-    const std::vector<std::uint32_t> pi =
-        piFractionWords(kBlowfishSubkeys + std::size_t{kBlowfishBoxes} * kBlowfishBoxSize);
+    const std::vector<std::uint32_t> pi = piFractionWords(kPiWordCount);
     QCOMPARE(pi[0], 0x243F6A88U);
-    auto digits = pi.begin();
-    for (int i = 0; i < kBlowfishSubkeys; ++i, ++digits)
-        QVERIFY2(kInitialSubkeys[i] == *digits, qPrintable(QString("subkey %1").arg(i)));
-    for (int box = 0; box < kBlowfishBoxes; ++box) {
-        for (int i = 0; i < kBlowfishBoxSize; ++i, ++digits) {
-            QVERIFY2(kInitialBoxes[box][i] == *digits,
-                     qPrintable(QString("box %1 entry %2").arg(box).arg(i)));
-        }
-    }
-    QVERIFY(digits == pi.end());
+    for (std::size_t i = 0; i < kPiWordCount; ++i)
+        QVERIFY2(kPiWords[i] == pi[i], qPrintable(QString("word %1").arg(i)));
 }
 
 void PayloadCipherTest::publishedVectors_data()

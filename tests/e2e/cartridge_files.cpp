@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -1,8 +1,8 @@
 // Both header decoders on arbitrary bytes, for libFuzzer. Whatever they are given, they read inside
 // their blocks (the address sanitizer watches) and answer with values that the settings know.
-#include "cart/boot_logos.h"
 #include "cart/gb_header.h"
 #include "cart/gba_header.h"
+#include "constants/boot_logos.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -12,6 +12,8 @@
 
 #include <cstdio>
 
+using namespace virtual_reader;
+
 namespace
 {
 

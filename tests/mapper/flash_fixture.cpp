@@ -1,5 +1,7 @@
 #include "flash_fixture.h"
 
+using namespace virtual_reader;
+
 namespace
 {
 

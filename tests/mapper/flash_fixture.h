@@ -8,8 +8,8 @@ class FlashFixture : public MapperFixture
 {
 public:
     // `chipSize` in bytes; the save memory is the smallest of the kind.
-    FlashFixture(MapperKind kind, FlashWidth width, int chipSize,
-                 const FlashChipBehaviour &behaviour = {});
+    FlashFixture(MapperKind kind, virtual_reader::FlashWidth width, int chipSize,
+                 const virtual_reader::FlashChipBehaviour &behaviour = {});
 
     // Writes `file` as the user of an 8-bit (0) or 16-bit chip (1) does. `cancelAfter`: as in Job.
     JobOutcome flash(const QByteArray &file, int width, int cancelAfter = 0);

@@ -7,6 +7,8 @@
 
 #include <QFile>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -46,33 +46,34 @@ class JobFixture
 {
 public:
     // `savePath`: file that keeps the save memory; empty: none. A null cartridge is an empty slot.
-    explicit JobFixture(std::unique_ptr<Cartridge> cartridge, const QString &savePath = {});
+    explicit JobFixture(std::unique_ptr<virtual_reader::Cartridge> cartridge,
+                        const QString &savePath = {});
     ~JobFixture();
 
     // Runs one job to its end. Counters and records are cleared before.
     JobOutcome run(const Job &job);
 
-    FaultyDrive &drive() { return *m_drive; }
-    VirtualReader &reader() { return m_inProcess->reader(); }
-    Cartridge &cartridge() { return reader().cartridge(); }
+    virtual_reader::FaultyDrive &drive() { return *m_drive; }
+    virtual_reader::VirtualReader &reader() { return m_inProcess->reader(); }
+    virtual_reader::Cartridge &cartridge() { return reader().cartridge(); }
     QByteArray rom() { return bytesOf(cartridge().romImage()); }
     QByteArray save() { return bytesOf(cartridge().saveImage()); }
     void setSave(const QByteArray &bytes);
     QByteArray busBytes(int address, int count);
 
     // Bus writes of the last job, in order.
-    QVector<BlockRecord> busWrites();
+    QVector<virtual_reader::BlockRecord> busWrites();
     // True if the last job sent nothing but the selection of the bus.
     bool nothingWasSent();
     // Blocks and reads of the last job that the reader refused.
     std::uint64_t refused();
 
-    static QByteArray bytesOf(const ByteVector &bytes);
+    static QByteArray bytesOf(const virtual_reader::ByteVector &bytes);
 
 private:
     std::unique_ptr<DriveBackend> m_platform;
-    std::unique_ptr<InProcessDrive> m_inProcess;
-    std::unique_ptr<FaultyDrive> m_drive;
+    std::unique_ptr<virtual_reader::InProcessDrive> m_inProcess;
+    std::unique_ptr<virtual_reader::FaultyDrive> m_drive;
 };
 
 // `size` bytes that differ from one place to the next and between seeds.
@@ -82,5 +83,5 @@ QByteArray fileBytes(const QString &path);
 bool writeFile(const QString &path, const QByteArray &bytes);
 
 // A command file or a read of DUMP.ROM that fails once, after so many of them.
-DriveFault commandFileFault(unsigned after);
-DriveFault dumpReadFault(unsigned after);
+virtual_reader::DriveFault commandFileFault(unsigned after);
+virtual_reader::DriveFault dumpReadFault(unsigned after);

@@ -5,6 +5,8 @@
 #include <QCryptographicHash>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

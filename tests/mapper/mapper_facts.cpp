@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -53,7 +53,7 @@ struct Traffic {
     int reads;       // of any file
 };
 
-Traffic trafficOf(const OperationCounters &counters);
+Traffic trafficOf(const virtual_reader::OperationCounters &counters);
 
 // What a job sends and reads before its script is called: two command files to select the bus, and
 // the identity.

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace virtual_reader;
+
 namespace
 {
 

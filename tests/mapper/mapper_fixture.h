@@ -9,13 +9,14 @@
 #include "virtual/cartridge_options.h"
 
 // An image with a header of the kind. `ramSize` 0: a cartridge with ROM alone.
-ByteVector makeMapperImage(const MapperFacts &mapper, int romSize, int ramSize, unsigned seed = 1);
+virtual_reader::ByteVector makeMapperImage(const MapperFacts &mapper, int romSize, int ramSize,
+                                           unsigned seed = 1);
 
 class MapperFixture : public JobFixture
 {
 public:
     MapperFixture(const MapperFacts &mapper, int romSize, int ramSize, const QString &savePath = {},
-                  const CartridgeOptions &options = {});
+                  const virtual_reader::CartridgeOptions &options = {});
 
     // Runs one job with the mapper's script.
     JobOutcome run(JobCode operate, int size, const QString &fileName);

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

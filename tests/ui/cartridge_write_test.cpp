@@ -15,6 +15,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 Q_DECLARE_METATYPE(FlashWidth)
 
 namespace

@@ -12,6 +12,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 class MainTabReportFailureTest : public QObject
 {
     Q_OBJECT

@@ -17,6 +17,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 namespace
 {
 constexpr int kJobTimeoutMs = 60000;

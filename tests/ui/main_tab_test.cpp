@@ -15,6 +15,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 using ButtonMember = QPushButton *MainTab::*;
 Q_DECLARE_METATYPE(ButtonMember)
 

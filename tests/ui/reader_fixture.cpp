@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 constexpr char kGbBusWrite[] = "%1<-%2";

@@ -16,10 +16,10 @@
 
 // The drive between the program and the reader: can be pulled out, and counts how often the program
 // gave it up.
-class CountingDrive : public FaultyDrive
+class CountingDrive : public virtual_reader::FaultyDrive
 {
 public:
-    using FaultyDrive::FaultyDrive;
+    using virtual_reader::FaultyDrive::FaultyDrive;
     void releaseDrive() override;
 
     int releases = 0;
@@ -29,10 +29,11 @@ class ReaderFixture
 {
 public:
     // `cartridge` null: an empty slot.
-    explicit ReaderFixture(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig config = {});
+    explicit ReaderFixture(std::unique_ptr<virtual_reader::Cartridge> cartridge,
+                           virtual_reader::VirtualReaderConfig config = {});
     ~ReaderFixture();
 
-    VirtualReader &reader() { return m_inProcess->reader(); }
+    virtual_reader::VirtualReader &reader() { return m_inProcess->reader(); }
     CountingDrive &drive() { return *m_drive; }
 
     // Makes the device link find the reader, as the Info action does, and forgets what that sent.
@@ -55,15 +56,15 @@ public:
 
 private:
     std::unique_ptr<DriveBackend> m_platform;
-    std::unique_ptr<InProcessDrive> m_inProcess;
+    std::unique_ptr<virtual_reader::InProcessDrive> m_inProcess;
     std::unique_ptr<CountingDrive> m_drive;
     QTemporaryDir m_folder;
 };
 
 // A cartridge with a generated ROM for header type `type`; its save memory is filled with noise.
-std::unique_ptr<Cartridge> makeGbCartridge(std::uint8_t type, std::uint32_t romSize,
-                                           std::uint32_t ramSize);
+std::unique_ptr<virtual_reader::Cartridge> makeGbCartridge(std::uint8_t type, std::uint32_t romSize,
+                                                           std::uint32_t ramSize);
 // An MBC5 cartridge with 32 KiB of save memory that is filled with noise.
-std::unique_ptr<Cartridge> makeMbc5Cartridge(std::uint32_t romSize);
+std::unique_ptr<virtual_reader::Cartridge> makeMbc5Cartridge(std::uint32_t romSize);
 
-QByteArray toByteArray(const ByteVector &bytes);
+QByteArray toByteArray(const virtual_reader::ByteVector &bytes);

@@ -7,6 +7,8 @@
 
 #include <QComboBox>
 
+using namespace virtual_reader;
+
 namespace
 {
 constexpr std::uint32_t kGbTypeOffset = 0x147;

@@ -12,10 +12,12 @@ class Settings;
 
 // 32 KiB behind no mapper, with the header codes of any other cartridge: the report reads no
 // further than the header. The title is "VIRTUAL".
-std::unique_ptr<Cartridge> makeGbHeaderCartridge(int type, int romCode, int ramCode);
+std::unique_ptr<virtual_reader::Cartridge> makeGbHeaderCartridge(int type, int romCode,
+                                                                 int ramCode);
 
 // A GBA cartridge with the game code `code`.
-std::unique_ptr<Cartridge> makeGbaGame(const QString &code, std::uint32_t romSize = 64 * 1024);
+std::unique_ptr<virtual_reader::Cartridge> makeGbaGame(const QString &code,
+                                                       std::uint32_t romSize = 64 * 1024);
 
 // What the report says of the reader of a fixture.
 QStringList deviceLines();

@@ -8,6 +8,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 class BackendChoiceTest : public QObject
 {
     Q_OBJECT

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <string>
 
+using namespace virtual_reader;
+
 class BlockFormatTest : public QObject
 {
     Q_OBJECT

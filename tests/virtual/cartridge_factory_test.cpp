@@ -7,6 +7,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -15,6 +15,8 @@
 #include <string>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 
@@ -87,7 +89,7 @@ struct FlashBench {
     ByteVector programBlock(std::uint8_t opcode, std::uint32_t address, ByteVector payload) const
     {
         BF_KEY schedule;
-        BF_set_key(&schedule, 8, reader.key().data());
+        BF_set_key(&schedule, 8, VirtualReaderConfig().key.data());
         BF_LONG halves[2] = {littleEndian(payload.data(), 4), littleEndian(payload.data() + 4, 4)};
         BF_encrypt(halves, &schedule);
         putLittleEndian(payload.data(), halves[0], 4);

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 namespace
 {
 

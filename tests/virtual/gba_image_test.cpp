@@ -9,6 +9,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 
@@ -67,12 +69,11 @@ void GbaImageTest::headerSaysWhatWasAskedFor()
     GbaImageSpec spec;
     spec.code = "AWRP";
     spec.title = "TWELVE CHARS";
-    spec.maker = "0X";
     const ByteVector image = make(spec);
     QCOMPARE(image.size(), std::size_t(4) * 1024 * 1024);
     QCOMPARE(bytesOf(image, 0, 4), QByteArray::fromHex("2E0000EA"));
     QCOMPARE(bytesOf(image, 0x04, 156), QByteArray::fromHex(kLogoHex));
-    QCOMPARE(bytesOf(image, 0xA0, 18), QByteArray("TWELVE CHARSAWRP0X"));
+    QCOMPARE(bytesOf(image, 0xA0, 18), QByteArray("TWELVE CHARSAWRPVD"));
     QCOMPARE(int(image[0xB2]), 0x96);
     QCOMPARE(bytesOf(image, 0xB3, 10), QByteArray(10, '\0'));
     QCOMPARE(bytesOf(image, 0xBE, 2), QByteArray(2, '\0'));
@@ -211,22 +212,18 @@ void GbaImageTest::impossibleRequestsAreRefused_data()
     QTest::addColumn<quint32>("size");
     QTest::addColumn<QByteArray>("code");
     QTest::addColumn<QByteArray>("title");
-    QTest::addColumn<QByteArray>("maker");
     QTest::addColumn<QString>("reason");
     const auto row = [](const char *name, quint32 size, const char *code, const char *title,
-                        const char *maker, const char *reason) {
-        QTest::newRow(name) << size << QByteArray(code) << QByteArray(title) << QByteArray(maker)
-                            << reason;
+                        const char *reason) {
+        QTest::newRow(name) << size << QByteArray(code) << QByteArray(title) << reason;
     };
-    row("too small", 510, "ABCD", "T", "01", "ROM size 510");
-    row("odd", 1025, "ABCD", "T", "01", "ROM size 1025");
-    row("too large", 0x2000002, "ABCD", "T", "01", "ROM size 33554434");
-    row("short code", 512, "ABC", "T", "01", "game code \"ABC\"");
-    row("long code", 512, "ABCDE", "T", "01", "game code \"ABCDE\"");
-    row("long title", 512, "ABCD", "THIRTEEN CHAR", "01", "must have 12 characters at most");
-    row("small letters", 512, "ABCD", "small", "01", "small letters");
-    row("short maker", 512, "ABCD", "T", "0", "maker code \"0\"");
-    row("maker in small letters", 512, "ABCD", "T", "ab", "maker code \"ab\"");
+    row("too small", 510, "ABCD", "T", "ROM size 510");
+    row("odd", 1025, "ABCD", "T", "ROM size 1025");
+    row("too large", 0x2000002, "ABCD", "T", "ROM size 33554434");
+    row("short code", 512, "ABC", "T", "game code \"ABC\"");
+    row("long code", 512, "ABCDE", "T", "game code \"ABCDE\"");
+    row("long title", 512, "ABCD", "THIRTEEN CHAR", "must have 12 characters at most");
+    row("small letters", 512, "ABCD", "small", "small letters");
 }
 
 void GbaImageTest::impossibleRequestsAreRefused()
@@ -234,12 +231,10 @@ void GbaImageTest::impossibleRequestsAreRefused()
     QFETCH(quint32, size);
     QFETCH(QByteArray, code);
     QFETCH(QByteArray, title);
-    QFETCH(QByteArray, maker);
     QFETCH(QString, reason);
     GbaImageSpec spec = withSize(size);
     spec.code = code.toStdString();
     spec.title = title.toStdString();
-    spec.maker = maker.toStdString();
     ByteVector image;
     std::string error;
     QVERIFY(!makeGbaImage(spec, &image, &error));

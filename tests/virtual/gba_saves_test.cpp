@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -9,6 +9,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

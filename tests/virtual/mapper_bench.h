@@ -12,35 +12,35 @@
 constexpr std::uint32_t kKiB = 1024;
 constexpr std::uint32_t kBankSize = 16 * kKiB;
 
-inline ByteVector bankedImage(std::uint32_t size)
+inline virtual_reader::ByteVector bankedImage(std::uint32_t size)
 {
-    ByteVector image;
+    virtual_reader::ByteVector image;
     std::string error;
-    if (!makeGbImage({0x1B, size, 0, "BANKS", 42}, &image, &error))
+    if (!virtual_reader::makeGbImage({0x1B, size, 0, "BANKS", 42}, &image, &error))
         qFatal("%s", error.c_str());
     return image;
 }
 
-inline void busWrite(Cartridge &cartridge, unsigned address, unsigned value)
+inline void busWrite(virtual_reader::Cartridge &cartridge, unsigned address, unsigned value)
 {
     cartridge.gbWrite(static_cast<std::uint16_t>(address), static_cast<std::uint8_t>(value));
 }
 
 // As int, for QCOMPARE.
-inline int busRead(Cartridge &cartridge, unsigned address)
+inline int busRead(virtual_reader::Cartridge &cartridge, unsigned address)
 {
     return cartridge.gbRead(static_cast<std::uint16_t>(address));
 }
 
 // The number of the 16 KiB bank that shows at `address`; -1 if it is none. Bytes 0 to 3 of each
 // sector of a generated image are the sector's number, but for the header.
-inline int bankAt(Cartridge &cartridge, unsigned address)
+inline int bankAt(virtual_reader::Cartridge &cartridge, unsigned address)
 {
     unsigned sector = 0;
     for (unsigned i = 0; i < 4; ++i)
         sector |= static_cast<unsigned>(busRead(cartridge, address + i)) << (8 * i);
     const unsigned bank = sector / 32;
-    const ByteVector image = cartridge.romImage();
+    const virtual_reader::ByteVector image = cartridge.romImage();
     if (bank >= image.size() / kBankSize)
         return -1;
     for (unsigned i = 0; i < kBankSize; ++i) {

@@ -9,7 +9,6 @@
 #include "virtual/mappers/mbc3_cartridge.h"
 #include "virtual/mappers/mbc7_cartridge.h"
 #include "virtual/mappers/mmm01_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 #include "virtual/mappers/tama5_cartridge.h"
 
 #include <QtTest>
@@ -17,6 +16,8 @@
 #include <algorithm>
 #include <memory>
 #include <typeindex>
+
+using namespace virtual_reader;
 
 namespace
 {
@@ -43,8 +44,7 @@ const Expectation kExpectations[] = {
     {0x07, 0x07, typeid(Mbc5Cartridge)},   {0x08, 0x09, typeid(GbCartridge)},
     {0x0A, 0x0A, typeid(Mbc5Cartridge)},   {0x0B, 0x0D, typeid(Mmm01Cartridge)},
     {0x0E, 0x0E, typeid(Mbc5Cartridge)},   {0x0F, 0x13, typeid(Mbc3Cartridge)},
-    {0x14, 0x1B, typeid(Mbc5Cartridge)},   {0x1C, 0x1E, typeid(RumbleCartridge)},
-    {0x1F, 0x1F, typeid(Mbc5Cartridge)},   {0x21, 0x21, typeid(Mbc5Cartridge)},
+    {0x14, 0x1F, typeid(Mbc5Cartridge)},   {0x21, 0x21, typeid(Mbc5Cartridge)},
     {0x22, 0x22, typeid(Mbc7Cartridge)},   {0x23, 0xFB, typeid(Mbc5Cartridge)},
     {0xFC, 0xFC, typeid(CameraCartridge)}, {0xFD, 0xFD, typeid(Tama5Cartridge)},
     {0xFE, 0xFE, typeid(Huc3Cartridge)},   {0xFF, 0xFF, typeid(Huc1Cartridge)},
@@ -65,7 +65,7 @@ private slots:
     void multiCartBoardMustBeAskedFor();
     void otherBoardsAreNoMultiCarts();
     void menuHeaderCountsForMmm01();
-    void clockComesFromTheOptions();
+    void motorIsNoRamLine();
     void flashStandsBehindAnyMapper();
 };
 
@@ -186,20 +186,20 @@ void MapperFactoryTest::menuHeaderCountsForMmm01()
     QVERIFY2(QString::fromStdString(error).contains("its header says 32 KiB"), error.c_str());
 }
 
-void MapperFactoryTest::clockComesFromTheOptions()
+void MapperFactoryTest::motorIsNoRamLine()
 {
-    std::uint64_t now = 0;
-    CartridgeOptions options;
-    options.clock = [&now] { return now; };
     std::string error;
-    const auto cartridge = makeCartridge(imageOf(0x10, 64 * kKiB, 0), options, &error);
+    const auto cartridge = makeCartridge(imageOf(0x1E, 64 * kKiB, 64 * kKiB), &error);
     QVERIFY2(cartridge != nullptr, error.c_str());
-    now = 42;
     busWrite(*cartridge, 0x0000, 0x0A);
-    busWrite(*cartridge, 0x4000, 0x08);
-    busWrite(*cartridge, 0x6000, 0);
-    busWrite(*cartridge, 0x6000, 1);
-    QCOMPARE(busRead(*cartridge, 0xA000), 42);
+    busWrite(*cartridge, 0x4000, 1);
+    busWrite(*cartridge, 0xA000, 0x77);
+    busWrite(*cartridge, 0x4000, 0x09);
+    QCOMPARE(busRead(*cartridge, 0xA000), 0x77);
+    busWrite(*cartridge, 0x5FFF, 0x0A); // another bank, the motor still runs
+    QCOMPARE(busRead(*cartridge, 0xA000), 0x00);
+    QVERIFY(makeCartridge(imageOf(0x1E, 64 * kKiB, 128 * kKiB), &error) == nullptr);
+    QVERIFY2(QString::fromStdString(error).contains("holds 64 KiB at most"), error.c_str());
 }
 
 void MapperFactoryTest::flashStandsBehindAnyMapper()
@@ -210,7 +210,11 @@ void MapperFactoryTest::flashStandsBehindAnyMapper()
         std::string error;
         const auto cartridge = makeCartridge(imageOf(type, 64 * kKiB, 0), options, &error);
         QVERIFY2(cartridge != nullptr, error.c_str());
-        QVERIFY(dynamic_cast<GbCartridge &>(*cartridge).flash() != nullptr);
+        busWrite(*cartridge, 0x0555, 0xAA);
+        busWrite(*cartridge, 0x02AA, 0x55);
+        busWrite(*cartridge, 0x0555, 0x90);
+        QCOMPARE(busRead(*cartridge, 0x0000), 0x01); // the chip's maker instead of its contents
+        QCOMPARE(busRead(*cartridge, 0x0001), 0xA4);
     }
 }
 

@@ -8,7 +8,6 @@
 #include "virtual/mappers/mbc2_cartridge.h"
 #include "virtual/mappers/mbc3_cartridge.h"
 #include "virtual/mappers/mbc7_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 #include "virtual/mappers/tama5_cartridge.h"
 
 #include <QtTest>
@@ -17,6 +16,8 @@
 #include <memory>
 #include <utility>
 #include <vector>
+
+using namespace virtual_reader;
 
 namespace
 {
@@ -97,8 +98,6 @@ void MapperRomTest::writesSelectBanks_data()
     row("MBC30, eight bits", mbc3, 4 * mib, {{0x2000, 0x85}}, 0, 0x85);
     row("MBC30, zero becomes one", mbc3, 4 * mib, {{0x2000, 0}}, 0, 1);
 
-    row("motor, nine bits", withRam<RumbleCartridge>(), 8 * mib, {{0x3000, 1}, {0x2000, 3}}, 0,
-        0x103);
     row("MBC7, zero is shown", whole<Mbc7Cartridge>(), 2 * mib, {{0x2000, 0}}, 0, 0);
     row("MBC7, seven bits", whole<Mbc7Cartridge>(), 2 * mib, {{0x3FFF, 0xFE}}, 0, 0x7E);
     row("HuC1, six bits", withRam<Huc1Cartridge>(), mib, {{0x3FFF, 0xFF}}, 0, 0x3F);
@@ -135,7 +134,6 @@ void MapperRomTest::powerCycleShowsTheFirstBanks_data()
     QTest::newRow("MBC2") << whole<Mbc2Cartridge>();
     QTest::newRow("MBC3") << withRam<Mbc3Cartridge>();
     QTest::newRow("MBC5") << withRam<Mbc5Cartridge>();
-    QTest::newRow("motor") << withRam<RumbleCartridge>();
     QTest::newRow("MBC7") << whole<Mbc7Cartridge>();
     QTest::newRow("HuC1") << withRam<Huc1Cartridge>();
     QTest::newRow("HuC-3") << withRam<Huc3Cartridge>();

@@ -6,18 +6,16 @@ namespace
 constexpr unsigned kFirstClockRegister = 0x08;
 // Of the clock's registers: first value that they do not reach, and the bits that are set.
 constexpr unsigned kClockRanges[] = {60, 60, 24, 256, 256};
-constexpr unsigned kClockBits[] = {0x3F, 0x3F, 0x1F, 0xFF, 0x81};
+constexpr unsigned kClockBits[] = {0x3F, 0x3F, 0x1F, 0xFF, 0xC1};
 
-// The copy is taken before the clock is set, as the library counts the time up only then. Values
-// stay in their ranges: the library keeps bits that the registers do not have. The clock is not
-// halted: the library's runs on. The gate is open: the library shows the clock without it. RAM is
-// selected in the end, so that the gate can close.
+// Values stay in their ranges: the library carries what is beyond them, and keeps bits that the
+// registers do not have. The gate is open: the library shows the clock without it. RAM is selected in the end, so that the gate can
+// close.
 void useMbc3Clock(BusTraffic *t)
 {
     const unsigned index = t->below(5);
     t->writeGateRegister(0x0A);
     t->writeMode(0);
-    t->wait();
     t->writeMode(1);
     t->writeRamBank(kFirstClockRegister + index);
     t->read(kUpper, kUpperEnd);
@@ -62,10 +60,9 @@ void closeMbc7(BusTraffic *t)
 }
 
 // Clears and measures at once: the library has no cleared state and shows what it would measure.
-void measureTilt(BusTraffic *t)
+void measureAxes(BusTraffic *t)
 {
     openMbc7(t);
-    t->tilt();
     t->write(kUpper, kUpper + 0x0F, 0x55);
     t->write(kUpper + 0x10, kUpper + 0x1F, 0xAA);
 }
@@ -183,7 +180,7 @@ void mbc5Sequence(BusTraffic *t)
 
 void mbc7Start(BusTraffic *t)
 {
-    measureTilt(t);
+    measureAxes(t);
     setEepromPins(t, 0x00);
 }
 
@@ -197,7 +194,7 @@ void mbc7Sequence(BusTraffic *t)
     case 2:
         return t->writeRomBank(t->byte());
     case 3:
-        return measureTilt(t);
+        return measureAxes(t);
     case 4:
     case 5:
         return t->readRom();

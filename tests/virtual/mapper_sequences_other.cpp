@@ -27,10 +27,9 @@ void setHuc3Address(BusTraffic *t, unsigned address)
     askHuc3(t, 5, address >> 4);
 }
 
-// The clock is looked at through its copy: the library counts it up only when it makes one.
+// The clock is looked at through its copy, as programs do.
 void readHuc3Clock(BusTraffic *t)
 {
-    t->wait();
     askHuc3(t, 6, 0);
     setHuc3Address(t, 0x00);
     for (int i = 0; i < 7; ++i)

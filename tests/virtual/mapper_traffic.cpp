@@ -15,17 +15,6 @@ void BusTraffic::write(unsigned first, unsigned last, unsigned value)
     steps.push_back({BusStep::Kind::Write, place(first, last), static_cast<std::uint8_t>(value)});
 }
 
-void BusTraffic::wait()
-{
-    steps.push_back(
-        {BusStep::Kind::Wait, below(4) == 0 ? place(0, 5000) : std::uint16_t{0}, byte()});
-}
-
-void BusTraffic::tilt()
-{
-    steps.push_back({BusStep::Kind::Tilt, place(0, 0xFF), byte()});
-}
-
 void BusTraffic::powerCycle()
 {
     steps.push_back({BusStep::Kind::PowerCycle, 0, 0});

@@ -9,13 +9,7 @@ constexpr unsigned kUpper = 0xA000;
 constexpr unsigned kUpperEnd = 0xBFFF;
 
 struct BusStep {
-    enum class Kind {
-        Read,
-        Write,
-        Wait, // `address` hours and `value` seconds pass
-        Tilt, // the cartridge is held with `address` and `value` as its slopes
-        PowerCycle
-    };
+    enum class Kind { Read, Write, PowerCycle };
 
     Kind kind = Kind::Read;
     std::uint16_t address = 0;
@@ -36,8 +30,6 @@ public:
 
     void read(unsigned first, unsigned last);
     void write(unsigned first, unsigned last, unsigned value);
-    void wait();
-    void tilt();
     void powerCycle();
 
     // Registers of nearly all mappers, each 8 KiB wide; anywhere in them.

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 
@@ -27,32 +29,13 @@ void discardMessage(mLogger *, int, mLogLevel, const char *, va_list) {}
 
 mLogger s_silentLogger = {discardMessage, nullptr};
 
-// Sensors and motor. The library calls them through a table at the record's start.
-struct Rotation {
-    mRotationSource table;
-    std::int32_t x;
-    std::int32_t y;
-};
-
-std::int32_t readTiltX(mRotationSource *source)
+// A cartridge that lies level. The library calls its sensors through this table.
+std::int32_t readTilt(mRotationSource *)
 {
-    return reinterpret_cast<Rotation *>(source)->x;
+    return 0;
 }
 
-std::int32_t readTiltY(mRotationSource *source)
-{
-    return reinterpret_cast<Rotation *>(source)->y;
-}
-
-struct Motor {
-    mRumble table;
-    bool runs;
-};
-
-void setMotor(mRumble *rumble, int enable)
-{
-    reinterpret_cast<Motor *>(rumble)->runs = enable != 0;
-}
+mRotationSource s_level = {nullptr, readTilt, readTilt, nullptr};
 
 } // namespace
 
@@ -60,8 +43,6 @@ struct MgbaCartridge::Core {
     ByteVector image;
     mCore *core = nullptr;
     bool initialised = false;
-    Rotation rotation = {{nullptr, readTiltX, readTiltY, nullptr}, 0, 0};
-    Motor motor = {{setMotor}, false};
 
     ~Core()
     {
@@ -89,8 +70,7 @@ std::string MgbaCartridge::Core::start()
     VFile *save = VFileMemChunk(nullptr, 0);
     if (save == nullptr || !core->loadSave(core, save))
         return "the library does not make save memory";
-    core->setPeripheral(core, mPERIPH_ROTATION, &rotation.table);
-    core->setPeripheral(core, mPERIPH_RUMBLE, &motor.table);
+    core->setPeripheral(core, mPERIPH_ROTATION, &s_level);
     core->rtc.override = RTC_FIXED;
     core->rtc.value = 0;
     core->reset(core);
@@ -154,15 +134,4 @@ bool MgbaCartridge::loadSave(const ByteVector &image)
 void MgbaCartridge::setTime(std::int64_t seconds)
 {
     m_core->core->rtc.value = seconds * kMillisecondsPerSecond;
-}
-
-void MgbaCartridge::setTilt(std::int32_t x, std::int32_t y)
-{
-    m_core->rotation.x = x;
-    m_core->rotation.y = y;
-}
-
-bool MgbaCartridge::motorRuns() const
-{
-    return m_core->motor.runs;
 }

@@ -10,29 +10,26 @@
 #include <memory>
 #include <string>
 
-class MgbaCartridge : public Cartridge
+class MgbaCartridge : public virtual_reader::Cartridge
 {
 public:
     // Takes over the image. Returns: null with the reason in `*error` if the library refuses it.
-    static std::unique_ptr<MgbaCartridge> create(ByteVector image, std::string *error);
+    static std::unique_ptr<MgbaCartridge> create(virtual_reader::ByteVector image,
+                                                 std::string *error);
     ~MgbaCartridge() override;
 
     std::uint8_t gbRead(std::uint16_t address) override;
     void gbWrite(std::uint16_t address, std::uint8_t value) override;
     void powerCycle() override;
-    ByteVector romImage() const override;
+    virtual_reader::ByteVector romImage() const override;
     // The library's save memory as it keeps it in a file, without a clock.
-    ByteVector saveImage() const override;
-    bool loadSave(const ByteVector &image) override;
+    virtual_reader::ByteVector saveImage() const override;
+    bool loadSave(const virtual_reader::ByteVector &image) override;
     // Counts every write to A000-BFFF, as the library does not tell which one changed something.
     std::uint64_t saveChanges() const override { return m_upperWrites; }
 
     // Sets what clocks run on; they stand still in between.
     void setTime(std::int64_t seconds);
-    // How the cartridge is held, in the library's units: 2^31 for what it takes as the full range.
-    void setTilt(std::int32_t x, std::int32_t y);
-    // Whether the library last switched the motor on.
-    bool motorRuns() const;
 
 private:
     struct Core;

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace virtual_reader;
+
 namespace
 {
 

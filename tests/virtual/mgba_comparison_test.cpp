@@ -9,13 +9,13 @@
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
-#include "virtual/mappers/mbc7_cartridge.h"
-#include "virtual/mappers/rumble_cartridge.h"
 
 #include <QtTest>
 
 #include <memory>
 #include <string>
+
+using namespace virtual_reader;
 
 namespace
 {
@@ -24,7 +24,6 @@ constexpr std::uint32_t kKiB = 1024;
 constexpr std::size_t kGameSize = 256 * kKiB; // of a compilation
 constexpr std::size_t kSteps = 500000;
 constexpr std::size_t kShownSteps = 20; // before a difference
-constexpr int kTiltUnit = 1 << 21;      // of the library
 
 struct Comparand {
     const char *name;
@@ -91,7 +90,6 @@ public:
     {
         CartridgeOptions options;
         options.multiCart = multiCart;
-        options.clock = [this] { return m_time; };
         std::string error;
         m_own = makeCartridge(image, options, &error);
         if (m_own == nullptr)
@@ -111,13 +109,6 @@ public:
         case BusStep::Kind::Write:
             m_own->gbWrite(step.address, step.value);
             m_library->gbWrite(step.address, step.value);
-            return compareMotors();
-        case BusStep::Kind::Wait:
-            m_time += step.address * 3600U + step.value;
-            m_library->setTime(static_cast<std::int64_t>(m_time));
-            break;
-        case BusStep::Kind::Tilt:
-            tilt(step.address, step.value);
             break;
         case BusStep::Kind::PowerCycle:
             m_own->powerCycle();
@@ -128,24 +119,6 @@ public:
     }
 
 private:
-    QString compareMotors() const
-    {
-        const auto *own = dynamic_cast<const RumbleCartridge *>(m_own.get());
-        if (own == nullptr || own->motorRuns() == m_library->motorRuns())
-            return {};
-        return own->motorRuns() ? "only the own motor runs" : "only the library's motor runs";
-    }
-
-    // The library's axes point the other way, in units of 2^-21.
-    void tilt(int x, int y)
-    {
-        auto *own = dynamic_cast<Mbc7Cartridge *>(m_own.get());
-        if (own == nullptr)
-            qFatal("not a cartridge that can be tilted");
-        own->setTilt(x, y);
-        m_library->setTilt(-x * kTiltUnit, -y * kTiltUnit);
-    }
-
     // Fresh memory holds what it likes.
     void clearSaves()
     {
@@ -167,7 +140,6 @@ private:
             .arg(hex(address, 4), hex(own, 2), hex(library, 2));
     }
 
-    std::uint64_t m_time = 0;
     std::uint8_t m_lastRead = 0xFF;
     std::unique_ptr<Cartridge> m_own;
     std::unique_ptr<MgbaCartridge> m_library;
@@ -179,7 +151,7 @@ QString history(const std::vector<BusStep> &steps, std::size_t end)
     QStringList lines;
     for (std::size_t i = end < kShownSteps ? 0 : end - kShownSteps; i <= end; ++i) {
         const BusStep &step = steps[i];
-        const char *const kinds[] = {"read", "write", "wait", "tilt", "power cycle"};
+        const char *const kinds[] = {"read", "write", "power cycle"};
         lines << QString("%1 %2 %3")
                      .arg(kinds[static_cast<int>(step.kind)], hex(step.address, 4),
                           hex(step.value, 2));

@@ -1,15 +1,16 @@
-// The reader's decipher against an independent Blowfish, and the words of pi that it starts from.
+// The reader's decipher against an independent Blowfish.
 #define OPENSSL_API_COMPAT 0x10100000L // the plain block function is deprecated since 3.0
 #include "test_class.h"
 #include "virtual/image_generator.h"
 #include "virtual/payload_decipher.h"
-#include "virtual/pi_words.h"
 
 #include <openssl/blowfish.h>
 
 #include <QtTest>
 
 #include <algorithm>
+
+using namespace virtual_reader;
 
 namespace
 {
@@ -39,31 +40,10 @@ class PayloadDecipherTest : public QObject
     Q_OBJECT
 
 private slots:
-    void piBeginsAndEndsWithThePublishedWords();
-    void morePiWordsBeginWithTheSameOnes();
     void publishedVectorWithSwappedHalves();
     void undoesAnIndependentEncipher_data();
     void undoesAnIndependentEncipher();
 };
-
-void PayloadDecipherTest::piBeginsAndEndsWithThePublishedWords()
-{
-    const auto words = piFractionWords(1042);
-    QCOMPARE(words.size(), std::size_t(1042));
-    QCOMPARE(words[0], 0x243F6A88U);
-    QCOMPARE(words[1], 0x85A308D3U);
-    QCOMPARE(words[2], 0x13198A2EU);
-    QCOMPARE(words[3], 0x03707344U);
-    QCOMPARE(words[18], 0xD1310BA6U);   // first box
-    QCOMPARE(words[1041], 0x3AC372E6U); // end of the last box
-}
-
-void PayloadDecipherTest::morePiWordsBeginWithTheSameOnes()
-{
-    const auto words = piFractionWords(1042);
-    const auto more = piFractionWords(1100);
-    QVERIFY(std::equal(words.begin(), words.end(), more.begin()));
-}
 
 // Key and plain text all zero give 4EF99745 6198DD78.
 void PayloadDecipherTest::publishedVectorWithSwappedHalves()

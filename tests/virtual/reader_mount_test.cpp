@@ -24,6 +24,8 @@
 #include <memory>
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+using namespace virtual_reader;
+
 class ReaderProgramTest : public QObject
 {
     Q_OBJECT

@@ -12,14 +12,14 @@
 #include <vector>
 
 struct SaveAccess {
-    SaveKind kind;
+    virtual_reader::SaveKind kind;
     std::uint32_t address;
     std::uint32_t length;
-    ByteVector bytes;
+    virtual_reader::ByteVector bytes;
 };
 
 // Answers every read with a pattern of its address and writes down everything else.
-class RecordingCartridge : public Cartridge
+class RecordingCartridge : public virtual_reader::Cartridge
 {
 public:
     struct Log {
@@ -53,16 +53,16 @@ public:
     {
         m_log.gbaWrites.emplace_back(address, value);
     }
-    bool gbaSaveRead(SaveKind kind, std::uint32_t address, std::uint8_t *destination,
-                     std::uint32_t length) override
+    bool gbaSaveRead(virtual_reader::SaveKind kind, std::uint32_t address,
+                     std::uint8_t *destination, std::uint32_t length) override
     {
         m_log.saveReads.push_back({kind, address, length, {}});
         if (m_log.hasSave)
             std::fill_n(destination, length, std::uint8_t{0x5C});
         return m_log.hasSave;
     }
-    bool gbaSaveWrite(SaveKind kind, std::uint32_t address, const std::uint8_t *source,
-                      std::uint32_t length) override
+    bool gbaSaveWrite(virtual_reader::SaveKind kind, std::uint32_t address,
+                      const std::uint8_t *source, std::uint32_t length) override
     {
         m_log.saveWrites.push_back({kind, address, length, {source, source + length}});
         return m_log.hasSave;
@@ -80,20 +80,27 @@ private:
 // A reader with a recording cartridge.
 struct Bench {
     RecordingCartridge::Log log;
-    VirtualReader reader;
+    virtual_reader::VirtualReader reader;
 
-    explicit Bench(VirtualReaderConfig config = {})
+    explicit Bench(virtual_reader::VirtualReaderConfig config = {})
         : reader(std::make_unique<RecordingCartridge>(log), std::move(config))
     {
     }
 
-    void send(const ByteVector &run) { reader.commandFileWritten(run.data(), run.size()); }
-
-    const BlockRecord &lastBlock() const { return reader.operations().back().blocks.back(); }
-
-    ByteVector read(ReaderFile file, std::uint32_t offset, std::uint32_t length)
+    void send(const virtual_reader::ByteVector &run)
     {
-        ByteVector bytes(length);
+        reader.commandFileWritten(run.data(), run.size());
+    }
+
+    const virtual_reader::BlockRecord &lastBlock() const
+    {
+        return reader.operations().back().blocks.back();
+    }
+
+    virtual_reader::ByteVector read(virtual_reader::ReaderFile file, std::uint32_t offset,
+                                    std::uint32_t length)
+    {
+        virtual_reader::ByteVector bytes(length);
         bytes.resize(reader.readFile(file, offset, bytes.data(), length, true).value_or(0));
         return bytes;
     }

@@ -14,6 +14,8 @@
 
 #include <string>
 
+using namespace virtual_reader;
+
 namespace
 {
 

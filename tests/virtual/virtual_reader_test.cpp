@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+using namespace virtual_reader;
+
 namespace
 {
 
@@ -213,7 +215,7 @@ void VirtualReaderTest::programmingUnlocksEveryByte()
     bench.send(selectGb());
     const ByteVector plain = makeNoise(9, 5);
     BF_KEY schedule;
-    BF_set_key(&schedule, 8, bench.reader.key().data());
+    BF_set_key(&schedule, 8, VirtualReaderConfig().key.data());
     BF_LONG halves[2] = {littleEndian(plain.data(), 4), littleEndian(plain.data() + 4, 4)};
     BF_encrypt(halves, &schedule);
     ByteVector sent = plain;

@@ -18,6 +18,8 @@
 
 #include <memory>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -8,6 +8,8 @@
 #include <QTranslator>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

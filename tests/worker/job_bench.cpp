@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace virtual_reader;
+
 const char kMovingScript[] = R"(
 function cpu_dump(dev, size, max) {
     for (local done = 0; done < size; done += 0x2000)

@@ -14,7 +14,7 @@
 #include <memory>
 
 // Tells when the program gives the drive up.
-class ReleaseReportingDrive : public FaultyDrive
+class ReleaseReportingDrive : public virtual_reader::FaultyDrive
 {
 public:
     ReleaseReportingDrive(DriveBackend &inner, QStringList *events);
@@ -27,7 +27,7 @@ private:
 class JobBench
 {
 public:
-    explicit JobBench(VirtualReaderConfig config = {});
+    explicit JobBench(virtual_reader::VirtualReaderConfig config = {});
     ~JobBench();
     JobBench(const JobBench &) = delete;
     JobBench &operator=(const JobBench &) = delete;
@@ -47,7 +47,7 @@ public:
     QStringList traffic();
 
     TestCartridge &cartridge() { return *m_cartridge; }
-    FaultyDrive &drive() { return *m_drive; }
+    virtual_reader::FaultyDrive &drive() { return *m_drive; }
 
     // The user's folder: path of a name in it, a new file, the bytes of a file, all names.
     QString path(const QString &name) const { return m_folder.filePath(name); }
@@ -65,7 +65,7 @@ private:
     QTemporaryDir m_scripts;
     std::unique_ptr<DriveBackend> m_files;
     TestCartridge *m_cartridge = nullptr; // owned by the reader
-    std::unique_ptr<InProcessDrive> m_reader;
+    std::unique_ptr<virtual_reader::InProcessDrive> m_reader;
     std::unique_ptr<ReleaseReportingDrive> m_drive;
 };
 

@@ -6,6 +6,8 @@
 #include <QMap>
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace virtual_reader;
+
 std::uint8_t TestCartridge::gbByte(std::uint32_t address)
 {
     return static_cast<std::uint8_t>(address * 7 + (address >> 8) + 3);

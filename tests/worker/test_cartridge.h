@@ -5,7 +5,7 @@
 
 #include <QByteArray>
 
-class TestCartridge : public Cartridge
+class TestCartridge : public virtual_reader::Cartridge
 {
 public:
     // What the bus reads at `address`: different for neighbours and for banks.
@@ -17,10 +17,10 @@ public:
     std::uint8_t gbRead(std::uint16_t address) override;
     void gbWrite(std::uint16_t address, std::uint8_t value) override;
     std::uint16_t gbaRead(std::uint32_t address) override { return gbaHalfword(address); }
-    bool gbaSaveRead(SaveKind kind, std::uint32_t address, std::uint8_t *destination,
-                     std::uint32_t length) override;
-    bool gbaSaveWrite(SaveKind kind, std::uint32_t address, const std::uint8_t *source,
-                      std::uint32_t length) override;
+    bool gbaSaveRead(virtual_reader::SaveKind kind, std::uint32_t address,
+                     std::uint8_t *destination, std::uint32_t length) override;
+    bool gbaSaveWrite(virtual_reader::SaveKind kind, std::uint32_t address,
+                      const std::uint8_t *source, std::uint32_t length) override;
     bool gbaSaveErase() override;
 
     // GB: address 0 reads 0xFF after this many other looks; -1: it reads as any other address.

@@ -13,6 +13,9 @@
 #include <iterator>
 #include <optional>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -304,3 +307,5 @@ fuse_lowlevel_ops fileCallbacks()
     operations.symlink = onSymbolicLink;
     return operations;
 }
+
+} // namespace virtual_reader

@@ -8,6 +8,9 @@
 #define FUSE_USE_VERSION 34
 #include <fuse_lowlevel.h>
 
+namespace virtual_reader
+{
+
 // What the callbacks work on; the user data of their session.
 struct MountedReader {
     explicit MountedReader(KeptReader &kept) : reader(kept) {}
@@ -20,3 +23,5 @@ struct MountedReader {
 
 // All callbacks, for fuse_session_new() with a MountedReader as user data.
 fuse_lowlevel_ops fileCallbacks();
+
+} // namespace virtual_reader

@@ -2,5 +2,5 @@
 
 int main(int argc, char **argv)
 {
-    return runReaderProgram(argc, argv);
+    return virtual_reader::runReaderProgram(argc, argv);
 }

@@ -3,6 +3,9 @@
 #include <cerrno>
 #include <cstring>
 
+namespace virtual_reader
+{
+
 bool OperationLog::open(const std::string &path, std::string *error)
 {
     m_stream.reset(std::fopen(path.c_str(), "we"));
@@ -22,3 +25,5 @@ void OperationLog::write(const Operation &operation)
     std::fprintf(stderr, "gbdriver-virtual-reader: the log is incomplete: %s\n",
                  std::strerror(errno));
 }
+
+} // namespace virtual_reader

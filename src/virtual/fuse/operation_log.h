@@ -7,6 +7,9 @@
 #include <memory>
 #include <string>
 
+namespace virtual_reader
+{
+
 class OperationLog
 {
 public:
@@ -24,3 +27,5 @@ private:
     std::unique_ptr<std::FILE, Closer> m_stream;
     bool m_failed = false;
 };
+
+} // namespace virtual_reader

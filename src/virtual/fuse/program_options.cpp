@@ -7,6 +7,9 @@
 #include <filesystem>
 #include <system_error>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -188,3 +191,5 @@ std::string programUsage()
         text += usageLine(kDashes + std::string(row.name), row.value, row.help);
     return text;
 }
+
+} // namespace virtual_reader

@@ -7,6 +7,9 @@
 
 #include <string>
 
+namespace virtual_reader
+{
+
 struct ProgramOptions {
     bool help = false;
     MountRequest mount;
@@ -24,3 +27,5 @@ bool parseProgramOptions(int argc, const char *const *argv, ProgramOptions *opti
 
 // The help text, one line an option.
 std::string programUsage();
+
+} // namespace virtual_reader

@@ -12,6 +12,9 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -107,3 +110,5 @@ bool serveMount(KeptReader &reader, const MountRequest &request, std::string *er
         return failed("cannot go to the background", error);
     return session.serve(error);
 }
+
+} // namespace virtual_reader

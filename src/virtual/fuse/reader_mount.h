@@ -10,6 +10,9 @@
 
 #include <string>
 
+namespace virtual_reader
+{
+
 struct MountRequest {
     std::string mountPoint;                  // an existing folder
     std::string label = kDefaultReaderLabel; // the file system's name in the list of mounts
@@ -21,3 +24,5 @@ struct MountRequest {
 // calling process ends with success once the mount stands, and this function returns in the other
 // one. Returns: false with the reason in `*error`.
 bool serveMount(KeptReader &reader, const MountRequest &request, std::string *error);
+
+} // namespace virtual_reader

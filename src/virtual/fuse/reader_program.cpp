@@ -10,6 +10,9 @@
 
 #include <cstdio>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -77,3 +80,5 @@ int runReaderProgram(int argc, char **argv)
     }
     return options.imagePath.empty() ? serve(options) : writeImage(options);
 }
+
+} // namespace virtual_reader

@@ -1,5 +1,8 @@
 #include "virtual/mappers/camera_cartridge.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -7,7 +10,8 @@ constexpr std::uint8_t kRamWritable = 0x0A;
 constexpr std::uint8_t kShowSensor = 0x10;
 constexpr std::uint32_t kRegisterPeriod = 0x80; // bytes
 constexpr std::uint8_t kCapture = 0x01;         // of register 0
-constexpr std::uint8_t kFirstRegisterBits = 0x07;
+constexpr std::uint8_t kSensorBits = 0x07;
+constexpr unsigned kCapturePolls = 2; // that see a picture being taken
 
 } // namespace
 
@@ -32,33 +36,26 @@ void CameraCartridge::writeRegister(std::uint16_t address, std::uint8_t value)
 std::uint8_t CameraCartridge::readUpper(std::uint16_t address)
 {
     if (m_registers.sensorShows)
-        return readSensor(address % kRegisterPeriod);
+        return address % kRegisterPeriod == 0 ? pollSensor() : std::uint8_t{0};
     return capturing() ? std::uint8_t{0} : GbCartridge::readUpper(address);
 }
 
 void CameraCartridge::writeUpper(std::uint16_t address, std::uint8_t value)
 {
-    if (m_registers.sensorShows)
-        writeSensor(address % kRegisterPeriod, value);
-    else if (m_registers.ramWritable && !capturing())
+    if (m_registers.sensorShows && address % kRegisterPeriod == 0) {
+        m_registers.sensor = value & kSensorBits;
+        m_registers.capturePolls = kCapturePolls;
+    } else if (!m_registers.sensorShows && m_registers.ramWritable && !capturing()) {
         GbCartridge::writeUpper(address, value);
+    }
 }
 
-std::uint8_t CameraCartridge::readSensor(std::uint32_t number)
+std::uint8_t CameraCartridge::pollSensor()
 {
-    if (number != 0)
-        return 0;
-    const std::uint8_t value = m_registers.sensor[0];
+    const std::uint8_t value = m_registers.sensor;
     if (capturing() && m_registers.capturePolls-- == 1)
-        m_registers.sensor[0] &= static_cast<std::uint8_t>(~kCapture);
+        m_registers.sensor &= static_cast<std::uint8_t>(~kCapture);
     return value;
 }
 
-void CameraCartridge::writeSensor(std::uint32_t number, std::uint8_t value)
-{
-    if (number >= kRegisters)
-        return;
-    m_registers.sensor[number] = number == 0 ? value & kFirstRegisterBits : value;
-    if (number == 0)
-        m_registers.capturePolls = kCapturePolls;
-}
+} // namespace virtual_reader

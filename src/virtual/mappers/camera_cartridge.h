@@ -2,8 +2,9 @@
 //
 // RAM can always be read; the gate opens it for writing. Bit 4 of the bank register shows the
 // sensor's registers instead, which repeat every 128 bytes and can always be written. Only the
-// first can be read. While a picture is taken RAM reads 0 and cannot be written. There is no sensor
-// here: a picture takes a few polls of the first register and leaves the RAM as it is.
+// first can be read, so what the others hold is not kept. While a picture is taken RAM reads 0 and
+// cannot be written. There is no sensor here: a picture takes a few polls of the first register and
+// leaves the RAM as it is.
 //
 // On the hardware RAM can be written only while the clock line is high, which is taken as given.
 // Source: Pan Docs, "Game Boy Camera".
@@ -11,19 +12,15 @@
 
 #include "virtual/gb_cartridges.h"
 
-#include <array>
+namespace virtual_reader
+{
 
 class CameraCartridge : public GbCartridge
 {
 public:
-    static constexpr std::uint32_t kRegisters = 0x36;
-    static constexpr unsigned kCapturePolls = 2; // that see a picture being taken
-
     using GbCartridge::GbCartridge;
 
     void powerCycle() override;
-    // What was written to a register, 0 to kRegisters - 1.
-    std::uint8_t sensorRegister(std::uint32_t number) const { return m_registers.sensor[number]; }
 
 protected:
     void writeRegister(std::uint16_t address, std::uint8_t value) override;
@@ -39,12 +36,13 @@ private:
         std::uint32_t romBank = 1; // 6 bits, 0 allowed
         std::uint32_t ramBank = 0; // 4 bits
         unsigned capturePolls = 0; // left
-        std::array<std::uint8_t, kRegisters> sensor{};
+        std::uint8_t sensor = 0;   // the first of the sensor's registers, 3 bits
     };
 
-    bool capturing() const { return (m_registers.sensor[0] & 1) != 0; }
-    std::uint8_t readSensor(std::uint32_t number);
-    void writeSensor(std::uint32_t number, std::uint8_t value);
+    bool capturing() const { return (m_registers.sensor & 1) != 0; }
+    std::uint8_t pollSensor();
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

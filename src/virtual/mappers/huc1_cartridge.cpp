@@ -1,12 +1,13 @@
 #include "virtual/mappers/huc1_cartridge.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
 constexpr std::uint8_t kSelectInfrared = 0x0E;
-// What the infrared register reads as, without and with light.
-constexpr std::uint8_t kDark = 0xC0;
-constexpr std::uint8_t kLight = 0xC1;
+constexpr std::uint8_t kDark = 0xC0; // what the infrared register reads as without light
 
 } // namespace
 
@@ -28,15 +29,13 @@ void Huc1Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
 
 std::uint8_t Huc1Cartridge::readUpper(std::uint16_t address)
 {
-    if (m_registers.infrared)
-        return m_light ? kLight : kDark;
-    return GbCartridge::readUpper(address);
+    return m_registers.infrared ? kDark : GbCartridge::readUpper(address);
 }
 
 void Huc1Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
 {
-    if (m_registers.infrared)
-        m_registers.senderShines = (value & 1) != 0;
-    else
+    if (!m_registers.infrared)
         GbCartridge::writeUpper(address, value);
 }
+
+} // namespace virtual_reader

@@ -1,10 +1,14 @@
 // HuC1: up to 1 MiB of ROM and 32 KiB of RAM, with an infrared sender and receiver.
 //
-// There is no gate: A000-BFFF is either the infrared register or RAM that is always writable.
+// There is no gate: A000-BFFF is either the infrared register or RAM that is always writable. The
+// receiver never sees light, and nobody sees the sender's.
 // Source: Pan Docs, "HuC1".
 #pragma once
 
 #include "virtual/gb_cartridges.h"
+
+namespace virtual_reader
+{
 
 class Huc1Cartridge : public GbCartridge
 {
@@ -12,10 +16,6 @@ public:
     using GbCartridge::GbCartridge;
 
     void powerCycle() override;
-
-    // Whether the receiver sees light; the cartridge's own sender does not reach it.
-    void setLight(bool shines) { m_light = shines; }
-    bool senderShines() const { return m_registers.senderShines; }
 
 protected:
     void writeRegister(std::uint16_t address, std::uint8_t value) override;
@@ -27,11 +27,11 @@ protected:
 private:
     struct Registers {
         bool infrared = false;
-        bool senderShines = false;
         std::uint32_t romBank = 1; // 6 bits, 0 allowed
         std::uint32_t ramBank = 0; // 2 bits
     };
 
-    bool m_light = false;
     Registers m_registers;
 };
+
+} // namespace virtual_reader

@@ -1,22 +1,16 @@
 #include "virtual/mappers/huc3_cartridge.h"
 
-#include <utility>
+namespace virtual_reader
+{
 
 namespace
 {
 
 constexpr std::uint8_t kOpenBit = 0x80; // the mailbox has seven data lines
 constexpr std::uint8_t kReady = 0x01;   // of the semaphore; a write without it executes
-// What the infrared register reads as, without and with light.
-constexpr std::uint8_t kDark = 0xC0;
-constexpr std::uint8_t kLight = 0xC1;
+constexpr std::uint8_t kDark = 0xC0;    // what the infrared register reads as without light
 
 } // namespace
-
-Huc3Cartridge::Huc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock)
-    : GbCartridge(std::move(rom), ramSize), m_mailbox(std::move(clock))
-{
-}
 
 void Huc3Cartridge::powerCycle()
 {
@@ -50,7 +44,7 @@ std::uint8_t Huc3Cartridge::readUpper(std::uint16_t address)
     case Upper::Semaphore:
         return 0xFE | kReady;
     case Upper::Infrared:
-        return m_light ? kLight : kDark;
+        return kDark;
     default:
         return GbCartridge::readUpper(address);
     }
@@ -69,10 +63,9 @@ void Huc3Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
         if ((value & kReady) == 0)
             m_mailbox.execute();
         break;
-    case Upper::Infrared:
-        m_registers.senderShines = (value & 1) != 0;
-        break;
     default:
         break;
     }
 }
+
+} // namespace virtual_reader

@@ -1,24 +1,23 @@
 // HuC-3: up to 2 MiB of ROM and 128 KiB of RAM, a clock behind a mailbox, and infrared.
 //
 // What stands at A000-BFFF is chosen by one register: RAM to read, RAM, one of three mailbox
-// registers, or the infrared register. Any other choice leaves the bus open.
+// registers, or the infrared register, whose receiver never sees light. Any other choice leaves the
+// bus open.
 // Source: Pan Docs, "HuC-3".
 #pragma once
 
 #include "virtual/gb_cartridges.h"
 #include "virtual/mappers/huc3_mailbox.h"
 
+namespace virtual_reader
+{
+
 class Huc3Cartridge : public GbCartridge
 {
 public:
-    Huc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock = {});
+    using GbCartridge::GbCartridge;
 
     void powerCycle() override;
-    Huc3Mailbox &mailbox() { return m_mailbox; }
-
-    // Whether the receiver sees light; the cartridge's own sender does not reach it.
-    void setLight(bool shines) { m_light = shines; }
-    bool senderShines() const { return m_registers.senderShines; }
 
 protected:
     void writeRegister(std::uint16_t address, std::uint8_t value) override;
@@ -39,12 +38,12 @@ private:
     };
     struct Registers {
         Upper upper = Upper::ReadOnlyRam;
-        bool senderShines = false;
         std::uint32_t romBank = 1; // 7 bits, 0 allowed
         std::uint32_t ramBank = 0; // 4 bits
     };
 
-    bool m_light = false;
     Registers m_registers;
     Huc3Mailbox m_mailbox;
 };
+
+} // namespace virtual_reader

@@ -1,7 +1,9 @@
 #include "virtual/mappers/huc3_mailbox.h"
 
 #include <algorithm>
-#include <utility>
+
+namespace virtual_reader
+{
 
 namespace
 {
@@ -29,8 +31,6 @@ constexpr std::uint8_t kDone = 1; // answer of extended commands
 
 } // namespace
 
-Huc3Mailbox::Huc3Mailbox(ClockSource source) : m_elapsed(std::move(source)) {}
-
 void Huc3Mailbox::powerCycle()
 {
     m_address = 0;
@@ -45,11 +45,11 @@ void Huc3Mailbox::execute()
     std::uint8_t result = nibble;
     switch (command) {
     case kReadAndAdvance:
-        catchUp();
+        carryIntoDays();
         result = m_memory[m_address++];
         break;
     case kWriteAndAdvance:
-        catchUp();
+        carryIntoDays();
         m_memory[m_address++] = nibble;
         break;
     case kSetAddressLow:
@@ -70,21 +70,18 @@ void Huc3Mailbox::execute()
 
 void Huc3Mailbox::executeExtended(std::uint8_t command)
 {
-    catchUp();
+    carryIntoDays();
     if (command == kCopyClock)
         std::copy_n(m_memory.begin() + kClock, kClockNibbles, m_memory.begin() + kCopy);
     else if (command == kSetClock)
         std::copy_n(m_memory.begin() + kCopy, kClockNibbles, m_memory.begin() + kClock);
 }
 
-void Huc3Mailbox::catchUp()
+void Huc3Mailbox::carryIntoDays()
 {
-    m_secondsOfMinute += m_elapsed.take();
-    const std::uint64_t minutes = number(kMinutes) + m_secondsOfMinute / 60;
-    m_secondsOfMinute %= 60;
-    const std::uint64_t days = number(kDays) + minutes / kMinutesOfDay;
-    setNumber(kMinutes, static_cast<std::uint32_t>(minutes % kMinutesOfDay));
-    setNumber(kDays, static_cast<std::uint32_t>(days & 0xFFF));
+    const std::uint32_t minutes = number(kMinutes);
+    setNumber(kMinutes, minutes % kMinutesOfDay);
+    setNumber(kDays, number(kDays) + minutes / kMinutesOfDay);
 }
 
 std::uint32_t Huc3Mailbox::number(std::uint8_t firstNibble) const
@@ -98,3 +95,5 @@ void Huc3Mailbox::setNumber(std::uint8_t firstNibble, std::uint32_t value)
     for (std::uint8_t i = 0; i < 3; ++i)
         m_memory[firstNibble + i] = (value >> (4 * i)) & 0x0F;
 }
+
+} // namespace virtual_reader

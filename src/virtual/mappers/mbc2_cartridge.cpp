@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -47,3 +50,5 @@ void Mbc2Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
 {
     GbCartridge::writeUpper(address, value | kOpenBits);
 }
+
+} // namespace virtual_reader

@@ -9,6 +9,9 @@
 
 #include "virtual/gb_cartridges.h"
 
+namespace virtual_reader
+{
+
 class Mbc2Cartridge : public GbCartridge
 {
 public:
@@ -35,3 +38,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

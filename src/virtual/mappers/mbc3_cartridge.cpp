@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -9,6 +12,8 @@ constexpr std::uint32_t kLargestMbc3Rom = 2 * 1024 * 1024;
 constexpr std::uint32_t kLargestMbc3Ram = 32 * 1024;
 constexpr std::uint8_t kUpperOn = 0x0A;
 constexpr std::uint32_t kFirstClockSelect = 0x08;
+// Bits that the clock's registers have.
+constexpr std::array<std::uint8_t, 5> kClockBits = {0x3F, 0x3F, 0x1F, 0xFF, 0xC1};
 
 bool needsMbc30(std::uint32_t romSize, std::uint32_t ramSize)
 {
@@ -17,8 +22,8 @@ bool needsMbc30(std::uint32_t romSize, std::uint32_t ramSize)
 
 } // namespace
 
-Mbc3Cartridge::Mbc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock)
-    : GbCartridge(std::move(rom), ramSize), m_romBankMask(0x7F), m_clock(std::move(clock))
+Mbc3Cartridge::Mbc3Cartridge(ByteVector rom, std::uint32_t ramSize)
+    : GbCartridge(std::move(rom), ramSize), m_romBankMask(0x7F)
 {
     if (needsMbc30(romSize(), ramSize))
         m_romBankMask = 0xFF;
@@ -40,10 +45,6 @@ void Mbc3Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
             m_registers.romBank = 1;
     } else if (address < 0x6000) {
         m_registers.upperSelect = value & 0x0F;
-    } else {
-        if (m_registers.latch == 0 && value == 1)
-            m_clock.latch();
-        m_registers.latch = value;
     }
 }
 
@@ -54,18 +55,24 @@ bool Mbc3Cartridge::ramEnabled() const
 
 bool Mbc3Cartridge::clockShows() const
 {
-    return m_registers.upperOn && Mbc3Clock::hasRegister(m_registers.upperSelect);
+    return m_registers.upperOn && m_registers.upperSelect >= kFirstClockSelect &&
+           m_registers.upperSelect < kFirstClockSelect + m_clock.size();
 }
 
 std::uint8_t Mbc3Cartridge::readUpper(std::uint16_t address)
 {
-    return clockShows() ? m_clock.read(m_registers.upperSelect) : GbCartridge::readUpper(address);
+    return clockShows() ? m_clock[m_registers.upperSelect - kFirstClockSelect]
+                        : GbCartridge::readUpper(address);
 }
 
 void Mbc3Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
 {
-    if (clockShows())
-        m_clock.write(m_registers.upperSelect, value);
-    else
+    if (!clockShows()) {
         GbCartridge::writeUpper(address, value);
+        return;
+    }
+    const std::uint32_t index = m_registers.upperSelect - kFirstClockSelect;
+    m_clock[index] = value & kClockBits[index];
 }
+
+} // namespace virtual_reader

@@ -1,19 +1,25 @@
 // MBC3 with its clock, and its larger kin MBC30.
 //
-// The clock runs on a battery: it keeps its time and its copy over a power cycle. It is no part of
-// the save image.
+// The clock stands still, so that every run gives the same bytes: its registers hold what was
+// written to them. They have a battery and keep it over a power cycle, but are no part of the save
+// image. On the hardware programs read a copy that a write to 6000-7FFF makes; of a clock that
+// stands still it is always the same.
 // Source: Pan Docs, "MBC3"; Game Boy: Complete Technical Reference, "MBC30".
 #pragma once
 
 #include "virtual/gb_cartridges.h"
-#include "virtual/mappers/mbc3_clock.h"
+
+#include <array>
+
+namespace virtual_reader
+{
 
 // Up to 2 MiB and 32 KiB, or, as MBC30, up to 4 MiB and 64 KiB.
 class Mbc3Cartridge : public GbCartridge
 {
 public:
     // Is an MBC30 if ROM or RAM is larger than an MBC3 can reach.
-    Mbc3Cartridge(ByteVector rom, std::uint32_t ramSize, ClockSource clock = {});
+    Mbc3Cartridge(ByteVector rom, std::uint32_t ramSize);
 
     void powerCycle() override;
 
@@ -30,12 +36,14 @@ private:
         bool upperOn = false;          // RAM and clock
         std::uint32_t romBank = 1;     // 7 bits, 8 of an MBC30; never 0
         std::uint32_t upperSelect = 0; // 4 bits: RAM bank, or clock register from 8 on
-        std::uint8_t latch = 0xFF;     // what was last written to the latch
     };
 
     bool clockShows() const;
 
     std::uint8_t m_romBankMask;
     Registers m_registers;
-    Mbc3Clock m_clock;
+    // Seconds, minutes, hours, low 8 bits of the days, and: day bit 8, halt, overflow of the days.
+    std::array<std::uint8_t, 5> m_clock{};
 };
+
+} // namespace virtual_reader

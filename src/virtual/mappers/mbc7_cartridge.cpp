@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -22,6 +25,7 @@ enum Register : unsigned {
 };
 constexpr std::uint8_t kClearKey = 0x55;
 constexpr std::uint8_t kMeasureKey = 0xAA;
+constexpr std::uint16_t kLevel = 0x81D0; // what an axis measures at rest
 
 constexpr std::uint8_t kPinSelect = 0x80;
 constexpr std::uint8_t kPinClock = 0x40;
@@ -33,16 +37,6 @@ unsigned registerAt(std::uint16_t address)
     return (address >> 4) & 0x0F;
 }
 
-std::uint8_t lowByte(std::uint16_t value)
-{
-    return static_cast<std::uint8_t>(value);
-}
-
-std::uint8_t highByte(std::uint16_t value)
-{
-    return static_cast<std::uint8_t>(value >> 8);
-}
-
 } // namespace
 
 Mbc7Cartridge::Mbc7Cartridge(ByteVector rom) : GbCartridge(std::move(rom), 0) {}
@@ -52,11 +46,6 @@ void Mbc7Cartridge::powerCycle()
     GbCartridge::powerCycle();
     m_registers = {};
     m_eeprom.powerCycle();
-}
-
-void Mbc7Cartridge::setTilt(int x, int y)
-{
-    m_held = {static_cast<std::uint16_t>(kLevel + x), static_cast<std::uint16_t>(kLevel + y)};
 }
 
 void Mbc7Cartridge::writeRegister(std::uint16_t address, std::uint8_t value)
@@ -80,13 +69,11 @@ std::uint8_t Mbc7Cartridge::readUpper(std::uint16_t address)
         return 0xFF;
     switch (registerAt(address)) {
     case kXLow:
-        return lowByte(m_registers.measured.x);
-    case kXHigh:
-        return highByte(m_registers.measured.x);
     case kYLow:
-        return lowByte(m_registers.measured.y);
+        return static_cast<std::uint8_t>(m_registers.axis);
+    case kXHigh:
     case kYHigh:
-        return highByte(m_registers.measured.y);
+        return static_cast<std::uint8_t>(m_registers.axis >> 8);
     case kAlwaysZero:
         return 0;
     case kEeprom:
@@ -102,10 +89,10 @@ void Mbc7Cartridge::writeUpper(std::uint16_t address, std::uint8_t value)
         return;
     const unsigned number = registerAt(address);
     if (number == kClear && value == kClearKey) {
-        m_registers.measured = {};
+        m_registers.axis = kNotMeasured;
         m_registers.cleared = true;
     } else if (number == kMeasure && value == kMeasureKey && m_registers.cleared) {
-        m_registers.measured = m_held;
+        m_registers.axis = kLevel;
         m_registers.cleared = false;
     } else if (number == kEeprom) {
         writeEepromPins(value);
@@ -118,3 +105,5 @@ void Mbc7Cartridge::writeEepromPins(std::uint8_t value)
     m_eeprom.setPins((value & kPinSelect) != 0, (value & kPinClock) != 0,
                      (value & kPinDataIn) != 0);
 }
+
+} // namespace virtual_reader

@@ -1,5 +1,8 @@
 #include "virtual/mappers/mmm01_cartridge.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -105,3 +108,5 @@ std::uint32_t Mmm01Cartridge::ramBank() const
     const std::uint32_t low = m_registers.multiplexed ? m_registers.romMid : gatedRamLow();
     return m_registers.ramHigh << 2 | low;
 }
+
+} // namespace virtual_reader

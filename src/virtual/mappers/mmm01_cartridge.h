@@ -10,6 +10,9 @@
 
 #include "virtual/gb_cartridges.h"
 
+namespace virtual_reader
+{
+
 class Mmm01Cartridge : public GbCartridge
 {
 public:
@@ -49,3 +52,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader

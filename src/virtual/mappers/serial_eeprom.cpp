@@ -1,5 +1,8 @@
 #include "virtual/mappers/serial_eeprom.h"
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -142,3 +145,5 @@ void SerialEeprom::setAllWords(std::uint32_t value)
     for (std::uint32_t i = 0; i < kWords; ++i)
         setWord(i, value);
 }
+
+} // namespace virtual_reader

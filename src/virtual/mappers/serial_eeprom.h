@@ -18,6 +18,9 @@
 
 #include <cstdint>
 
+namespace virtual_reader
+{
+
 class SerialEeprom
 {
 public:
@@ -65,3 +68,5 @@ private:
     std::uint32_t m_data = 0;        // 16 bits, in or out
     std::uint32_t m_readWord = 0;    // that is put out next
 };
+
+} // namespace virtual_reader

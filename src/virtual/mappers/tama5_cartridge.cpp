@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace virtual_reader
+{
+
 namespace
 {
 
@@ -80,3 +83,5 @@ void Tama5Cartridge::execute()
     else if (operation == kReadMemory)
         m_registers.output = ramByte(cell);
 }
+
+} // namespace virtual_reader

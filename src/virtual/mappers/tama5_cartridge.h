@@ -12,6 +12,9 @@
 
 #include <array>
 
+namespace virtual_reader
+{
+
 class Tama5Cartridge : public GbCartridge
 {
 public:
@@ -38,3 +41,5 @@ private:
 
     Registers m_registers;
 };
+
+} // namespace virtual_reader
