@@ -8,8 +8,9 @@ set(GBDRIVER_PCH_test ${GBDRIVER_PCH_std} <QtTest>)
 set(GBDRIVER_PCH_window_test ${GBDRIVER_PCH_test} <QtWidgets>)
 
 # gbdriver_precompile(KIND TARGET...): lets the targets use precompiled headers of one of the kinds
-# above. std is for targets without Qt. The first target of a kind brings what all others use, so all
-# have to be compiled with the same options.
+# above. std is for targets without Qt. The first target of a kind brings what all others use, so
+# all have to be compiled with the same options, and the first one may define no macro that others
+# lack.
 function(gbdriver_precompile kind)
     if(NOT GBDRIVER_PCH)
         return()

@@ -13,8 +13,8 @@ if(GBDRIVER_SANITIZE)
     target_link_options(gbdriver_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# gbdriver_library(NAME SOURCES... ): one static library per folder of src/. Those with a Q_OBJECT set
-# AUTOMOC on it.
+# gbdriver_library(NAME SOURCES... ): one static library per folder of src/. Those with a Q_OBJECT
+# set AUTOMOC on it.
 function(gbdriver_library name)
     add_library(${name} STATIC ${ARGN})
     target_link_libraries(${name} PUBLIC gbdriver_options)
@@ -31,7 +31,8 @@ set(GBDRIVER_TEST_ENVIRONMENT
     LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0
     UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
 
-# Sets `result` to the name of the class in the source of a test: device_link_test has DeviceLinkTest.
+# Sets `result` to the name of the class in the source of a test: device_link_test has
+# DeviceLinkTest.
 function(gbdriver_test_class test result)
     string(REPLACE "_" ";" words "${test}")
     set(class "")
@@ -44,9 +45,9 @@ function(gbdriver_test_class test result)
     set(${result} "${class}" PARENT_SCOPE)
 endfunction()
 
-# gbdriver_test_program(NAME HEADERS kind TESTS test... [SOURCES file...] [LIBRARIES library...]): the
-# program of a group of tests, each with a class of its own in a source named after it, compiled with
-# precompiled headers of that kind. Registers nothing with ctest.
+# gbdriver_test_program(NAME HEADERS kind TESTS test... [SOURCES file...] [LIBRARIES library...]):
+# the program of a group of tests, each with a class of its own in a source named after it, compiled
+# with precompiled headers of that kind. Registers nothing with ctest.
 function(gbdriver_test_program name)
     cmake_parse_arguments(arg "" "HEADERS" "TESTS;SOURCES;LIBRARIES" ${ARGN})
     set(sources "${arg_TESTS}")

@@ -5,6 +5,9 @@
 // Thread: constant data and pure functions; any thread.
 #pragma once
 
+#include <QString>
+#include <QStringList>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -37,6 +40,9 @@ constexpr int kNoRow = -1;
 extern const std::array<SettingRow, 2> kSystems;
 extern const std::array<MapperRow, 7> kMappers;
 extern const std::array<SettingRow, 9> kGbRomSizes;
+// The one script of all GBA cartridges.
+constexpr char kGbaScript[] = "gba.nut";
+
 extern const std::array<SettingRow, 5> kGbRamSizes;
 extern const std::array<SettingRow, 7> kGbaRomSizes;
 extern const std::array<SettingRow, 3> kGbaSaveTypes;
@@ -76,4 +82,13 @@ template <typename Table> int rowWithLabel(const Table &table, const std::string
             return row.index;
     }
     return kNoRow;
+}
+
+// Label of the row that keeps `value`, as a person types it; the number itself if there is none.
+template <typename Table> QString labelOf(const Table &table, std::int32_t value)
+{
+    const int row = rowWithValue(table, value);
+    return row == kNoRow
+               ? QString::number(value)
+               : QString::fromLatin1(table[static_cast<std::size_t>(row)].label).toLower();
 }

@@ -1,9 +1,15 @@
-#include "cli/backup_command.h"
+// The command backup: a stack of cartridges, one after the other, ROM and save of each into one
+// folder.
+#include "cli/commands.h"
 
-#include "cli/cartridge_backup.h"
-#include "cli/cli_detection.h"
+#include "cli/cartridge_look.h"
+#include "cli/cli_listener.h"
 #include "cli/interrupt.h"
-#include "cli/known_titles.h"
+#include "cli/known_tables.h"
+#include "cli/option_table.h"
+#include "cli/telling.h"
+#include "trust/cartridge_backup.h"
+#include "trust/words.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -13,12 +19,6 @@ namespace
 {
 
 constexpr int kPollMs = 50;
-
-bool isRecognised(const CartridgeReport &report)
-{
-    return report.outcome == ReportOutcome::GbCartridge ||
-           report.outcome == ReportOutcome::GbaCartridge || isUnknownGbaGame(report);
-}
 
 // What tells one cartridge from another as long as only its header is read.
 QByteArray identityOf(const CartridgeReport &report)
@@ -39,14 +39,132 @@ QString waitText(ReportOutcome outcome)
 {
     switch (outcome) {
     case ReportOutcome::NoReader:
-        return QStringLiteral("No reader was found. Plug it in. Ctrl-C ends.");
+        return jobFailureText(JobEnd::NoReader) + QStringLiteral(" Plug it in. Ctrl-C ends.");
     case ReportOutcome::NoMode:
     case ReportOutcome::ShortRead:
-        return QStringLiteral("The reader does not answer. Plug it in again. Ctrl-C ends.");
+        return jobFailureText(JobEnd::NoMode) + QStringLiteral(" Plug it in again. Ctrl-C ends.");
     default:
         return QStringLiteral("Insert a cartridge. Ctrl-C ends.");
     }
 }
+
+// What the user can do about a memory that was not read, in terms of options.
+QString wayOut(const BackedUpMemory &memory, const CartridgeValues &values)
+{
+    switch (memory.end) {
+    case MemoryEnd::NotKnown:
+        return QStringLiteral(": ") + missingText(memory.missing, values);
+    case MemoryEnd::Locked:
+        return QStringLiteral("; use read-ram");
+    case MemoryEnd::UnknownGame:
+        return QStringLiteral("; use read-ram with --save-type and --ram-size");
+    default:
+        return QString();
+    }
+}
+
+ExitCode exitCodeOf(const BackedUpMemory &memory)
+{
+    switch (memory.end) {
+    case MemoryEnd::Kept:
+        return exitCodeOf(memory.verdict.kind);
+    case MemoryEnd::NoMemory:
+        return ExitCode::Done;
+    case MemoryEnd::NotKnown:
+    case MemoryEnd::UnknownGame:
+        return ExitCode::NotRecognised;
+    case MemoryEnd::Dangerous:
+    case MemoryEnd::Locked:
+        return ExitCode::Refused;
+    case MemoryEnd::Swapped:
+        return ExitCode::DataMismatch;
+    case MemoryEnd::NotRead:
+    case MemoryEnd::NotReadTwice:
+    case MemoryEnd::NotWritten:
+        break;
+    }
+    return exitCodeOf(memory.outcome);
+}
+
+// What the user sees of one cartridge.
+struct DoneCartridge {
+    ExitCode code = ExitCode::Done; // the first of ROM and save that is not Done
+    QString title;
+    QString rom; // one line: the verdict, or why there is none
+    QString save;
+    bool isNew = true;
+};
+
+// One cartridge at work.
+class OneCartridge
+{
+public:
+    OneCartridge(const CartridgeReport &report, const CartridgeBackupPlan &plan, Reporter &reporter)
+        : m_reporter(reporter), m_listener(reporter), m_backup(report, plan, m_listener)
+    {
+        const CartridgeValues &values = m_backup.values();
+        tellValues({ExitCode::Done, values, values, report, m_backup.title()}, {}, reporter);
+    }
+
+    DoneCartridge run()
+    {
+        const BackedUpMemory &rom = m_backup.backUpRom();
+        const QString romAdvice = tell(rom, &m_done.rom);
+        QString saveAdvice;
+        if (!isStopped())
+            saveAdvice = tell(m_backup.backUpSave(), &m_done.save);
+        m_done.title = m_backup.title();
+        m_done.isNew = m_backup.isNew();
+        if (m_done.code == ExitCode::Cancelled)
+            tellWhatIsKept(rom);
+        else
+            note(tellTrouble(m_backup.writeReport(romAdvice, saveAdvice), m_reporter));
+        return m_done;
+    }
+
+private:
+    // The first that is not Done, unless the user asked to stop.
+    void note(ExitCode code)
+    {
+        if (m_done.code == ExitCode::Done || code == ExitCode::Cancelled)
+            m_done.code = code;
+    }
+
+    // Returns: what the user can do.
+    QString tell(const BackedUpMemory &memory, QString *line)
+    {
+        const QString advice = wayOut(memory, m_backup.values());
+        note(exitCodeOf(memory));
+        *line = memoryText(memory) + advice;
+        tellTrouble(memory.outcome, m_reporter);
+        if (memory.end == MemoryEnd::Kept)
+            tellVerdict(memory.verdict,
+                        {memory.path, memory.bytes.size(), memory.sha1, memory.reads}, m_reporter);
+        return advice;
+    }
+
+    bool isStopped()
+    {
+        if (wasInterrupted())
+            note(ExitCode::Cancelled);
+        return m_done.code == ExitCode::Cancelled;
+    }
+
+    void tellWhatIsKept(const BackedUpMemory &rom)
+    {
+        tellProblem(
+            ExitCode::Cancelled,
+            rom.path.isEmpty()
+                ? QStringLiteral("Stopped; nothing of it was kept.")
+                : QStringLiteral("Stopped; its ROM is in %1, its save was not kept.").arg(rom.path),
+            CartridgeState::OnlyRead, m_reporter);
+    }
+
+    Reporter &m_reporter;
+    CliListener m_listener;
+    CartridgeBackup m_backup;
+    DoneCartridge m_done;
+};
 
 class Stack
 {
@@ -58,7 +176,10 @@ public:
 
     ExitCode run()
     {
-        if (!readTables(m_options.datFiles, &m_tables, m_reporter) || !makeFolder())
+        m_plan.folder = m_options.path;
+        m_plan.reads = m_options.reads;
+        m_plan.program = QStringLiteral("gbdriver-cli " GBDRIVER_VERSION);
+        if (!readTables(m_options.datFiles, &m_plan.tables, m_reporter) || !makeFolder())
             return ExitCode::FileError;
         CartridgeReport report;
         while (!isFull() && m_code != ExitCode::Cancelled && waitForCartridge(&report))
@@ -73,16 +194,17 @@ private:
     {
         if (QDir().mkpath(m_options.path))
             return true;
-        m_reporter.problem(QStringLiteral("Can not make the folder %1. Name one where you may "
-                                          "write. Nothing was read.")
-                               .arg(m_options.path));
+        tellProblem(ExitCode::FileError,
+                    QStringLiteral("Cannot make the folder %1. Name one where you may write.")
+                        .arg(m_options.path),
+                    CartridgeState::NotRead, m_reporter);
         return false;
     }
 
     bool isFull() const { return m_options.count != 0 && m_done >= m_options.count; }
 
-    // Waits until two looks see the same cartridge, another one than the last, or the last one after
-    // it was taken out: a header that is read while the cartridge slides in may be anything.
+    // Waits until two looks see the same cartridge, another one than the last, or the last one
+    // after it was taken out: a header that is read while the cartridge slides in may be anything.
     bool waitForCartridge(CartridgeReport *report)
     {
         QByteArray before;
@@ -109,7 +231,7 @@ private:
 
     void handle(const CartridgeReport &report)
     {
-        const CartridgeBackup backup = backUpCartridge(report, m_options, m_tables, m_reporter);
+        const DoneCartridge backup = OneCartridge(report, m_plan, m_reporter).run();
         if (m_code == ExitCode::Done || backup.code == ExitCode::Cancelled)
             m_code = backup.code;
         if (backup.code == ExitCode::Cancelled)
@@ -129,7 +251,7 @@ private:
     const CliOptions &m_options;
     int m_pauseMs;
     Reporter &m_reporter;
-    QVector<DatFile> m_tables;
+    CartridgeBackupPlan m_plan;
     QByteArray m_last; // identity of the cartridge that was handled and is still in the slot
     int m_done = 0;
     ExitCode m_code = ExitCode::Done;

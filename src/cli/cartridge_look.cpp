@@ -1,9 +1,9 @@
 #include "cli/cartridge_look.h"
 
 #include "cart/setting_tables.h"
-#include "cli/cli_command.h"
-#include "cli/cli_detection.h"
-#include "device/device_link.h"
+#include "cli/command_table.h"
+#include "cli/telling.h"
+#include "trust/words.h"
 
 #include <array>
 
@@ -74,10 +74,31 @@ bool contradicts(const CartridgeValues &said, const CartridgeValues &found)
     return said.system && found.system && said.system != found.system;
 }
 
-bool hasNoSave(const CliOptions &options, const CartridgeLook &look)
+bool hasNoSave(CartridgeTask task, const CartridgeLook &look)
 {
-    return options.command->moves == MovedData::Save && !look.values.ramSize &&
-           look.report.outcome == ReportOutcome::GbCartridge;
+    const bool wantsSave = task == CartridgeTask::ReadSave || task == CartridgeTask::WriteSave;
+    return wantsSave && !look.values.ramSize && look.report.outcome == ReportOutcome::GbCartridge;
+}
+
+// What the user can do about a doubt.
+QString doubtLine(Doubt doubt)
+{
+    switch (doubt) {
+    case Doubt::Tama5AsMbc5:
+        return doubtText(doubt) + QStringLiteral(": give --mapper tama5.");
+    case Doubt::Mbc6AsMbc5:
+        return doubtText(doubt) + QStringLiteral(": do not trust the result.");
+    case Doubt::UnknownRomSize:
+        return doubtText(doubt) + QStringLiteral(": give --rom-size for all of it.");
+    }
+    return QString();
+}
+
+CartridgeLook refuse(const CartridgeLook &look, const QString &problem, Reporter &reporter)
+{
+    CartridgeLook refused = look;
+    refused.code = tellProblem(ExitCode::Refused, problem, CartridgeState::LookedAt, reporter);
+    return refused;
 }
 
 // Why the cartridge did not tell what is missing; empty if it was not looked at, or told something.
@@ -122,105 +143,57 @@ void tellValues(const CartridgeLook &look, const CartridgeValues &said, Reporter
         reporter.log(line);
 }
 
-QString titleOf(const CartridgeReport &report)
-{
-    switch (report.outcome) {
-    case ReportOutcome::GbCartridge:
-        return report.gb.title;
-    case ReportOutcome::GbaCartridge:
-        return report.gba.title;
-    default:
-        return isUnknownGbaGame(report)
-                   ? gbaHeaderTitle(reinterpret_cast<const std::uint8_t *>(report.header.data()))
-                   : QString();
-    }
-}
-
-ExitCode readerFault(const CartridgeReport &report)
-{
-    switch (report.outcome) {
-    case ReportOutcome::NoReader:
-        return ExitCode::NoReader;
-    case ReportOutcome::NoMode:
-    case ReportOutcome::ShortRead:
-        return ExitCode::NoAnswer;
-    default:
-        return ExitCode::Done;
-    }
-}
-
-QString readerAdvice(ExitCode code)
-{
-    return code == ExitCode::NoReader
-               ? QStringLiteral("No reader was found. Plug it in, let the system mount its drive "
-                                "and look at \"gbdriver-cli drives\".")
-               : QStringLiteral("The reader does not answer. Unplug it, plug it in again and see "
-                                "whether its drive can be read and written.");
-}
-
-QString readerProblem(ExitCode code)
-{
-    // A scan asks drives that are no readers, too; what they said does not matter.
-    const QString driveError = QString::fromLocal8Bit(lastDriveError().c_str());
-    return code == ExitCode::NoReader || driveError.isEmpty()
-               ? readerAdvice(code)
-               : readerAdvice(code) + QLatin1Char('\n') + driveError;
-}
-
-CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter)
+CartridgeLook lookAtCartridge(const CliOptions &options, CartridgeTask task, Reporter &reporter)
 {
     CartridgeLook look;
     if (options.looks) {
         look.report = detectCartridge([&](const QString &line) { reporter.log(line); });
         look.code = readerFault(look.report);
         if (look.code != ExitCode::Done) {
-            reporter.problem(readerProblem(look.code) +
-                             QStringLiteral("\nThe cartridge was not changed."));
+            reporter.problem(readerProblem(look.code) + QLatin1Char('\n') +
+                             stateText(look.code == ExitCode::NoReader ? CartridgeState::Untouched
+                                                                       : CartridgeState::LookedAt));
             return look;
         }
         look.found = valuesFound(look.report);
         look.title = titleOf(look.report);
     }
-    if (contradicts(options.values, look.found)) {
-        reporter.problem(QStringLiteral("The cartridge is of another system than --system says. It "
-                                        "was only looked at; leave --system out."));
-        look.code = ExitCode::Refused;
-        return look;
-    }
-    const QString danger = options.looks ? dangerOf(look.report, *options.command) : QString();
-    if (!danger.isEmpty()) {
-        reporter.problem(danger + QStringLiteral(" The cartridge was only looked at."));
-        look.code = ExitCode::Refused;
-        return look;
-    }
+    if (contradicts(options.values, look.found))
+        return refuse(look,
+                      QStringLiteral("The cartridge is of another system than --system says; leave "
+                                     "--system out."),
+                      reporter);
+    const Danger danger = options.looks ? dangerOf(look.report, task) : Danger::None;
+    if (danger != Danger::None)
+        return refuse(look, dangerText(danger), reporter);
     look.values = mergeValues(options.values, look.found);
     tellValues(look, options.values, reporter);
     if (options.looks)
-        for (const QString &doubt : doubtsAbout(look.report, *options.command, look.values))
-            reporter.log(doubt);
+        for (const Doubt doubt : doubtsAbout(look.report, task, look.values))
+            reporter.log(doubtLine(doubt));
     return look;
 }
 
-ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &look,
-                             const QString &path, Reporter &reporter, CliJob *job)
+ExitCode makeLookedAtJob(const CliOptions &options, CartridgeTask task, const CartridgeLook &look,
+                         Reporter &reporter, CartridgeJob *job)
 {
-    QString problem;
-    if (completeJob(*options.command, path, look.values, job, &problem))
+    const MissingValue missing = makeJob(task, look.values, job);
+    if (missing == MissingValue::None)
         return ExitCode::Done;
-    const QString touched = options.looks ? QStringLiteral("The cartridge was only looked at.")
-                                          : QStringLiteral("The cartridge was not touched.");
-    if (hasNoSave(options, look)) {
-        reporter.problem(
+    const CartridgeState state =
+        options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
+    if (hasNoSave(task, look))
+        return tellProblem(
+            ExitCode::Refused,
             QStringLiteral("The header says that this cartridge has no save memory. If that is "
-                           "wrong, give --ram-size. ") +
-            touched);
-        return ExitCode::Refused;
-    }
-    reporter.problem((options.looks ? silenceOf(look) : QString()) + problem +
-                     QStringLiteral(" Try \"gbdriver-cli %1 --help\". ")
-                         .arg(QLatin1String(options.command->name)) +
-                     touched);
-    // What is there but can not be is the user's.
-    const bool isMissing = problem.startsWith(QStringLiteral("Missing"));
-    return options.looks && isMissing ? ExitCode::NotRecognised : ExitCode::Usage;
+                           "wrong, give --ram-size."),
+            state, reporter);
+    // A pair that is there but cannot be is the user's.
+    const bool isNotTold = options.looks && missing != MissingValue::SavePair;
+    return tellProblem(isNotTold ? ExitCode::NotRecognised : ExitCode::Usage,
+                       (options.looks ? silenceOf(look) : QString()) +
+                           missingText(missing, look.values) +
+                           QStringLiteral(" Try \"gbdriver-cli %1 --help\".")
+                               .arg(QLatin1String(commandName(options.request))),
+                       state, reporter);
 }

@@ -1,13 +1,14 @@
 // What a command knows of the cartridge before its job: what the cartridge says, what the user
 // says, and who said what.
 //
-// Thread: the main thread; blocks. The drive backend of the process must be set; no job may run.
+// Thread: the one that runs the command; blocks. The drive backend of the process must be set; no
+// job may run.
 #pragma once
 
 #include "cli/cli_options.h"
 #include "cli/exit_code.h"
 #include "cli/reporter.h"
-#include "worker/cartridge_report.h"
+#include "trust/cartridge_values.h"
 
 struct CartridgeLook {
     ExitCode code = ExitCode::Done;
@@ -17,28 +18,16 @@ struct CartridgeLook {
     QString title;          // of the header or the game table; empty if unknown
 };
 
-// Looks at the cartridge, unless the user said not to, and tells what was found. If the reader can
-// not be used, the problem is told and the code says so. A cartridge that is not recognised is no
-// failure yet: the user may have said all that is needed.
-CartridgeLook lookAtCartridge(const CliOptions &options, Reporter &reporter);
+// Looks at the cartridge, unless the user said not to, and tells what was found. If the reader
+// cannot be used, the problem is told and the code says so. A cartridge that is not recognised is
+// no failure yet: the user may have said all that is needed.
+CartridgeLook lookAtCartridge(const CliOptions &options, CartridgeTask task, Reporter &reporter);
 
-// Makes the job of options.command, which writes to or reads from `path`. What is missing is told.
+// Makes the job of a task. What is missing is told.
 // Returns: Done; NotRecognised if the cartridge should have told it; Usage if it was not looked at;
 // Refused if there is no such memory in the cartridge.
-ExitCode completeLookedAtJob(const CliOptions &options, const CartridgeLook &look,
-                             const QString &path, Reporter &reporter, CliJob *job);
+ExitCode makeLookedAtJob(const CliOptions &options, CartridgeTask task, const CartridgeLook &look,
+                         Reporter &reporter, CartridgeJob *job);
 
 // Tells look.values, and for each whether the user `said` it or it was found.
 void tellValues(const CartridgeLook &look, const CartridgeValues &said, Reporter &reporter);
-
-// NoReader or NoAnswer if the report says that the reader can not be used; else Done.
-ExitCode readerFault(const CartridgeReport &report);
-
-// What the user can do about it.
-QString readerAdvice(ExitCode code);
-
-// The same, and what the drive said in the last detectCartridge(), if it was the drive.
-QString readerProblem(ExitCode code);
-
-// The cartridge's title, of its header or of the game table; empty if it was not recognised.
-QString titleOf(const CartridgeReport &report);

@@ -1,22 +1,15 @@
 #include "cli/cli.h"
 
-#include "cli/backup_command.h"
-#include "cli/check_script.h"
-#include "cli/cli_info.h"
 #include "cli/cli_options.h"
-#include "cli/drive_list.h"
-#include "cli/dump_command.h"
-#include "cli/flash_command.h"
+#include "cli/commands.h"
 #include "cli/interrupt.h"
-#include "cli/save_commands.h"
-#include "cli/script_list.h"
-#include "cli/self_test.h"
 #include "cli/terminal.h"
 #include "device/device_link.h"
 #include "device/one_drive_backend.h"
 #include "virtual/backend_choice.h"
 
 #include <QCoreApplication>
+#include <QThread>
 
 #include <cstdio>
 
@@ -24,11 +17,6 @@ using namespace virtual_reader;
 
 namespace
 {
-
-QString scriptFolder()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/mapper");
-}
 
 OutputStyle styleOf(const CliOptions &options)
 {
@@ -58,6 +46,31 @@ ExitCode runWithReader(const CliOptions &options, Reporter &reporter)
     }
 }
 
+// A system call that waits for the reader keeps a signal from its thread. So the command has one of
+// its own, and this one waits for its end, and for Ctrl-C.
+class CommandThread : public QThread
+{
+public:
+    CommandThread(const CliOptions &options, Reporter &reporter)
+        : m_options(options), m_reporter(reporter)
+    {
+    }
+
+    ExitCode runToEnd()
+    {
+        start();
+        wait();
+        return m_code;
+    }
+
+private:
+    void run() override { m_code = runWithReader(m_options, m_reporter); }
+
+    const CliOptions &m_options;
+    Reporter &m_reporter;
+    ExitCode m_code = ExitCode::Done;
+};
+
 ExitCode chooseReaderAndRun(const CliOptions &options, Reporter &reporter)
 {
     const ChosenBackend chosen = chooseDriveBackend(qgetenv(kVirtualReaderVariable).constData());
@@ -70,7 +83,7 @@ ExitCode chooseReaderAndRun(const CliOptions &options, Reporter &reporter)
     OneDriveBackend oneDrive(*chosen.backend(), isOneDrive ? options.driveLetter : 'A');
     setDriveBackend(isOneDrive ? static_cast<DriveBackend *>(&oneDrive) : chosen.backend());
     watchForInterrupt();
-    const ExitCode code = runWithReader(options, reporter);
+    const ExitCode code = CommandThread(options, reporter).runToEnd();
     setDriveBackend(nullptr);
     return code;
 }
@@ -81,9 +94,9 @@ ExitCode runCommand(const CliOptions &options, Reporter &reporter)
     case CliRequest::Verify:
         return runVerify(options, reporter);
     case CliRequest::Scripts:
-        return runScripts(reporter, scriptFolder());
+        return runScripts(reporter, mapperFolder());
     case CliRequest::SelfTest:
-        return runSelfTest(reporter, scriptFolder());
+        return runSelfTest(reporter, mapperFolder());
     case CliRequest::CheckScript:
         return runCheckScript(options.path, options.scriptKind, reporter);
     default:

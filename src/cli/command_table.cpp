@@ -27,7 +27,7 @@ const std::vector<CommandRow> kCommands = {
      {"Looks at the cartridge, copies its ROM and says how far the copy can be trusted: verified "
       "(size and SHA-1 are those of a known dump), consistent (not known; every checksum is "
       "right and a second read is equal), unverified (a check was not made or does not exist), "
-      "unstable (two reads differ) or suspicious (the bytes can not be right).",
+      "unstable (two reads differ) or suspicious (the bytes cannot be right).",
       "FILE gets its name when the copy is complete. A file that exists is kept unless "
       "--overwrite is given."},
      {&kSystemOption, &kMapperOption, &kRomSizeOption, &kAutoOption, &kNoAutoOption, &kReadsOption,
@@ -204,6 +204,30 @@ QStringList commandNames()
     for (const CommandRow &row : kCommands)
         names << QLatin1String(row.name);
     return names;
+}
+
+const char *commandName(CliRequest request)
+{
+    const auto row =
+        std::find_if(kCommands.begin(), kCommands.end(),
+                     [request](const CommandRow &command) { return command.request == request; });
+    return row == kCommands.end() ? "" : row->name;
+}
+
+std::optional<CartridgeTask> taskOf(CliRequest request)
+{
+    switch (request) {
+    case CliRequest::Dump:
+        return CartridgeTask::Dump;
+    case CliRequest::ReadRam:
+        return CartridgeTask::ReadSave;
+    case CliRequest::WriteRam:
+        return CartridgeTask::WriteSave;
+    case CliRequest::Flash:
+        return CartridgeTask::Flash;
+    default:
+        return std::nullopt;
+    }
 }
 
 const OptionRow *findOption(const CommandRow &command, const QString &name)

@@ -46,6 +46,12 @@ const CommandRow *findCommand(const QString &name);
 
 QStringList commandNames();
 
+// The name of the command that a request comes from; the first one of several.
+const char *commandName(CliRequest request);
+
+// What a request does to a cartridge; nothing for one that is no single job.
+std::optional<CartridgeTask> taskOf(CliRequest request);
+
 // The row of `command` for the option called `name`. Returns: null if the command has none.
 const OptionRow *findOption(const CommandRow &command, const QString &name);
 

@@ -36,7 +36,7 @@ constexpr std::array<ExitCodeRow, 11> kExitCodes = {{
     {ExitCode::NotRecognised, "not-recognised", "the cartridge was not recognised"},
     {ExitCode::TransferFailed, "transfer-failed", "a transfer to or from the cartridge failed"},
     {ExitCode::FileError, "file-error", "a file on this computer could not be read or written"},
-    {ExitCode::DataMismatch, "data-mismatch", "reads differ, or the bytes can not be right"},
+    {ExitCode::DataMismatch, "data-mismatch", "reads differ, or the bytes cannot be right"},
     {ExitCode::Refused, "refused", "refused for safety"},
     {ExitCode::Cancelled, "cancelled", "cancelled by the user"},
     {ExitCode::Unverified, "unverified", "done, but a check was not made or does not exist"},

@@ -1,11 +1,17 @@
 #include "cli/interrupt.h"
 
+#include <atomic>
 #include <csignal>
+#include <utility>
 
 namespace
 {
 
-volatile std::sig_atomic_t interrupted = 0;
+constexpr unsigned long kPollMs = 50;
+
+// Lock-free, so that a signal handler may write it and any thread read it.
+std::atomic<int> interrupted{0};
+static_assert(std::atomic<int>::is_always_lock_free);
 
 extern "C" void onInterrupt(int signal)
 {
@@ -27,4 +33,30 @@ void watchForInterrupt()
 bool wasInterrupted()
 {
     return interrupted != 0;
+}
+
+InterruptWatch::InterruptWatch(std::function<void()> tell) : m_tell(std::move(tell))
+{
+    start();
+}
+
+InterruptWatch::~InterruptWatch()
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_isEnded = true;
+    }
+    m_end.wakeAll();
+    wait();
+}
+
+void InterruptWatch::run()
+{
+    QMutexLocker lock(&m_mutex);
+    while (!m_isEnded && !wasInterrupted())
+        m_end.wait(&m_mutex, kPollMs);
+    const bool isTold = !m_isEnded;
+    lock.unlock();
+    if (isTold)
+        m_tell();
 }

@@ -1,7 +1,6 @@
 #include "cli/option_reader.h"
 
 #include "cart/setting_tables.h"
-#include "cli/cli_command.h"
 #include "cli/command_table.h"
 #include "cli/help_text.h"
 #include "cli/manual.h"
@@ -200,7 +199,7 @@ struct OptionReader {
             return refuse(
                 QStringLiteral("The name behind %1 is empty.").arg(QLatin1String(command.name)));
         if (options.path == QLatin1String("-"))
-            return refuse(QStringLiteral("%1 needs the name of a file or folder: it can not use "
+            return refuse(QStringLiteral("%1 needs the name of a file or folder: it cannot use "
                                          "standard input or output (\"-\").")
                               .arg(QLatin1String(command.name)));
         return true;
@@ -210,7 +209,7 @@ struct OptionReader {
     {
         const CartridgeValues &values = options.values;
         if (values.system == kSystemGba)
-            options.scriptKind = kGbaScript;
+            options.scriptKind = QLatin1String(kGbaScript);
         else if (values.mapper)
             options.scriptKind = QString::fromLatin1(
                 kMappers[static_cast<std::size_t>(rowWithValue(kMappers, *values.mapper))].script);
@@ -219,10 +218,12 @@ struct OptionReader {
     // Who forbids to look must say all that the job needs.
     bool checkJob()
     {
-        options.command = findCliCommand(QLatin1String(command.name));
-        CliJob job;
-        return options.command == nullptr || options.looks ||
-               completeJob(*options.command, options.path, options.values, &job, &problem);
+        const std::optional<CartridgeTask> task = taskOf(command.request);
+        if (!task || options.looks)
+            return true;
+        CartridgeJob job;
+        const MissingValue missing = makeJob(*task, options.values, &job);
+        return missing == MissingValue::None || refuse(missingText(missing, options.values));
     }
 
     void makeText()

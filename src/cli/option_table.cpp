@@ -81,6 +81,41 @@ QStringList valueChoices(ValueKind kind)
     }
 }
 
+QString missingText(MissingValue missing, const CartridgeValues &values)
+{
+    const auto oneOf = [](const OptionRow &option) {
+        return QStringLiteral("Missing --%1: one of %2.")
+            .arg(QLatin1String(option.name), valueChoices(option.kind).join(QStringLiteral(", ")));
+    };
+    const auto size = [](const OptionRow &option) {
+        return QStringLiteral("Missing --%1: the size cannot be guessed.")
+            .arg(QLatin1String(option.name));
+    };
+    switch (missing) {
+    case MissingValue::None:
+        break;
+    case MissingValue::System:
+        return oneOf(kSystemOption);
+    case MissingValue::Mapper:
+        return oneOf(kMapperOption);
+    case MissingValue::SaveType:
+        return oneOf(kSaveTypeOption);
+    case MissingValue::RomSize:
+        return size(kRomSizeOption);
+    case MissingValue::SaveSize:
+        return size(kRamSizeOption);
+    case MissingValue::SavePair: {
+        const auto first = static_cast<std::size_t>(offeredSaveSizes(*values.saveType));
+        return QStringLiteral("--ram-size %1: a save of type %2 has %3 or %4 bytes.")
+            .arg(*values.ramSize)
+            .arg(labelOf(kGbaSaveTypes, *values.saveType))
+            .arg(kGbaSaveSizes[first].value)
+            .arg(kGbaSaveSizes[first + 1].value);
+    }
+    }
+    return QString();
+}
+
 QString optionUsage(const OptionRow &option)
 {
     QString usage = QStringLiteral("--") + QLatin1String(option.name);

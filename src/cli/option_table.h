@@ -3,6 +3,8 @@
 // Thread: constant data and pure functions; any thread.
 #pragma once
 
+#include "trust/cartridge_task.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -81,6 +83,10 @@ inline constexpr OptionRow kForceOption = {"force", ValueKind::None,
                                            "Write a file whose size does not fit the cartridge."};
 inline constexpr OptionRow kCountOption = {"count", ValueKind::Number, "End after N cartridges.",
                                            "go on until Ctrl-C"};
+
+// What a job lacks and with which option to give it: "Missing --mapper: one of none, mbc1."
+// `values`: what is known. Returns: empty for None.
+QString missingText(MissingValue missing, const CartridgeValues &values);
 
 // "MAPPER", what stands for the value in a usage line. Returns: empty for a switch.
 QString valueName(ValueKind kind);

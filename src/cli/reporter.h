@@ -2,7 +2,7 @@
 // and its answer on standard output; to a program, as one JSON object a line on standard output; or
 // with --quiet nothing but answers and problems.
 //
-// Thread: the application's main thread.
+// Thread: one at a time. CliListener sees to it while the watch for Ctrl-C runs beside a job.
 #pragma once
 
 #include "cli/exit_code.h"
@@ -69,6 +69,6 @@ private:
     int m_lastPercent = -1;
 };
 
-// Where the program's own output goes: terminal or not, coloured unless NO_COLOR is set to anything.
-// A dumb terminal is written to like a file.
+// Where the program's own output goes: terminal or not, coloured unless NO_COLOR is set to
+// anything. A dumb terminal is written to like a file.
 OutputTarget standardOutput(OutputStyle style);

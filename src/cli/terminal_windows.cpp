@@ -6,7 +6,7 @@ namespace
 {
 
 // A console that takes escape sequences, which is asked for here; NUL and pipes are none. One that
-// can not is treated like a file: plain lines, no colour.
+// cannot is treated like a file: plain lines, no colour.
 bool isTerminal(DWORD which)
 {
     const HANDLE handle = GetStdHandle(which);

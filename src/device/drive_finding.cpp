@@ -102,6 +102,32 @@ QString alsoText(const DriveFinding &finding)
     return QStringLiteral("would pass as a reader, though %1").arg(identityNote(finding)) + first;
 }
 
+// "E: removable drive, label "READER", /media/reader (/dev/sdb1)"
+QString headline(const DriveFinding &finding)
+{
+    QString line =
+        QStringLiteral("%1: %2").arg(QLatin1Char(finding.letter)).arg(driveTypeText(finding.type));
+    if (!finding.label.isEmpty())
+        line += QStringLiteral(", label \"%1\"").arg(finding.label);
+    if (!finding.place.isEmpty())
+        line += QStringLiteral(", ") + finding.place;
+    return line;
+}
+
+QStringList removableLines(const DriveFinding &finding)
+{
+    QStringList lines;
+    if (!finding.labelError.isEmpty())
+        lines << QStringLiteral("no label can be read: ") + finding.labelError;
+    if (finding.hasIdentity())
+        lines << QStringLiteral("identity: \"%1\"").arg(finding.identity);
+    lines << QStringLiteral("CMD.CMD: ") + fileText(finding.command) +
+                 (finding.command.isMissing() ? QStringLiteral(" (the first command makes it)")
+                                              : QString());
+    lines << QStringLiteral("DUMP.ROM: ") + fileText(finding.dump);
+    return lines;
+}
+
 } // namespace
 
 QVector<DriveFinding> examineDrives()
@@ -160,4 +186,15 @@ QString fileText(const FileFinding &file)
     if (file.ok())
         return QStringLiteral("opens");
     return file.isMissing() ? QStringLiteral("missing") : QStringLiteral("fails: ") + file.error;
+}
+
+QStringList driveLines(const DriveFinding &finding)
+{
+    QStringList lines{headline(finding)};
+    QStringList details{verdictText(finding)};
+    if (finding.type == DriveType::Removable)
+        details += removableLines(finding);
+    for (const QString &detail : details)
+        lines << QStringLiteral("   ") + detail;
+    return lines;
 }

@@ -7,6 +7,7 @@
 #include "device/drive_backend.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 enum class DriveVerdict {
@@ -59,3 +60,6 @@ QString verdictText(const DriveFinding &finding);
 
 // Whether a file of the reader's could be opened: "opens", "missing", "fails: ..."
 QString fileText(const FileFinding &file);
+
+// All of the above about one drive, the first line for the drive itself, the others indented.
+QStringList driveLines(const DriveFinding &finding);

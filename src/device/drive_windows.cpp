@@ -56,7 +56,7 @@ DriveStatus statusFromError(DWORD error, const char *operation, const std::strin
 {
     const std::string text = std::system_category().message(static_cast<int>(error));
     return {codeFromError(error),
-            std::string("Can not ") + operation + " \"" + path + "\": " + text};
+            std::string("Cannot ") + operation + " \"" + path + "\": " + text};
 }
 
 class WindowsFile : public DriveFile

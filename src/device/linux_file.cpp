@@ -245,7 +245,7 @@ DriveStatus statusFromErrno(int error, const char *operation, const std::string 
         break;
     }
     return {code,
-            std::string("Can not ") + operation + " \"" + path + "\": " + std::strerror(error)};
+            std::string("Cannot ") + operation + " \"" + path + "\": " + std::strerror(error)};
 }
 
 DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,

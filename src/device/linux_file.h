@@ -26,7 +26,7 @@ private:
     int m_descriptor = -1;
 };
 
-// Translates an error number; `operation` and `path` go into the message ("Can not read PATH:
+// Translates an error number; `operation` and `path` go into the message ("Cannot read PATH:
 // TEXT").
 DriveStatus statusFromErrno(int error, const char *operation, const std::string &path);
 

@@ -2,7 +2,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_ops.h"
-#include "worker/famicom_thread.h"
+#include "script/job.h"
 
 #include <QThread>
 
@@ -20,13 +20,13 @@ void sleepBetweenLooks(unsigned long timeMs)
 PollWaiter pollWaiter = sleepBetweenLooks;
 
 // `look` reads the first byte of the chip.
-template <typename Look> bool pollUntilErased(const FamicomThread &job, Look look)
+template <typename Look> bool pollUntilErased(JobListener &listener, Look look)
 {
     for (;;) {
         pollWaiter(kPollIntervalMs);
         if (look() == kErased)
             return true;
-        if (job.cancel_flag.load(std::memory_order_relaxed) == 1)
+        if (listener.isStopWanted())
             return false;
     }
 }
@@ -38,19 +38,19 @@ void setPollWaiter(PollWaiter waiter)
     pollWaiter = waiter == nullptr ? sleepBetweenLooks : waiter;
 }
 
-bool waitForGbErase(const FamicomThread &job)
+bool waitForGbErase(JobListener &listener)
 {
-    return pollUntilErased(job, [] {
+    return pollUntilErased(listener, [] {
         std::uint8_t byte = 0;
         deviceOps.gbRead(0, &byte, sizeof(byte));
         return byte;
     });
 }
 
-bool eraseGbaSave(const FamicomThread &job)
+bool eraseGbaSave(JobListener &listener)
 {
     gbaSaveErase();
-    return pollUntilErased(job, [] {
+    return pollUntilErased(listener, [] {
         std::uint8_t bytes[10] = {};
         gbaSramRead(0, bytes, sizeof(bytes));
         return bytes[0];

@@ -3,18 +3,18 @@
 // only the user can tell a slow chip from a dead one. The user's cancel is noticed after a look
 // that showed anything but 0xFF.
 //
-// Thread: the worker's.
+// Thread: the one that runs the job.
 #pragma once
 
-class FamicomThread;
+class JobListener;
 
 // Waits, once started by the script, for a GB flash cartridge's erase: byte 0 of the bus.
 // Returns: true when it reads 0xFF, false when the user cancelled.
-bool waitForGbErase(const FamicomThread &job);
+bool waitForGbErase(JobListener &listener);
 
 // Starts the erase of a GBA FLASH save and waits for it: byte 0 of the save, read as SRAM whatever
 // save type is bound. Result as above.
-bool eraseGbaSave(const FamicomThread &job);
+bool eraseGbaSave(JobListener &listener);
 
 // What passes the time between two looks; gets the time in milliseconds. Tests give a waiter that
 // returns at once. Null restores the default, which puts the thread to sleep.

@@ -1,7 +1,7 @@
 // Which natives the scripts of each operation get.
 #include "script/natives.h"
 
-#include "worker/famicom_thread.h"
+#include "script/job.h"
 
 namespace
 {

@@ -6,7 +6,12 @@
 // Stack of every native: 1 `this`, 2 the job as user pointer, 3.. integer arguments. A negative
 // result is an error in the script.
 //
-// Thread: the worker's, inside a script call.
+// A transfer that would leave the job's buffer is refused before anything is sent, with the message
+//     NAME: cursor N, length L: outside the buffer of S bytes
+// where NAME is the native's. Scripts may rely on this form: from N they learn how much has
+// arrived.
+//
+// Thread: the one that runs the job, inside a script call.
 #pragma once
 
 #include <squirrel.h>

@@ -1,9 +1,8 @@
 #include "script/script_host.h"
 
+#include "device/local_path.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
-#include "worker/famicom_thread.h"
-#include "worker/local_path.h"
 
 #include <QObject>
 
@@ -30,66 +29,130 @@ void printToLog(HSQUIRRELVM v, const SQChar *format, ...)
     std::vsnprintf(text, sizeof(text) - 1, format, arguments);
     va_end(arguments);
     // Coroutines of a script are machines of their own; only the shared pointer reaches them.
-    auto *owner = static_cast<FamicomThread *>(sq_getsharedforeignptr(v));
-    emit owner->log(QString::fromUtf8(text));
+    auto *owner = static_cast<RunningJob *>(sq_getsharedforeignptr(v));
+    owner->listener.onLine(QString::fromUtf8(text));
 }
 
-SQRESULT dumpRom(HSQUIRRELVM v, FamicomThread *job)
+// What the script threw, or the machine for it, as far as it is a text.
+QString lastError(HSQUIRRELVM v)
 {
-    emit job->log(QObject::tr("Start dump rom..."));
-    const SQRESULT result = callScriptFunction(v, "cpu_dump", job, 2, job->rom_size, job->rom_size);
-    emit job->log(QObject::tr("Dump rom finish."));
+    const SQInteger top = sq_gettop(v);
+    sq_getlasterror(v);
+    const SQChar *text = nullptr;
+    const bool isText = SQ_SUCCEEDED(sq_getstring(v, -1, &text));
+    const QString error = isText ? QString::fromUtf8(text) : QString();
+    sq_settop(v, top);
+    return error;
+}
+
+void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *source, SQInteger line,
+                         SQInteger column)
+{
+    const QString text =
+        QString::fromUtf8(source) +
+        QStringLiteral(" line = (%1) column = (%2) : error ").arg(line).arg(column) +
+        QString::fromUtf8(error);
+    auto *owner = static_cast<RunningJob *>(sq_getsharedforeignptr(v));
+    owner->scriptError = text;
+    sq_geterrorfunc(v)(v, "%s\n", text.toUtf8().constData());
+}
+
+// One entry function, with the line before it and the line behind it. Both come whether the call
+// succeeds or not.
+SQRESULT callEntry(HSQUIRRELVM v, RunningJob *job, const QString &begin, const SQChar *name,
+                   int firstValue, int secondValue, const QString &end)
+{
+    job->listener.onLine(begin);
+    const SQRESULT result = callScriptFunction(v, name, job, 2, firstValue, secondValue);
+    job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
+    job->listener.onLine(end);
     return result;
 }
 
-SQRESULT dumpSave(HSQUIRRELVM v, FamicomThread *job)
+JobEnd endOf(SQRESULT result, const RunningJob &job)
 {
-    emit job->log(QObject::tr("Start dump save..."));
-    const SQRESULT result =
-        callScriptFunction(v, "save_dump", job, 2, job->ram_size, job->ram_size);
-    emit job->log(QObject::tr("Dump save finish."));
-    return result;
+    if (SQ_SUCCEEDED(result))
+        return JobEnd::Done;
+    // Without an error of its own the script lacks the entry function.
+    return job.hasTouchedCartridge || job.scriptError.isEmpty() ? JobEnd::ScriptFailed
+                                                                : JobEnd::Refused;
 }
 
-SQRESULT writeSave(HSQUIRRELVM v, FamicomThread *job)
+// Compiles the script and runs its top level, with the root table as environment, as the library's
+// own function for both does.
+JobEnd loadScript(HSQUIRRELVM v, RunningJob *job)
 {
-    emit job->log(QObject::tr("Start write save..."));
-    const SQRESULT result =
-        callScriptFunction(v, "save_write", job, 2, job->ram_size, job->ram_size);
-    emit job->log(QObject::tr("Write save finish."));
-    return result;
+    if (SQ_FAILED(sqstd_loadfile(v, localPath(job->job.scriptPath).constData(), SQTrue))) {
+        if (job->scriptError.isEmpty()) // it could not be read
+            job->scriptError = lastError(v);
+        return JobEnd::ScriptFailed;
+    }
+    sq_push(v, -2);
+    const SQRESULT result = sq_call(v, 1, SQFalse, SQTrue);
+    // Not an error of another file that the script has loaded and got over.
+    job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
+    sq_pop(v, 1);
+    return endOf(result, *job);
 }
 
-SQRESULT writeGbaSave(HSQUIRRELVM v, FamicomThread *job)
+JobEnd dumpRom(HSQUIRRELVM v, RunningJob *job)
+{
+    const int size = job->job.romSize;
+    return endOf(callEntry(v, job, QObject::tr("Start dump rom..."), "cpu_dump", size, size,
+                           QObject::tr("Dump rom finish.")),
+                 *job);
+}
+
+JobEnd dumpSave(HSQUIRRELVM v, RunningJob *job)
+{
+    const int size = job->job.ramSize;
+    return endOf(callEntry(v, job, QObject::tr("Start dump save..."), "save_dump", size, size,
+                           QObject::tr("Dump save finish.")),
+                 *job);
+}
+
+JobEnd writeSave(HSQUIRRELVM v, RunningJob *job)
+{
+    const int size = job->job.ramSize;
+    return endOf(callEntry(v, job, QObject::tr("Start write save..."), "save_write", size, size,
+                           QObject::tr("Write save finish.")),
+                 *job);
+}
+
+JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
 {
     constexpr int kFlashSave = 1;
-    if (job->save_type == kFlashSave) {
-        emit job->log(QObject::tr("Start erase flash chip..."));
-        if (!eraseGbaSave(*job))
-            return SQ_ERROR;
-        emit job->log(QObject::tr("Erase flash chip finish."));
+    if (job->job.saveType == kFlashSave) {
+        job->listener.onLine(QObject::tr("Start erase flash chip..."));
+        job->hasTouchedCartridge = true;
+        if (!eraseGbaSave(job->listener))
+            return JobEnd::Cancelled;
+        job->listener.onLine(QObject::tr("Erase flash chip finish."));
     }
     return writeSave(v, job);
 }
 
-SQRESULT flashRom(HSQUIRRELVM v, FamicomThread *job)
+JobEnd flashRom(HSQUIRRELVM v, RunningJob *job)
 {
-    emit job->log(QObject::tr("Start erase flash chip..."));
+    const int size = job->job.romSize;
+    job->listener.onLine(QObject::tr("Start erase flash chip..."));
     // The poll below decides whether the erase worked.
-    callScriptFunction(v, "cpu_erase", job, 2, job->rom_size, job->flash_width);
-    if (!waitForGbErase(*job))
-        return SQ_ERROR;
-    emit job->log(QObject::tr("Erase flash chip finish."));
-    emit job->log(QObject::tr("Start flash ROM..."));
-    const SQRESULT result =
-        callScriptFunction(v, "cpu_flash", job, 2, job->rom_size, job->rom_size);
-    emit job->log(QObject::tr("Flash ROM finish."));
-    return result;
+    const SQRESULT erased = callScriptFunction(v, "cpu_erase", job, 2, size, job->job.flashWidth);
+    job->scriptError = SQ_FAILED(erased) ? lastError(v) : QString();
+    if (!waitForGbErase(job->listener))
+        // A script that did not say why it sent nothing has refused nothing: the user ended the
+        // wait.
+        return job->hasTouchedCartridge || job->scriptError.isEmpty() ? JobEnd::Cancelled
+                                                                      : JobEnd::Refused;
+    job->listener.onLine(QObject::tr("Erase flash chip finish."));
+    return endOf(callEntry(v, job, QObject::tr("Start flash ROM..."), "cpu_flash", size, size,
+                           QObject::tr("Flash ROM finish.")),
+                 *job);
 }
 
 } // namespace
 
-HSQUIRRELVM createVm(FamicomThread *owner)
+HSQUIRRELVM createVm(RunningJob *owner)
 {
     HSQUIRRELVM v = sq_open(kInitialStackSlots);
     SQPRINTFUNCTION print = printNothing;
@@ -101,6 +164,8 @@ HSQUIRRELVM createVm(FamicomThread *owner)
     sq_setprintfunc(v, print, print);
     sq_pushroottable(v);
     sqstd_seterrorhandlers(v);
+    if (owner != nullptr)
+        sq_setcompilererrorhandler(v, reportCompilerError);
     sqstd_register_iolib(v);
     return v;
 }
@@ -130,48 +195,50 @@ SQRESULT callScriptFunction(HSQUIRRELVM v, const SQChar *name, SQUserPointer use
             sq_pushinteger(v, va_arg(values, int));
         va_end(values);
         result = sq_call(v, count + 2, SQFalse, SQTrue);
+    } else {
+        sq_reseterror(v); // the host looked in vain; the script has said nothing
     }
     sq_settop(v, top);
     return result;
 }
 
-bool runScript(HSQUIRRELVM v, FamicomThread *job)
+JobEnd runScript(HSQUIRRELVM v, RunningJob *job)
 {
-    const QByteArray path = localPath(job->script_name);
-    if (SQ_FAILED(sqstd_dofile(v, path.constData(), SQFalse, SQTrue))) {
-        emit job->log(QObject::tr("dump core script error\n"));
-        return false;
+    const JobEnd loaded = loadScript(v, job);
+    if (loaded != JobEnd::Done) {
+        job->listener.onLine(QObject::tr("dump core script error\n"));
+        return loaded;
     }
-    switch (job->operate) {
+    switch (job->job.operate) {
     case GB_READ_ROM:
     case GBA_READ_ROM:
-        return SQ_SUCCEEDED(dumpRom(v, job));
+        return dumpRom(v, job);
     case GB_READ_RAM:
     case GBA_READ_RAM:
-        return SQ_SUCCEEDED(dumpSave(v, job));
+        return dumpSave(v, job);
     case GB_WRITE_RAM:
-        return SQ_SUCCEEDED(writeSave(v, job));
+        return writeSave(v, job);
     case GBA_WRITE_RAM:
-        return SQ_SUCCEEDED(writeGbaSave(v, job));
+        return writeGbaSave(v, job);
     case GB_WRITE_FLASH:
-        return SQ_SUCCEEDED(flashRom(v, job));
+        return flashRom(v, job);
     default:
-        return false;
+        return JobEnd::Refused;
     }
 }
 
-bool runOperation(FamicomThread *job)
+JobEnd runOperation(RunningJob *job)
 {
-    const NativeSet natives = nativesOf(job->operate);
+    const NativeSet natives = nativesOf(job->job.operate);
     if (natives.count == 0) {
-        emit job->log(QObject::tr("Unknow operate!"));
-        return false;
+        job->listener.onLine(QObject::tr("Unknow operate!"));
+        return JobEnd::Refused;
     }
     HSQUIRRELVM v = createVm(job);
     for (int i = 0; i < natives.count; ++i)
         registerNative(v, natives.natives[i].name, natives.natives[i].function);
-    const bool succeeded = runScript(v, job);
+    const JobEnd end = runScript(v, job);
     sq_pop(v, 1);
     sq_close(v);
-    return succeeded;
+    return end;
 }

@@ -4,10 +4,10 @@
 #include "device/device_ops.h"
 #include "ui/console.h"
 #include "ui/file_action.h"
-#include "worker/flash_chip_probe.h"
 #include "ui/settings.h"
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
+#include "worker/flash_chip_probe.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -132,7 +132,7 @@ void startJob(MainTab *tab, const FileAction &action)
     tab->info(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name);
 }
 
-void reportFlashChip(MainTab *tab, const FlashChip &chip)
+void reportFlashChip(MainTab *tab, const FlashChipAnswer &chip)
 {
     if (!chip.isWide) {
         tab->info(MainTab::tr("Flash chip is 8bit width"));
@@ -198,7 +198,7 @@ void MainTab::push_write_flash()
     if (!prepareJob(fileName))
         return;
     if (settings->sysType != kSystemGba) {
-        const FlashChip chip = probeFlashChip();
+        const FlashChipAnswer chip = probeFlashChip();
         worker->flash_width = chip.isWide ? 1 : 0;
         reportFlashChip(this, chip);
     }

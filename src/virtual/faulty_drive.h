@@ -43,11 +43,11 @@ struct DriveFault {
     DriveErrorCode code = DriveErrorCode::InputOutput;
     // Bytes that a failing read or write still moves. A read with an error reports none of them.
     std::uint32_t bytes = 0;
-    // Reported as moved although only `bytes` were: a read leaves the rest of its buffer as it was, a
-    // write loses the rest. Only with None.
+    // Reported as moved although only `bytes` were: a read leaves the rest of its buffer as it was,
+    // a write loses the rest. Only with None.
     bool claimsAll = false;
-    // Bits that are flipped in the bytes that a read or write moves: in all of them, or in the one at
-    // `flippedByte`, an offset into the transfer.
+    // Bits that are flipped in the bytes that a read or write moves: in all of them, or in the one
+    // at `flippedByte`, an offset into the transfer.
     std::uint8_t flips = 0;
     std::uint32_t flippedByte = kAllBytes;
     // The drive vanishes with the failing call, as if pulled out.

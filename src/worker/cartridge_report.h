@@ -60,6 +60,6 @@ struct CartridgeReport {
 CartridgeReport makeCartridgeReport(const ReportOutput &output,
                                     const HeaderDecoders &decoders = {});
 
-// True for a GBA cartridge whose game stands in no row of the table. The window's report can not
+// True for a GBA cartridge whose game stands in no row of the table. The window's report cannot
 // tell it from an empty slot; its header's title and code can still be shown.
 bool isUnknownGbaGame(const CartridgeReport &report);

@@ -1,32 +1,21 @@
-// One cartridge job off the GUI thread: dump a ROM or a save into a file, write a save back, or
-// write a ROM into a GB flash cartridge.
+// One cartridge job off the GUI thread, from the user's file or into it: dump a ROM or a save,
+// write a save back, or write a ROM into a GB flash cartridge.
 //
-// The owner fills the job fields and calls start(). run() finds the reader, puts it into the right
-// bus mode, prepares the transfer buffer, hands the cartridge work to the mapper script, saves a
-// dump, and reports the end with set_progress(1, 1) and error(). One object serves any number of
-// jobs, one after the other; fields keep their values between jobs.
+// The owner fills the job fields and calls start(). run() goes through the steps of job_run.h, with
+// the user's file read before the script's part or written behind it, and reports the end with
+// set_progress(1, 1) and error(). One object serves any number of jobs, one after the other; fields
+// keep their values between jobs.
 //
 // Thread: the object and canceled() belong to the thread that made it; run() and the signals to the
 // worker. The job fields may be written only while no job runs.
 #pragma once
 
+#include "script/job.h"
+
 #include <QString>
 #include <QThread>
 
 #include <atomic>
-#include <cstdint>
-
-// Operation codes. Bit 2: GBA; bit 1: save memory rather than ROM; bit 0: host to cartridge.
-enum JobCode {
-    GB_READ_ROM = 0,
-    GB_WRITE_FLASH = 1,
-    GB_READ_RAM = 2,
-    GB_WRITE_RAM = 3,
-    GBA_READ_ROM = 4,
-    GBA_WRITE_FLASH = 5,
-    GBA_READ_RAM = 6,
-    GBA_WRITE_RAM = 7
-};
 
 class FamicomThread : public QThread
 {
@@ -60,7 +49,3 @@ public slots:
 protected:
     void run() override;
 };
-
-// Bytes that the transfer buffer of the job holds: the ROM size, the save size, or 0 for a code
-// that is no operation. For flash jobs valid once run() has taken the file's size.
-int jobBufferSize(const FamicomThread &job);

@@ -22,10 +22,10 @@ void writeOnce(std::uint32_t address, std::uint32_t value)
 }
 } // namespace
 
-FlashChip decodeFlashQuery(const std::uint8_t *answer)
+FlashChipAnswer decodeFlashQuery(const std::uint8_t *answer)
 {
     const std::uint8_t *signature = answer + kSignatureOffset;
-    FlashChip chip;
+    FlashChipAnswer chip;
     chip.isWide = signature[0] == 'Q' && signature[2] == 'R' && signature[4] == 'Y';
     const unsigned code = answer[kSizeCodeOffset];
     if (chip.isWide && code >= kSmallestSizeCode && code <= kLargestSizeCode)
@@ -33,7 +33,7 @@ FlashChip decodeFlashQuery(const std::uint8_t *answer)
     return chip;
 }
 
-FlashChip probeFlashChip()
+FlashChipAnswer probeFlashChip()
 {
     std::array<std::uint8_t, kFlashQuerySize> answer{};
     writeOnce(kQueryAddress, kQueryCommand);

@@ -8,18 +8,18 @@
 
 constexpr std::uint32_t kFlashQuerySize = 128;
 
-struct FlashChip {
+struct FlashChipAnswer {
     bool isWide = false;         // 16-bit chip
     std::uint32_t sizeBytes = 0; // of a wide chip; 0 when its size code is none that we know
 };
 
 // Reads the answer to a query.
 // Shape: `answer` holds kFlashQuerySize bytes, from bus address 0.
-FlashChip decodeFlashQuery(const std::uint8_t *answer);
+FlashChipAnswer decodeFlashQuery(const std::uint8_t *answer);
 
 // Sends the query, reads the answer and puts the chip back into read mode. What the device
 // operations return is not looked at: a reader that is gone answers like an 8-bit chip, and the job
 // that follows finds out.
 // Needs:  GB mode selected.
 // Thread: any, but no job may run meanwhile.
-FlashChip probeFlashChip();
+FlashChipAnswer probeFlashChip();

@@ -5,6 +5,7 @@
 #include "reader_fixture.h"
 #include "test_class.h"
 #include "translation_files.h"
+#include "translators.h"
 #include "ui/main_tab.h"
 #include "ui/settings.h"
 
@@ -16,24 +17,6 @@
 
 namespace
 {
-// Translates nothing and remembers what it was asked for, as "Context: text".
-class RecordingTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *text, const char *disambiguation,
-                      int) const override
-    {
-        asked << QString("%1: %2").arg(context, text);
-        if (disambiguation != nullptr && *disambiguation != '\0')
-            disambiguated << asked.last();
-        return QString();
-    }
-    bool isEmpty() const override { return false; }
-
-    mutable QStringList asked;
-    mutable QStringList disambiguated;
-};
-
 QString translated(const char *context, const char *text)
 {
     return QCoreApplication::translate(context, text);

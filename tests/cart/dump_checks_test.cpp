@@ -2,6 +2,7 @@
 #include "cart/dump_checks.h"
 
 #include "header_bytes.h"
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/image_generator.h"
 
@@ -23,29 +24,19 @@ constexpr int kMiB = 1024 * 1024;
 constexpr int kGbHeaderChecksum = 0x14D;
 constexpr int kGbRomSizeCode = 0x148;
 
-QByteArray arrayOf(const ByteVector &bytes)
-{
-    return {reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size())};
-}
-
-// Empty if there is no such image.
 QByteArray makeGb(std::uint32_t size)
 {
     GbImageSpec spec;
     spec.type = 0x19; // MBC5
     spec.romSize = size;
-    ByteVector image;
-    std::string error;
-    return makeGbImage(spec, &image, &error) ? arrayOf(image) : QByteArray();
+    return toByteArray(gbImage(spec));
 }
 
 QByteArray makeGba(std::uint32_t size)
 {
     GbaImageSpec spec;
     spec.romSize = size;
-    ByteVector image;
-    std::string error;
-    return makeGbaImage(spec, &image, &error) ? arrayOf(image) : QByteArray();
+    return toByteArray(gbaImage(spec));
 }
 
 // `image` with what the bus answers behind it up to `size`.
@@ -331,7 +322,7 @@ void DumpChecksTest::repeatedContentIsFound_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("contentSize");
-    const QByteArray noise = arrayOf(makeNoise(0x2000, 7));
+    const QByteArray noise = ::noise(0x2000, 7);
     QTest::newRow("save of 8 KiB") << noise << 0x2000;
     QTest::newRow("read as 16 KiB") << noise + noise << 0x2000;
     QTest::newRow("read as 32 KiB") << noise.repeated(4) << 0x2000;

@@ -1,6 +1,6 @@
 // A stack of cartridges through the reader in this process: what lies in the folder afterwards, and
 // what was said.
-#include "cli/backup_command.h"
+#include "cli/commands.h"
 
 #include "../device/reference_crc32.h"
 #include "cartridge_stack.h"
@@ -170,7 +170,7 @@ private slots:
 
     void cartridgeThatStaysIsReadOnce()
     {
-        QCOMPARE(run({{gameWithSave("STAYS", 1), saveOf(1), 12}}), ExitCode::Done);
+        QCOMPARE(run({{gameWithSave("STAYS", 1), saveOf(1), 16}}), ExitCode::Done);
         QVERIFY(m_answers.endsWith("1 cartridge done.\n"));
         QCOMPARE(m_messages.count("Using:"), 1);
     }
@@ -186,7 +186,7 @@ private slots:
     {
         const QByteArray image = gameWithSave("BAD CONTACT", 1);
         QCOMPARE(
-            run({{image, saveOf(1), 3, {readFault(4)}}, {QByteArray(), {}, 1}, {image, saveOf(1)}}),
+            run({{image, saveOf(1), 7, {readFault(4)}}, {QByteArray(), {}, 1}, {image, saveOf(1)}}),
             ExitCode::TransferFailed);
         QCOMPARE(names(kRoms), QStringList{"BAD CONTACT.gb"});
         QVERIFY(content("BAD CONTACT.gb") == image);
@@ -194,7 +194,7 @@ private slots:
         QCOMPARE(names(kSaves).size(), 1);
         QVERIFY2(m_answers.contains("1. BAD CONTACT\n   ROM:  not read"), qPrintable(m_answers));
         QVERIFY2(m_answers.contains("2. BAD CONTACT\n   ROM:  consistent"), qPrintable(m_answers));
-        QVERIFY2(m_messages.contains("The transfer failed; the cartridge was only read."),
+        QVERIFY2(m_messages.contains("The transfer failed. The cartridge was only read."),
                  qPrintable(m_messages));
     }
 
@@ -231,6 +231,9 @@ private slots:
         const QString report = QString::fromUtf8(this->content(names(kReport).value(0)));
         QCOMPARE(lineOf(report, "ROM", "SHA-1"), hashOf(content, QCryptographicHash::Sha1));
         QCOMPARE(lineOf(report, "ROM", "Reads"), QString("2"));
+        QCOMPARE(lineOf(report, "Save", "Verdict"),
+                 QString("not read: no table knows this game; use read-ram with --save-type and "
+                         "--ram-size"));
     }
 
     void refusedSaveIsExplained_data()
@@ -260,7 +263,7 @@ private slots:
     {
         const QByteArray first = gameWithSave("FIRST", 1);
         const QByteArray second = gameWithSave("SECOND", 2);
-        QCOMPARE(run({{first, saveOf(1), 2}, {second, saveOf(2), 9}}), ExitCode::DataMismatch);
+        QCOMPARE(run({{first, saveOf(1), 4}, {second, saveOf(2), 12}}), ExitCode::DataMismatch);
         QVERIFY(content("FIRST.gb") == first);
         QVERIFY2(m_answers.contains("   Save: not read: the cartridge was changed meanwhile"),
                  qPrintable(m_answers));
@@ -348,7 +351,7 @@ private slots:
         QCOMPARE(lineOf(report, "", "Firmware"), QString("QDX_PCB02_FW303"));
         QCOMPARE(lineOf(report, "", "Script"), QString("gb_mbc5.nut"));
         QCOMPARE(lineOf(report, "", "Script SHA-1"),
-                 hashOf(fileBytes(SHIPPED_SCRIPTS "/gb_mbc5.nut"), QCryptographicHash::Sha1));
+                 hashOf(contentOf(SHIPPED_SCRIPTS "/gb_mbc5.nut"), QCryptographicHash::Sha1));
         QCOMPARE(lineOf(report, "Settings", "System"), QString("gb"));
         QCOMPARE(lineOf(report, "Settings", "Mapper"), QString("mbc5"));
         QCOMPARE(lineOf(report, "Settings", "ROM size"), QString("65536"));
@@ -362,12 +365,11 @@ private slots:
     {
         const QByteArray image = gameWithoutSave("SHORT", 1);
         const QString table = m_temporary->filePath("my.dat");
-        QVERIFY(
-            writeFile(table, "<datafile><header><name>My games</name></header>"
-                             "<game name=\"A Longer Name (Europe)\"><rom name=\"a.gb\" size=\"" +
-                                 QByteArray::number(image.size()) + "\" sha1=\"" +
-                                 hashOf(image, QCryptographicHash::Sha1).toLatin1() +
-                                 "\"/></game></datafile>"));
+        putFile(table, "<datafile><header><name>My games</name></header>"
+                       "<game name=\"A Longer Name (Europe)\"><rom name=\"a.gb\" size=\"" +
+                           QByteArray::number(image.size()) + "\" sha1=\"" +
+                           hashOf(image, QCryptographicHash::Sha1).toLatin1() +
+                           "\"/></game></datafile>");
         m_options.datFiles << table;
         QCOMPARE(run({{image}}), ExitCode::Done);
         QCOMPARE(names(kRoms), QStringList{"A Longer Name (Europe).gb"});
@@ -379,7 +381,7 @@ private slots:
 
     void folderThatCanNotBeMadeIsNamed()
     {
-        QVERIFY(writeFile(m_temporary->filePath("file"), "not a folder"));
+        putFile(m_temporary->filePath("file"), "not a folder");
         m_options.path = m_temporary->filePath("file/below");
         QCOMPARE(run({{gameWithoutSave("UNREAD", 1)}}), ExitCode::FileError);
         QVERIFY2(m_messages.contains(m_options.path), qPrintable(m_messages));
@@ -432,27 +434,27 @@ private slots:
     void interruptKeepsWhatIsWhole_data()
     {
         QTest::addColumn<QString>("phase");
-        QTest::addColumn<int>("read");
+        QTest::addColumn<int>("reads");
         QTest::addColumn<QStringList>("files");
         QTest::addColumn<QString>("state");
         const QString nothing = "nothing of it was kept";
-        QTest::newRow("first read of the ROM") << "read" << 1 << QStringList() << nothing;
-        QTest::newRow("second read of the ROM") << "compare" << 2 << QStringList() << nothing;
+        // Of the drive, before the one with Ctrl-C. A look makes one, the ROM three, the save one.
+        QTest::newRow("first read of the ROM") << "read" << 4 << QStringList() << nothing;
+        QTest::newRow("second read of the ROM") << "compare" << 7 << QStringList() << nothing;
         QTest::newRow("first read of the save")
-            << "read" << 3 << QStringList{"CUT.gb"} << "its ROM is in ";
+            << "read" << 9 << QStringList{"CUT.gb"} << "its ROM is in ";
     }
     void interruptKeepsWhatIsWhole()
     {
         QFETCH(QString, phase);
-        QFETCH(int, read);
+        QFETCH(int, reads);
         QFETCH(QStringList, files);
         QFETCH(QString, state);
-        m_stack->onWrite = [&](const QByteArray &path) {
-            // The job saves what it has read.
-            if (path.endsWith("read") && --read == 0)
-                std::raise(SIGINT);
-        };
-        QCOMPARE(run({{gameWithSave("CUT", 1), saveOf(1), 9}}), ExitCode::Cancelled);
+        DriveFault interrupt = readFault(static_cast<std::uint32_t>(reads));
+        interrupt.code = DriveErrorCode::None;
+        interrupt.bytes = DriveFault::kAllBytes;
+        interrupt.happens = [] { std::raise(SIGINT); };
+        QCOMPARE(run({{gameWithSave("CUT", 1), saveOf(1), 12, {interrupt}}}), ExitCode::Cancelled);
         QCOMPARE(names({"*"}), files);
         QVERIFY2(m_messages.contains(state), qPrintable(m_messages));
         const int last = m_messages.lastIndexOf(QRegularExpression("\n(read|compare) "));
@@ -468,7 +470,7 @@ private slots:
             if (path.contains(".gba."))
                 std::raise(SIGINT);
         };
-        QCOMPARE(run({{strangeGbaGame(4 * kMebi), {}, 9}}), ExitCode::Cancelled);
+        QCOMPARE(run({{strangeGbaGame(4 * kMebi), {}, 12}}), ExitCode::Cancelled);
         QCOMPARE(names({"*"}), QStringList{"VIRTUAL.gba"});
     }
 
@@ -491,7 +493,7 @@ private:
     }
     QByteArray content(const QString &name) const
     {
-        return fileBytes(QDir(m_options.path).filePath(name));
+        return contentOf(QDir(m_options.path).filePath(name));
     }
 
     // The value of a line of a report, in the section with this heading.

@@ -4,10 +4,11 @@
 
 #include "cart/setting_tables.h"
 #include "cartridge_stack.h"
-#include "cli/cli_command.h"
+#include "cli/command_table.h"
 #include "report_capture.h"
 #include "test_class.h"
 
+#include <QFileInfo>
 #include <QtTest>
 
 using namespace virtual_reader;
@@ -17,7 +18,7 @@ namespace
 
 constexpr std::uint32_t kKibi = 1024;
 constexpr std::uint32_t kMebi = 1024 * 1024;
-constexpr int kManyLooks = 1000;
+constexpr int kManySearches = 1000;
 constexpr int kMbc3 = 3;
 constexpr int kMbc5 = 4;
 
@@ -26,7 +27,7 @@ QByteArray gbGame(std::uint8_t type, std::uint32_t ramSize)
     return stackedImage(GbImageSpec{type, 128 * kKibi, ramSize, "LOOKED AT", 1});
 }
 
-QByteArray gbaGame(const std::string &code)
+QByteArray gbaRom(const std::string &code)
 {
     GbaImageSpec spec;
     spec.code = code;
@@ -54,7 +55,7 @@ private slots:
     {
         m_stack = std::make_unique<CartridgeStack>();
         m_options = CliOptions();
-        m_options.command = findCliCommand("read-ram");
+        m_options.request = CliRequest::ReadRam;
     }
 
     void cleanup()
@@ -78,13 +79,13 @@ private slots:
                                                    "  mapper     mbc5             header",
                                                    "  ROM        131072 bytes     header",
                                                    "  save       131072 bytes     header"};
-        QTest::newRow("game table") << gbaGame("A9MP")
+        QTest::newRow("game table") << gbaRom("A9MP")
                                     << QStringList{"  system     gba              header",
                                                    "  ROM        4194304 bytes    game table",
                                                    "  save type  sram             game table",
                                                    "  save       32768 bytes      game table"};
         QTest::newRow("unknown game")
-            << gbaGame("ZZZZ") << QStringList{"  system     gba              header"};
+            << gbaRom("ZZZZ") << QStringList{"  system     gba              header"};
     }
     void everyValueHasItsSource()
     {
@@ -141,8 +142,8 @@ private slots:
         QTest::addColumn<QByteArray>("image");
         QTest::addColumn<int>("system");
         QTest::newRow("GB as GBA") << gbGame(0x1B, 8 * kKibi) << kSystemGba;
-        QTest::newRow("GBA as GB") << gbaGame("A9MP") << kSystemGb;
-        QTest::newRow("unknown GBA game as GB") << gbaGame("ZZZZ") << kSystemGb;
+        QTest::newRow("GBA as GB") << gbaRom("A9MP") << kSystemGb;
+        QTest::newRow("unknown GBA game as GB") << gbaRom("ZZZZ") << kSystemGb;
     }
     void contradictionIsRefused()
     {
@@ -150,10 +151,9 @@ private slots:
         QFETCH(int, system);
         m_options.values.system = system;
         QCOMPARE(look(image).code, ExitCode::Refused);
-        QVERIFY2(
-            m_messages.contains("The cartridge is of another system than --system says. It was "
-                                "only looked at; leave --system out."),
-            qPrintable(m_messages));
+        QVERIFY2(m_messages.contains("The cartridge is of another system than --system says; leave "
+                                     "--system out. The cartridge was only looked at."),
+                 qPrintable(m_messages));
         QVERIFY(!m_messages.contains("Using:"));
     }
 
@@ -169,14 +169,14 @@ private slots:
         QFETCH(int, type);
         QFETCH(QString, reason);
         const QByteArray image = gbGame(static_cast<std::uint8_t>(type), 0);
-        for (const char *command : {"read-ram", "write-ram"}) {
-            m_options.command = findCliCommand(command);
+        for (const CliRequest request : {CliRequest::ReadRam, CliRequest::WriteRam}) {
+            m_options.request = request;
             QCOMPARE(look(image).code, ExitCode::Refused);
             QVERIFY2(m_messages.contains(reason) &&
                          m_messages.contains("The cartridge was only looked at."),
                      qPrintable(m_messages));
         }
-        m_options.command = findCliCommand("dump");
+        m_options.request = CliRequest::Dump;
         QCOMPARE(look(image).code, ExitCode::Done);
     }
 
@@ -190,7 +190,7 @@ private slots:
         m_options.values.ramSize = 8192;
         QCOMPARE(complete(look(image)), ExitCode::Done);
         QCOMPARE(m_job.ramSize, 8192);
-        QCOMPARE(m_job.scriptName, QString("gb_mbc5.nut"));
+        QCOMPARE(QFileInfo(m_job.scriptPath).fileName(), QString("gb_mbc5.nut"));
     }
 
     void unknownCartridgeNeedsTheUser_data()
@@ -202,7 +202,7 @@ private slots:
             << "No cartridge was recognised: push it in again, clean its contacts, or say what "
                "it is.\nMissing --system: one of gb, gba.";
         QTest::newRow("unknown GBA game")
-            << gbaGame("ZZZZ")
+            << gbaRom("ZZZZ")
             << "No table knows this GBA game, and its header tells no more.\n"
                "Missing --rom-size";
     }
@@ -210,7 +210,7 @@ private slots:
     {
         QFETCH(QByteArray, image);
         QFETCH(QString, missing);
-        m_options.command = findCliCommand("dump");
+        m_options.request = CliRequest::Dump;
         const CartridgeLook seen = look(image);
         QCOMPARE(seen.code, ExitCode::Done); // the user may have said it all
         QCOMPARE(complete(seen), ExitCode::NotRecognised);
@@ -244,11 +244,11 @@ private slots:
     {
         QTest::addColumn<int>("call");
         QTest::addColumn<QByteArray>("path");
-        QTest::newRow("commands can not be opened")
+        QTest::newRow("commands cannot be opened")
             << int(DriveCall::OpenForWrite) << QByteArray("CMD.CMD");
-        QTest::newRow("commands can not be written")
+        QTest::newRow("commands cannot be written")
             << int(DriveCall::Write) << QByteArray("CMD.CMD");
-        QTest::newRow("header can not be read") << int(DriveCall::Read) << QByteArray("DUMP.ROM");
+        QTest::newRow("header cannot be read") << int(DriveCall::Read) << QByteArray("DUMP.ROM");
     }
     void readerThatFailsIsTold()
     {
@@ -272,7 +272,7 @@ private slots:
 
     void doubtsStandBelowTheTable()
     {
-        m_options.command = findCliCommand("dump");
+        m_options.request = CliRequest::Dump;
         m_options.values.mapper = kMappers[kMbc5].value;
         QCOMPARE(look(gbGame(0xFD, 0)).code, ExitCode::Done);
         QVERIFY2(m_messages.section("Using:", 1).contains("give --mapper tama5."),
@@ -280,11 +280,13 @@ private slots:
     }
 
 private:
+    CartridgeTask task() const { return *taskOf(m_options.request); }
+
     CartridgeLook look(const QByteArray &image)
     {
         ReportCapture capture(m_style);
-        m_stack->put({{image, {}, kManyLooks, m_faults}});
-        const CartridgeLook seen = lookAtCartridge(m_options, capture.reporter());
+        m_stack->put({{image, {}, kManySearches, m_faults}});
+        const CartridgeLook seen = lookAtCartridge(m_options, task(), capture.reporter());
         m_answers = capture.answers();
         m_messages = capture.messages();
         if (m_style == OutputStyle::Json)
@@ -295,8 +297,7 @@ private:
     ExitCode complete(const CartridgeLook &seen)
     {
         ReportCapture capture(OutputStyle::Text);
-        const ExitCode code =
-            completeLookedAtJob(m_options, seen, "file", capture.reporter(), &m_job);
+        const ExitCode code = makeLookedAtJob(m_options, task(), seen, capture.reporter(), &m_job);
         m_messages = capture.messages();
         return code;
     }
@@ -304,7 +305,7 @@ private:
     std::unique_ptr<CartridgeStack> m_stack;
     std::vector<DriveFault> m_faults;
     CliOptions m_options;
-    CliJob m_job;
+    CartridgeJob m_job;
     OutputStyle m_style = OutputStyle::Text;
     QString m_answers;
     QString m_messages;

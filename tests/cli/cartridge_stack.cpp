@@ -1,11 +1,7 @@
 #include "cartridge_stack.h"
 
 #include "device/device_link.h"
-#include "virtual/cartridge_factory.h"
 #include "virtual/gb_header.h"
-
-#include <QCoreApplication>
-#include <QThread>
 
 #include <csignal>
 
@@ -14,23 +10,13 @@ using namespace virtual_reader;
 namespace
 {
 
-QByteArray bytesOf(const ByteVector &bytes)
-{
-    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
-}
-
 std::unique_ptr<Cartridge> build(const StackedCartridge &cartridge)
 {
     if (cartridge.image.isEmpty())
         return nullptr;
-    std::string error;
-    std::unique_ptr<Cartridge> built = makeCartridge(
-        ByteVector(cartridge.image.begin(), cartridge.image.end()), cartridge.options, &error);
-    if (built == nullptr)
-        qFatal("no cartridge: %s", error.c_str());
-    if (!cartridge.save.isEmpty() &&
-        !built->loadSave(ByteVector(cartridge.save.begin(), cartridge.save.end())))
-        qFatal("the cartridge has no save memory of %d bytes", cartridge.save.size());
+    auto built = cartridgeOf(toByteVector(cartridge.image), cartridge.options);
+    if (!cartridge.save.isEmpty())
+        putSave(built.get(), cartridge.save);
     return built;
 }
 
@@ -55,24 +41,23 @@ CartridgeStack::~CartridgeStack()
 void CartridgeStack::put(const QVector<StackedCartridge> &cartridges)
 {
     m_cartridges = cartridges;
-    m_looksLeft = 0;
+    m_searchesLeft = 0;
     m_isInterrupted = false;
 }
 
 QByteArray CartridgeStack::save()
 {
-    return bytesOf(drive->reader().cartridge().saveImage());
+    return toByteArray(drive->reader().cartridge().saveImage());
 }
 
 QByteArray CartridgeStack::rom()
 {
-    return bytesOf(drive->reader().cartridge().romImage());
+    return toByteArray(drive->reader().cartridge().romImage());
 }
 
 std::uint32_t CartridgeStack::logicalDrives()
 {
-    if (QThread::currentThread() == QCoreApplication::instance()->thread())
-        passLook();
+    passSearch();
     return FaultyDrive::logicalDrives();
 }
 
@@ -83,46 +68,39 @@ DriveStatus CartridgeStack::openForWrite(const char *path, std::unique_ptr<Drive
     return FaultyDrive::openForWrite(path, file);
 }
 
-void CartridgeStack::passLook()
+void CartridgeStack::passSearch()
 {
-    if (m_looksLeft == 0 && !m_cartridges.isEmpty()) {
+    if (m_searchesLeft == 0 && !m_cartridges.isEmpty()) {
         insert(m_cartridges.takeFirst());
-    } else if (m_looksLeft == 0 && !m_isInterrupted) {
+    } else if (m_searchesLeft == 0 && !m_isInterrupted) {
         insert({QByteArray()});
         m_isInterrupted = true;
         std::raise(SIGINT);
     }
-    m_looksLeft = qMax(0, m_looksLeft - 1);
+    m_searchesLeft = qMax(0, m_searchesLeft - 1);
 }
 
 void CartridgeStack::insert(const StackedCartridge &cartridge)
 {
     drive->reader().insertCartridge(build(cartridge));
-    m_looksLeft = cartridge.looks;
+    m_searchesLeft = cartridge.searches;
     clearFaults();
     for (const DriveFault &fault : cartridge.faults)
         addFault(fault);
 }
 
-QByteArray stackedImage(GbImageSpec spec, std::uint8_t colorFlag)
+QByteArray stackedImage(const GbImageSpec &spec, std::uint8_t colorFlag)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
+    ByteVector image = gbImage(spec);
     image[kGbTitleOffset + kGbTitleSize] = colorFlag;
     image[kGbHeaderChecksumOffset] = gbHeaderChecksum(image);
     const std::uint16_t sum = gbGlobalChecksum(image);
     image[kGbGlobalChecksumOffset] = static_cast<std::uint8_t>(sum >> 8);
     image[kGbGlobalChecksumOffset + 1] = static_cast<std::uint8_t>(sum);
-    return bytesOf(image);
+    return toByteArray(image);
 }
 
 QByteArray stackedImage(const GbaImageSpec &spec)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
-    return bytesOf(image);
+    return toByteArray(gbaImage(spec));
 }

@@ -1,15 +1,14 @@
-// A reader whose slot changes between two looks at it, as when a person swaps cartridges.
+// A reader whose slot changes between two searches for it, as when a person swaps cartridges. A
+// look at the cartridge is one search, and so is every job.
 //
-// Only looks of the main thread count: a job, which looks for the reader on its own thread, finds
-// the cartridge that it was started for. One stack at a time: the device link is process-wide.
+// One stack at a time: the device link is process-wide.
 #pragma once
 
-#include "virtual/cartridge_options.h"
+#include "samples.h"
+
 #include "virtual/faulty_drive.h"
-#include "virtual/image_generator.h"
 #include "virtual/in_process_drive.h"
 
-#include <QByteArray>
 #include <QVector>
 
 #include <functional>
@@ -18,7 +17,10 @@
 struct StackedCartridge {
     QByteArray image;     // empty: nothing is in the slot
     QByteArray save = {}; // empty: as the chip comes
-    int looks = 3;        // while this is in the slot; two are needed to recognise it
+    // For the reader while this is in the slot. Two looks recognise it; two reads of the ROM, a
+    // look at the save's cartridge and two reads of the save back it up. More are looks at one that
+    // stays.
+    int searches = 7;
     std::vector<virtual_reader::DriveFault> faults = {}; // of the drive meanwhile
     virtual_reader::CartridgeOptions options = {};
 };
@@ -46,21 +48,21 @@ public:
     QByteArray save();
     QByteArray rom();
 
-    // Called with the path of every file that is opened for writing, on the thread that does it.
+    // Called with the path of every file that is opened for writing.
     std::function<void(const QByteArray &)> onWrite;
 
     std::uint32_t logicalDrives() override;
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;
 
 private:
-    void passLook();
+    void passSearch();
     void insert(const StackedCartridge &cartridge);
 
     QVector<StackedCartridge> m_cartridges;
-    int m_looksLeft = 0;
+    int m_searchesLeft = 0;
     bool m_isInterrupted = false;
 };
 
 // A generated image. `colorFlag` is header byte 0x143.
-QByteArray stackedImage(virtual_reader::GbImageSpec spec, std::uint8_t colorFlag = 0);
+QByteArray stackedImage(const virtual_reader::GbImageSpec &spec, std::uint8_t colorFlag = 0);
 QByteArray stackedImage(const virtual_reader::GbaImageSpec &spec);

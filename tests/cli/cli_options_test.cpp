@@ -1,11 +1,11 @@
 // The command line: what every option means, and what is refused.
 #include "cli/cli_options.h"
 
-#include "cli/cli_command.h"
+#include "cart/setting_tables.h"
 #include "cli/command_table.h"
 #include "test_class.h"
-#include "worker/famicom_thread.h"
 
+#include <QFileInfo>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(CliRequest)
@@ -203,7 +203,7 @@ private slots:
         }
     }
 
-    void jobsHaveTheirRows_data()
+    void jobsHaveTheirTasks_data()
     {
         QTest::addColumn<int>("gbCode");
         QTest::addColumn<int>("gbaCode");
@@ -215,19 +215,25 @@ private slots:
         QTest::newRow("flash") << static_cast<int>(GB_WRITE_FLASH)
                                << static_cast<int>(GBA_WRITE_FLASH);
     }
-    void jobsHaveTheirRows()
+    void jobsHaveTheirTasks()
     {
         const CliOptions options = parse(QTest::currentDataTag() + QString(" f"));
-        QVERIFY(options.command != nullptr);
-        QCOMPARE(QString(options.command->name), QString(QTest::currentDataTag()));
-        QTEST(options.command->gbCode, "gbCode");
-        QTEST(options.command->gbaCode, "gbaCode");
+        QCOMPARE(QString(commandName(options.request)), QString(QTest::currentDataTag()));
+        const std::optional<CartridgeTask> task = taskOf(options.request);
+        QVERIFY(task.has_value());
+        CartridgeJob job;
+        const CartridgeValues gb = {kSystemGb, 0, 32 * kKiB, 8 * kKiB, {}};
+        QVERIFY(makeJob(*task, gb, &job) == MissingValue::None);
+        QTEST(job.operate, "gbCode");
+        const CartridgeValues gba = {kSystemGba, {}, 32 * kKiB, 32 * kKiB, kSaveSram};
+        QVERIFY(makeJob(*task, gba, &job) == MissingValue::None);
+        QTEST(job.operate, "gbaCode");
     }
 
     void otherCommandsHaveNoJob()
     {
         for (const char *words : {"info", "verify f", "backup d", "drives", "check-script f"})
-            QVERIFY2(parse(words).command == nullptr, words);
+            QVERIFY2(!taskOf(parse(words).request), words);
     }
 
     void defaults()
@@ -306,12 +312,12 @@ private slots:
         add("dump f --no-auto --system gb",
             "Missing --mapper: one of none, mbc1, mbc2, mbc3, mbc5, mbc7, tama5.");
         add("dump f --no-auto --system gb --mapper mbc5",
-            "Missing --rom-size: the size can not be guessed.");
+            "Missing --rom-size: the size cannot be guessed.");
         add("write-ram f --no-auto --system gb --mapper mbc5",
-            "Missing --ram-size: the size can not be guessed.");
+            "Missing --ram-size: the size cannot be guessed.");
         add("read-ram f --no-auto --system gba", "Missing --save-type: one of sram, flash, eep.");
         add("read-ram f --no-auto --system gba --save-type eep",
-            "Missing --ram-size: the size can not be guessed.");
+            "Missing --ram-size: the size cannot be guessed.");
         add("read-ram f --no-auto --system gba --save-type sram --ram-size 8K",
             "--ram-size 8192: a save of type sram has 32768 or 65536 bytes.");
         add("write-ram f --no-auto --system gba --save-type flash --ram-size 32K",
@@ -322,7 +328,7 @@ private slots:
         QFETCH(QString, reason);
         const CliOptions options = parse(QTest::currentDataTag());
         if (reason.isEmpty()) {
-            QVERIFY2(options.command != nullptr, qPrintable(options.text));
+            QVERIFY2(taskOf(options.request), qPrintable(options.text));
             QVERIFY(!options.looks);
         } else {
             QVERIFY(options.request == CliRequest::Refuse);
@@ -346,21 +352,18 @@ private slots:
         QFETCH(QString, script);
         const QString mapper = QTest::currentDataTag();
         const CliOptions options = parse("dump f --system gb --rom-size 32K --mapper " + mapper);
-        CliJob job;
-        QString problem;
-        QVERIFY2(completeJob(*options.command, options.path, options.values, &job, &problem),
-                 qPrintable(problem));
-        QCOMPARE(job.scriptName, script);
+        CartridgeJob job;
+        QVERIFY(makeJob(CartridgeTask::Dump, options.values, &job) == MissingValue::None);
+        QCOMPARE(QFileInfo(job.scriptPath).fileName(), script);
         QCOMPARE(parse("check-script f --mapper " + mapper).scriptKind, script);
     }
 
     void gbaHasOneScript()
     {
         const CliOptions options = parse("dump f --system gba --rom-size 1M");
-        CliJob job;
-        QString problem;
-        QVERIFY(completeJob(*options.command, options.path, options.values, &job, &problem));
-        QCOMPARE(job.scriptName, QString("gba.nut"));
+        CartridgeJob job;
+        QVERIFY(makeJob(CartridgeTask::Dump, options.values, &job) == MissingValue::None);
+        QCOMPARE(QFileInfo(job.scriptPath).fileName(), QString("gba.nut"));
         QCOMPARE(parse("check-script f --system gba").scriptKind, QString("gba.nut"));
     }
 
@@ -423,7 +426,7 @@ private slots:
         add("completion csh", "completion ", "completion takes one of bash, zsh, fish.");
         add("help me", "help ", "help takes one of " + all + ".");
         add("dump -", "dump ",
-            "dump needs the name of a file or folder: it can not use standard input or output "
+            "dump needs the name of a file or folder: it cannot use standard input or output "
             "(\"-\").");
         add("--hlep", "", "There is no option --hlep. Did you mean --help?");
         add("dump f --fast", "dump ", "dump has no option --fast.");

@@ -1,5 +1,5 @@
 // What "drives" says about the variables that choose the drives, on Linux.
-#include "cli/drive_list.h"
+#include "cli/commands.h"
 
 #include "device/device_link.h"
 #include "device/drive_advice.h"

@@ -1,5 +1,5 @@
 // The command "drives": why each drive is or is not taken as the reader.
-#include "cli/drive_list.h"
+#include "cli/commands.h"
 
 #include "device/device_link.h"
 #include "drive_shelf.h"

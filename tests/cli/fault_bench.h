@@ -1,12 +1,12 @@
-// One command of the command line on a virtual cartridge whose reader, or whose user's disk, fails in
-// one place; and what is left of it.
+// One command of the command line on a virtual cartridge whose reader, or whose user's disk, fails
+// in one place; and what is left of it.
 //
 // Thread: the main thread of an application, one at a time.
 #pragma once
 
 #include "cli/cli_options.h"
 #include "cli/exit_code.h"
-#include "cli/trial_bench.h"
+#include "trial/trial_bench.h"
 
 #include <QMap>
 #include <QStringList>
@@ -57,24 +57,14 @@ BenchRun runOnBench(const BenchCase &bench, const QVector<virtual_reader::DriveF
 // Whether two contents of the chip are the same as far as it keeps them.
 bool isSameContent(const BenchCase &bench, const QByteArray &left, const QByteArray &right);
 
-// A way to fail.
-struct NamedFault {
-    const char *name;
-    virtual_reader::DriveFault fault;
-};
-
-// All ways in which calls of this kind fail; the first one of them is hit.
-QVector<NamedFault> waysToFail(virtual_reader::DriveCall call);
-
 // What is wrong with a run.
 using BenchCheck = QStringList (*)(const BenchCase &, const BenchRun &);
 
-enum class Ways {
-    All,
-    InTurn // an error for every call, and one of the other ways; all of them if the environment
-           // has GBDRIVER_ALL_FAULTS
+struct FaultCount {
+    int injected = 0;
+    int problems = 0;
 };
 
-// Fails every call that the command makes, one after the other, each in a run of its own.
-// Returns: number of faults injected. Problems are added to `*problems`, each with its fault.
-int failEveryCall(const BenchCase &bench, Ways ways, BenchCheck check, QStringList *problems);
+// Fails every call that the command makes, one after the other, each in a run of its own. Says the
+// figures, and every problem with its fault on a line of its own.
+FaultCount failEveryCall(const BenchCase &bench, BenchCheck check);

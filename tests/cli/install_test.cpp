@@ -28,7 +28,7 @@ private slots:
             CMAKE_PROGRAM, QStringList({"--install", BUILD_FOLDER, "--prefix", m_prefix.path()}));
         QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.err));
         m_image = mbc5Image(kRomSize, kRamSize);
-        QVERIFY(writeFile(m_files.filePath("cart.gb"), m_image));
+        putFile(m_files.filePath("cart.gb"), m_image);
     }
 
     void everyMapperScriptStandsBesideTheProgram()
@@ -38,8 +38,8 @@ private slots:
         QVERIFY(!scripts.isEmpty());
         QCOMPARE(installed.entryList(QDir::Files), scripts);
         for (const QString &script : scripts)
-            QVERIFY2(fileBytes(installed.filePath(script)) ==
-                         fileBytes(QDir(MAPPER_FOLDER).filePath(script)),
+            QVERIFY2(contentOf(installed.filePath(script)) ==
+                         contentOf(QDir(MAPPER_FOLDER).filePath(script)),
                      qPrintable(script));
     }
 
@@ -75,7 +75,7 @@ private slots:
             runProgram(m_prefix.filePath(LINK_FOLDER "/gbdriver-cli"), words);
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
         QVERIFY(!result.out.isEmpty());
-        QCOMPARE(QString::fromLatin1(fileBytes(m_prefix.filePath(QTest::currentDataTag()))),
+        QCOMPARE(QString::fromLatin1(contentOf(m_prefix.filePath(QTest::currentDataTag()))),
                  result.out);
     }
 
@@ -88,9 +88,9 @@ private slots:
     void writtenPagesAreInstalled()
     {
         QFETCH(QString, page);
-        const QByteArray written = fileBytes(PAGES_FOLDER "/" + page);
+        const QByteArray written = contentOf(PAGES_FOLDER "/" + page);
         QVERIFY(!written.isEmpty());
-        QCOMPARE(fileBytes(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
+        QCOMPARE(contentOf(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
     }
 
     // The link on the user's path must lead to the scripts as well.
@@ -110,7 +110,7 @@ private slots:
                        "dump " + dump + " --system gb --mapper mbc5 --rom-size 128K",
                        {"cart=" + m_files.filePath("cart.gb"), ""});
         QVERIFY2(result.exitCode == 0, qPrintable(result.err));
-        QVERIFY(fileBytes(dump) == m_image);
+        QVERIFY(contentOf(dump) == m_image);
     }
 
 private:

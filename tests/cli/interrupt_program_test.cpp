@@ -102,9 +102,9 @@ private slots:
         QFETCH(QByteArray, line);
         const QByteArray old = noise(128 * kKibi, 1);
         const QByteArray other = noise(128 * kKibi, 2);
-        QVERIFY(writeFile(path("chip.sav"), old));
-        QVERIFY(writeFile(path("new.sav"), other));
-        QVERIFY(writeFile(path("cart.gb"), mbc5Image(64 * kKibi, 128 * kKibi)));
+        putFile(path("chip.sav"), old);
+        putFile(path("new.sav"), other);
+        putFile(path("cart.gb"), mbc5Image(64 * kKibi, 128 * kKibi));
         MountedReader reader;
         QCOMPARE(reader.start(path("cart.gb"), path("chip.sav")), QString());
 
@@ -121,11 +121,11 @@ private slots:
         QVERIFY(filesIn("backups").filter(".part").isEmpty());
         const bool isWritten = messages.contains("Start write save...");
         QVERIFY2(program.exitCode() == (isWritten ? 0 : 9), qPrintable(messages));
-        QVERIFY(fileBytes(path("chip.sav")) == (isWritten ? other : old));
+        QVERIFY(contentOf(path("chip.sav")) == (isWritten ? other : old));
         if (isWritten)
-            QVERIFY(fileBytes(path("backups/" + filesIn("backups").value(0))) == old);
+            QVERIFY(contentOf(path("backups/" + filesIn("backups").value(0))) == old);
         else
-            QVERIFY2(messages.contains("The cartridge is as it was"), qPrintable(messages));
+            QVERIFY2(saysUnwritten(messages), qPrintable(messages));
     }
 
     void endlessEraseIsLeftWithTheWayBack()
@@ -133,8 +133,8 @@ private slots:
         const QByteArray old = gbImage(kMbc5, 64 * kKibi, 0);
         QByteArray other = old;
         other[0x4000] = static_cast<char>(other[0x4000] ^ 1);
-        QVERIFY(writeFile(path("cart.gb"), old));
-        QVERIFY(writeFile(path("new.gb"), other));
+        putFile(path("cart.gb"), old);
+        putFile(path("new.gb"), other);
         RunningProgram program;
         program.start({"flash", path("new.gb"), "--backup", path("backups")},
                       "GBDRIVER_VIRTUAL_READER",
@@ -148,11 +148,11 @@ private slots:
         const QStringList backups = filesIn("backups");
         QCOMPARE(backups.size(), 1);
         const QString backup = path("backups/" + backups[0]);
-        QVERIFY(fileBytes(backup) == old);
+        QVERIFY(contentOf(backup) == old);
         for (const QString &text :
              {QString("Ctrl-C ends the wait, and what the chip held may then be lost."),
               QString("only the wait for an erase can be cut short"),
-              QString("Stopped while the chip was being erased. Its content may be lost."),
+              QString("Stopped while the chip was being erased. What the chip held may be lost."),
               "gbdriver-cli flash \"" + backup + "\""})
             QVERIFY2(messages.contains(text), qPrintable(messages));
     }
@@ -170,6 +170,12 @@ private slots:
     }
 
 private:
+    static bool saysUnwritten(const QString &messages)
+    {
+        return messages.contains("the cartridge is as it was.") ||
+               messages.contains("The cartridge was only read.");
+    }
+
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
     QStringList filesIn(const QString &folder) const
@@ -180,7 +186,7 @@ private:
     // A dump of 8 MiB whose first bytes have arrived.
     void startDump(MountedReader *reader, RunningProgram *program)
     {
-        QVERIFY(writeFile(path("cart.gb"), gbImage(kMbc5, 8 * kMebi, 0)));
+        putFile(path("cart.gb"), gbImage(kMbc5, 8 * kMebi, 0));
         QCOMPARE(reader->start(path("cart.gb")), QString());
         QVERIFY(QDir(path("")).mkdir("dump"));
         program->start({"dump", path("dump/game.gb")}, "GBDRIVER_DRIVES", reader->declaration());

@@ -1,11 +1,8 @@
 // Ctrl-C at every single moment of a command, on the reader in this process: whatever the moment,
 // no half file lies under the final name and the save is in the cartridge or in the backup.
 #include "cartridge_stack.h"
-#include "cli/cli_command.h"
-#include "cli/dump_command.h"
-#include "cli/flash_command.h"
+#include "cli/commands.h"
 #include "cli/interrupt.h"
-#include "cli/save_commands.h"
 #include "program_run.h"
 #include "report_capture.h"
 #include "script/erase_poll.h"
@@ -26,7 +23,7 @@ constexpr std::uint32_t kKibi = 1024;
 constexpr std::uint8_t kMbc5 = 0x19;
 constexpr std::uint8_t kMbc5RamBattery = 0x1B;
 constexpr int kCommandsOfALook = 2; // they select the bus
-constexpr int kManyLooks = 1000;
+constexpr int kManySearches = 1000;
 constexpr int kMostMoments = 500;
 
 using Command = ExitCode (*)(const CliOptions &, Reporter &);
@@ -40,6 +37,7 @@ void interruptTheErase(unsigned long)
 
 } // namespace
 
+Q_DECLARE_METATYPE(CliRequest)
 Q_DECLARE_METATYPE(Command)
 
 class InterruptTest : public QObject
@@ -68,26 +66,26 @@ private slots:
 
     void readLeavesNoFile_data()
     {
-        QTest::addColumn<QString>("name");
+        QTest::addColumn<CliRequest>("request");
         QTest::addColumn<Command>("command");
         QTest::addColumn<bool>("readsTwice");
-        QTest::newRow("dump") << "dump" << Command(runDump) << true;
-        QTest::newRow("dump, read once") << "dump" << Command(runDump) << false;
-        QTest::newRow("read-ram") << "read-ram" << Command(runReadRam) << true;
-        QTest::newRow("read-ram, once") << "read-ram" << Command(runReadRam) << false;
+        QTest::newRow("dump") << CliRequest::Dump << Command(runDump) << true;
+        QTest::newRow("dump, read once") << CliRequest::Dump << Command(runDump) << false;
+        QTest::newRow("read-ram") << CliRequest::ReadRam << Command(runReadRam) << true;
+        QTest::newRow("read-ram, once") << CliRequest::ReadRam << Command(runReadRam) << false;
     }
     void readLeavesNoFile()
     {
-        QFETCH(QString, name);
+        QFETCH(CliRequest, request);
         QFETCH(Command, command);
         QFETCH(bool, readsTwice);
-        prepare(name, path("file"));
+        prepare(request, path("file"));
         m_options.verifies = readsTwice;
         int moment = 0;
         while (interruptAt(++moment, command) == ExitCode::Cancelled) {
             QCOMPARE(filesIn(""), QStringList());
             QVERIFY(m_stack->save() == m_old);
-            QVERIFY2(m_messages.contains("The cartridge is as it was"), qPrintable(m_messages));
+            QVERIFY2(saysUnchanged(), qPrintable(m_messages));
             QCOMPARE(m_messages.contains("Start dump"), moment > kCommandsOfALook);
             QVERIFY(moment < kMostMoments);
         }
@@ -100,8 +98,8 @@ private slots:
     // Also between backup and write, where the backup's file is written.
     void saveIsInTheCartridgeOrInTheBackup()
     {
-        QVERIFY(writeFile(path("new.sav"), m_new));
-        prepare("write-ram", path("new.sav"));
+        putFile(path("new.sav"), m_new);
+        prepare(CliRequest::WriteRam, path("new.sav"));
         int cancelled = 0;
         int finished = 0;
         int moment = 0;
@@ -115,13 +113,13 @@ private slots:
             if (code == ExitCode::Cancelled) {
                 QCOMPARE(finished, 0); // a write that has begun is brought to its end
                 QVERIFY(m_stack->save() == m_old);
-                QVERIFY2(m_messages.contains("The cartridge is as it was"), qPrintable(m_messages));
+                QVERIFY2(saysUnchanged(), qPrintable(m_messages));
                 ++cancelled;
             } else {
                 QCOMPARE(code, ExitCode::Done);
                 QVERIFY(m_stack->save() == m_new);
                 QCOMPARE(backups.size(), 1);
-                QVERIFY(fileBytes(path("backups/" + backups[0])) == m_old);
+                QVERIFY(contentOf(path("backups/" + backups[0])) == m_old);
                 ++finished;
             }
         }
@@ -131,8 +129,8 @@ private slots:
 
     void stopBeforeTheWriteNamesTheBackup()
     {
-        QVERIFY(writeFile(path("new.sav"), m_new));
-        prepare("write-ram", path("new.sav"));
+        putFile(path("new.sav"), m_new);
+        prepare(CliRequest::WriteRam, path("new.sav"));
         m_stack->onWrite = [](const QByteArray &file) {
             if (file.endsWith(".part"))
                 std::raise(SIGINT);
@@ -140,9 +138,10 @@ private slots:
         QCOMPARE(run(runWriteRam), ExitCode::Cancelled);
         const QStringList backups = filesIn("backups");
         QCOMPARE(backups.size(), 1);
-        QVERIFY(fileBytes(path("backups/" + backups[0])) == m_old);
+        QVERIFY(contentOf(path("backups/" + backups[0])) == m_old);
         QVERIFY(m_stack->save() == m_old);
-        QVERIFY2(m_messages.contains("Stopped before the write. The cartridge is as it was."),
+        QVERIFY2(m_messages.contains("Stopped before the write. Nothing was written; the cartridge "
+                                     "is as it was."),
                  qPrintable(m_messages));
         QVERIFY2(m_messages.contains("Backup: " + m_options.backupFolder), qPrintable(m_messages));
     }
@@ -151,9 +150,9 @@ private slots:
     {
         const QByteArray rom = stackedImage(GbImageSpec{kMbc5, 64 * kKibi, 0, "OLD", 1});
         const QByteArray other = stackedImage(GbImageSpec{kMbc5, 64 * kKibi, 0, "NEW", 2});
-        QVERIFY(writeFile(path("new.gb"), other));
-        prepare("flash", path("new.gb"));
-        m_cartridge = {rom, {}, kManyLooks};
+        putFile(path("new.gb"), other);
+        prepare(CliRequest::Flash, path("new.gb"));
+        m_cartridge = {rom, {}, kManySearches};
         m_cartridge.options.flash = FlashWidth::Byte;
         m_cartridge.options.flashChip.eraseNeverEnds = true;
         setPollWaiter(interruptTheErase);
@@ -164,12 +163,12 @@ private slots:
     void endlessEraseOfASaveIsLeft()
     {
         const QByteArray old = noise(64 * kKibi, 1);
-        QVERIFY(writeFile(path("new.sav"), noise(64 * kKibi, 2)));
-        prepare("write-ram", path("new.sav"));
+        putFile(path("new.sav"), noise(64 * kKibi, 2));
+        prepare(CliRequest::WriteRam, path("new.sav"));
         GbaImageSpec game;
         game.code = "AWRP"; // FLASH of 64 KiB in the game table
         game.saveKind = SaveKind::Flash64k;
-        m_cartridge = {stackedImage(game), old, kManyLooks};
+        m_cartridge = {stackedImage(game), old, kManySearches};
         m_cartridge.options.flashChip.eraseNeverEnds = true;
         setPollWaiter(interruptTheErase);
         QCOMPARE(run(runWriteRam), ExitCode::Cancelled);
@@ -177,6 +176,14 @@ private slots:
     }
 
 private:
+    // What the ways to stop before a write say of the cartridge.
+    bool saysUnchanged() const
+    {
+        return m_messages.contains("Stopped; no file was made. The cartridge was only looked at.") ||
+               m_messages.contains("Nothing was written; the cartridge is as it was.") ||
+               m_messages.contains("The cartridge was only read.");
+    }
+
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
     QStringList filesIn(const QString &folder) const
@@ -184,11 +191,11 @@ private:
         return QDir(path(folder)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 
-    void prepare(const QString &command, const QString &file)
+    void prepare(CliRequest request, const QString &file)
     {
-        m_options.command = findCliCommand(command);
+        m_options.request = request;
         m_options.path = file;
-        m_cartridge = {m_image, m_old, kManyLooks};
+        m_cartridge = {m_image, m_old, kManySearches};
     }
 
     ExitCode run(Command command)
@@ -201,8 +208,8 @@ private:
         return code;
     }
 
-    // Ctrl-C when the `moment`th file is opened for writing: every command to the reader is one, and
-    // so is every file of the user's.
+    // Ctrl-C when the `moment`th file is opened for writing: every command to the reader is one,
+    // and so is every file of the user's.
     ExitCode interruptAt(int moment, Command command)
     {
         int left = moment;
@@ -220,10 +227,10 @@ private:
         const QStringList backups = filesIn("backups");
         QCOMPARE(backups.size(), 1);
         const QString backup = path("backups/" + backups[0]);
-        QVERIFY(fileBytes(backup) == old);
+        QVERIFY(contentOf(backup) == old);
         for (const QString &text :
              {QString("Asked to stop."), QString("only the wait for an erase can be cut short"),
-              QString("Stopped while the chip was being erased. Its content may be lost."),
+              QString("Stopped while the chip was being erased. What the chip held may be lost."),
               "gbdriver-cli " + command + " \"" + backup + "\""})
             QVERIFY2(m_messages.contains(text), qPrintable(text + "\n" + m_messages));
     }

@@ -37,7 +37,7 @@ private slots:
         QVERIFY2(!QStandardPaths::findExecutable("mandoc").isEmpty(),
                  "mandoc is missing; tools/setup.sh installs it");
         m_page = m_folder.filePath("gbdriver-cli.1");
-        QVERIFY(writeFile(m_page, manualPage().toLatin1()));
+        putFile(m_page, manualPage().toLatin1());
     }
 
     // The pages have no date: the version says how old they are.

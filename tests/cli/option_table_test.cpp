@@ -1,6 +1,7 @@
 // What is taken for a slip of the fingers, and what is not.
 #include "cli/option_table.h"
 
+#include "cli/command_table.h"
 #include "test_class.h"
 
 #include <QtTest>
@@ -48,6 +49,14 @@ private slots:
     }
 
     void noWordsNoSuggestion() { QCOMPARE(nearWord("dump", {}), QString()); }
+
+    void commandsAreFoundByTheirWholeName()
+    {
+        for (const char *name : {"dump", "read-ram", "write-ram"})
+            QVERIFY2(findCommand(name) != nullptr, name);
+        for (const char *name : {"", "Dump", "dum", "dumps"})
+            QVERIFY2(findCommand(name) == nullptr, name);
+    }
 };
 
 GBDRIVER_TEST(OptionTableTest, core)

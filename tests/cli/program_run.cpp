@@ -1,28 +1,15 @@
 #include "program_run.h"
 
-#include "virtual/image_generator.h"
-
-#include <QFile>
-#include <QOperatingSystemVersion>
-#include <QProcess>
-#include <QProcessEnvironment>
-
 using namespace virtual_reader;
 
 namespace
 {
 
-constexpr int kDeadlineMs = 120 * 1000;
 constexpr std::uint8_t kMbc5RamBattery = 0x1B;
 
 constexpr int kHeaderSumBegin = 0x134;
 constexpr int kHeaderChecksum = 0x14D;
 constexpr int kGlobalChecksum = 0x14E; // high byte first
-
-QByteArray toByteArray(const ByteVector &bytes)
-{
-    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
-}
 
 QProcessEnvironment environmentFor(const ReaderChoice &reader)
 {
@@ -41,22 +28,10 @@ QProcessEnvironment environmentFor(const ReaderChoice &reader)
 ProgramResult runProgram(const QString &program, const QStringList &arguments,
                          const ReaderChoice &reader)
 {
-    QProcess process;
-    process.setProcessEnvironment(environmentFor(reader));
-    process.start(program, arguments);
-    if (!process.waitForFinished(kDeadlineMs)) {
-        const QString reason = program + ": " + process.errorString();
-        process.kill();
-        process.waitForFinished();
-        qWarning("%s", qPrintable(reason));
-        return {-1, {}, reason};
-    }
-    const bool crashed = process.exitStatus() != QProcess::NormalExit;
-    if (crashed)
-        qWarning("%s crashed with exit code %#x", qPrintable(program),
-                 static_cast<unsigned>(process.exitCode()));
-    return {crashed ? -1 : process.exitCode(), printedText(process.readAllStandardOutput()),
-            printedText(process.readAllStandardError())};
+    const ProcessRun run = runProcess(program, arguments, environmentFor(reader));
+    if (run.exitCode == -1)
+        qWarning("%s did not run to its end: %s", qPrintable(program), run.errors.constData());
+    return {run.exitCode, printedText(run.output), printedText(run.errors)};
 }
 
 ProgramResult runProgram(const QString &program, const QString &words, const ReaderChoice &reader)
@@ -67,27 +42,12 @@ ProgramResult runProgram(const QString &program, const QString &words, const Rea
 
 QByteArray gbImage(std::uint8_t type, std::uint32_t romSize, std::uint32_t ramSize)
 {
-    GbImageSpec spec;
-    spec.type = type;
-    spec.romSize = romSize;
-    spec.ramSize = ramSize;
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
-    return toByteArray(image);
+    return toByteArray(gbImage(GbImageSpec{type, romSize, ramSize}));
 }
 
 QByteArray gbaImage(const QString &code, std::uint32_t romSize)
 {
-    GbaImageSpec spec;
-    spec.code = code.toStdString();
-    spec.romSize = romSize;
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
-    return toByteArray(image);
+    return toByteArray(gbaGame(code, romSize));
 }
 
 QByteArray mbc5Image(std::uint32_t romSize, std::uint32_t ramSize)
@@ -115,29 +75,4 @@ QByteArray withHeaderByte(QByteArray image, int offset, char value)
         sum -= static_cast<unsigned char>(image[at]) + 1;
     image[kHeaderChecksum] = static_cast<char>(sum);
     return withGlobalChecksum(image);
-}
-
-QByteArray noise(std::uint32_t size, unsigned seed)
-{
-    return toByteArray(makeNoise(size, seed));
-}
-
-QString printedText(const QByteArray &bytes)
-{
-    QString text = QString::fromLocal8Bit(bytes);
-    if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
-        text.replace("\r\n", "\n");
-    return text;
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -1,13 +1,11 @@
 // Runs a built program to its end and looks at what it said.
 #pragma once
 
+#include "files.h"
+#include "process_run.h"
+#include "samples.h"
+
 #include "cli/exit_code.h"
-
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
-
-#include <cstdint>
 
 struct ProgramResult {
     int exitCode = -1; // -1: did not start, did not end, or crashed
@@ -51,13 +49,3 @@ QByteArray withGlobalChecksum(QByteArray image);
 
 // A GB image with another byte at `offset` of its header, and both checksums right again.
 QByteArray withHeaderByte(QByteArray image, int offset, char value);
-
-// `size` bytes that differ from one place to the next and between seeds.
-QByteArray noise(std::uint32_t size, unsigned seed);
-
-// What a program printed in the system's encoding, with lines that end in "\n": those of Windows
-// programs end in two characters.
-QString printedText(const QByteArray &bytes);
-
-bool writeFile(const QString &path, const QByteArray &bytes);
-QByteArray fileBytes(const QString &path);

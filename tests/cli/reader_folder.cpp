@@ -14,9 +14,8 @@ ReaderFolder::ReaderFolder(std::uint32_t dataSize) : m_root(readerFolderRoot(m_o
 {
     QByteArray identity(kIdentityFileSize, '\0');
     identity.replace(kIdentityOffset, 6, "FOLDER");
-    if (!writeFile(path("K-DRIVER.DMP"), identity) ||
-        !writeFile(path("DUMP.ROM"), noise(dataSize, 3)))
-        qFatal("cannot lay out the drive in %s", qPrintable(m_root));
+    putFile(path("K-DRIVER.DMP"), identity);
+    putFile(path("DUMP.ROM"), noise(static_cast<int>(dataSize), 3));
 }
 
 void ReaderFolder::refuseCommands() const

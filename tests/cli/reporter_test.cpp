@@ -1,7 +1,7 @@
 // What arrives on standard output and standard error in each style.
 #include "cli/reporter.h"
 
-#include "cli/verdict.h"
+#include "cli/telling.h"
 #include "output_file.h"
 #include "report_capture.h"
 #include "test_class.h"
@@ -155,7 +155,7 @@ private slots:
         Reporter reporter(target);
         RomEvidence evidence;
         evidence.differences = "bank 3";
-        tellVerdict(judgeRom(evidence), {{"file", "a.gb"}, {"size", 3}, {"sha1", "00"}}, reporter);
+        tellVerdict(judgeRom(evidence), {"a.gb", 3, QByteArray(1, '\0'), 2}, reporter);
         QTEST(answers.text().section('\n', 0, 0), "line");
         QCOMPARE(answers.text().section('\n', 1), QString("a.gb: 3 bytes, SHA-1 00\n"));
     }

@@ -1,5 +1,5 @@
-// What write-ram does with files that do not fit, with folders that can not hold a backup, and what a
-// refused job says.
+// What write-ram does with files that do not fit, with folders that cannot hold a backup, and what
+// a refused job says.
 #include "bench_cases.h"
 #include "test_class.h"
 #include "write_faults.h"
@@ -42,6 +42,7 @@ private slots:
     void takenBackupFolderStopsTheWrite();
     void saveCanBeErased();
     void reasonOfTheScriptIsTold();
+    void refusedWriteIsToldOnce();
     void suspiciousSaveReplacesNothing();
 };
 
@@ -158,7 +159,7 @@ void SaveCommandsTest::largerFlashChipIsNotErased()
         const BenchRun run = runOnBench(bench);
         QVERIFY2(run.code == ExitCode::Refused, qPrintable(run.told));
         QCOMPARE(run.found, run.old);
-        QVERIFY2(run.told.contains("give --ram-size 128K"), qPrintable(run.told));
+        QVERIFY2(run.told.contains("Give --ram-size 128K"), qPrintable(run.told));
     }
 }
 
@@ -211,6 +212,21 @@ void SaveCommandsTest::reasonOfTheScriptIsTold()
     QCOMPARE(run.code, ExitCode::Refused);
     QVERIFY2(run.told.contains("MBC5: cannot read a ROM of 49152 bytes"), qPrintable(run.told));
     QVERIFY(!run.hasFile);
+}
+
+void SaveCommandsTest::refusedWriteIsToldOnce()
+{
+    constexpr int kNoSaveSize = 16 * 1024;
+    BenchCase bench = writing(kNoSaveSize);
+    bench.values.ramSize = kNoSaveSize;
+    bench.forces = true;
+    bench.makesBackup = false;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::Refused);
+    QCOMPARE(run.found, run.old);
+    QVERIFY2(run.told.startsWith("MBC5: cannot read or write a save of 16384 bytes"),
+             qPrintable(run.told));
+    QCOMPARE(run.told.count("Nothing was written; the cartridge is as it was."), 1);
 }
 
 // What a cartridge with an empty battery or dirty contacts gives.

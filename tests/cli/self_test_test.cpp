@@ -1,28 +1,13 @@
 // The command "selftest": right scripts pass, spoiled ones are noticed, nobody is named.
-#include "cli/self_test.h"
+#include "cli/commands.h"
 
-#include "cli/file_sha1.h"
-#include "cli/self_test_jobs.h"
 #include "report_capture.h"
 #include "script_folder.h"
 #include "test_class.h"
+#include "trial/self_test_jobs.h"
+#include "trust/file_sha1.h"
 
 #include <QtTest>
-
-namespace
-{
-
-// Runs the row of that name.
-SelfTestResult runRow(const QString &name, const QString &folder)
-{
-    for (const SelfTestRow &row : kSelfTestRows) {
-        if (name == row.name)
-            return runSelfTestRow(row, folder);
-    }
-    qFatal("no such row");
-}
-
-} // namespace
 
 class SelfTestTest : public QObject
 {
@@ -31,12 +16,9 @@ class SelfTestTest : public QObject
 private slots:
     void shippedScriptsPass();
     void spoiledScriptFailsItsRowsAlone();
-    void spoiledJobIsNoticed_data();
-    void spoiledJobIsNoticed();
     void missingScriptsFailEveryRow();
     void jsonDescribesTheSystem();
     void noFolderOfTheUserIsNamed();
-    void everyRowHasANameOfItsOwn();
 
 private:
     // Runs the self-test and sorts what it says by "part".
@@ -69,92 +51,17 @@ void SelfTestTest::shippedScriptsPass()
         QVERIFY2(line.size() <= 80, qPrintable(line));
 }
 
-void SelfTestTest::spoiledJobIsNoticed_data()
-{
-    QTest::addColumn<QString>("row");
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("zeros for a dump")
-        << "dump, no mapper"
-        << "gb_mbc0.nut" << QByteArray("function cpu_dump(d, s, _) {}")
-        << "only 0 of 32768 bytes were moved";
-    QTest::newRow("banks in the wrong order")
-        << "dump, no mapper"
-        << "gb_mbc0.nut"
-        << QByteArray("function cpu_dump(d, s, _) {"
-                      "cpu_read(d, 0x4000, 0x4000); cpu_read(d, 0, 0x4000); }")
-        << "the dump is wrong in ";
-    QTest::newRow("first bank twice")
-        << "dump, GBA"
-        << "gba.nut"
-        << QByteArray("function cpu_dump(d, s, _) {"
-                      "for (local i = 0; i < s; i += 0x100000) cpu_read(d, 0, 0x100000); }")
-        << "the dump is wrong in ";
-    QTest::newRow("save written to a closed RAM")
-        << "save, MBC5"
-        << "gb_mbc5.nut"
-        << QByteArray("function save_write(d, s, _) {"
-                      "for (local i = 0; i < s; i += 0x2000) ram_write(d, 0xA000, 0x2000); }")
-        << "write: the save in the cartridge is wrong in ";
-    QTest::newRow("save read from a closed RAM")
-        << "save, GBA EEPROM"
-        << "gba.nut"
-        << QByteArray("function save_write(d, s, _) { ram_write(d, 0, s); }\n"
-                      "function save_dump(d, s, _) {"
-                      "for (local i = 0; i < s; i += 8) ram_read(d, 0, 8); }")
-        << "read: the save file is wrong in ";
-    QTest::newRow("chip that nobody erases")
-        << "flash, 8-bit chip"
-        << "gb_mbc5.nut"
-        << QByteArray("function cpu_erase(d, s, _) {}\nfunction cpu_flash(d, s, _) {}")
-        << "failed: The erase does not end.";
-    QTest::newRow("chip of the other width")
-        << "flash, 16-bit chip"
-        << "gb_mbc5.nut"
-        << QByteArray("function cpu_erase(d, s, _) {"
-                      "cpu_write(d, 0xAAA, 0xAA, 0x555, 0x55, 0xAAA, 0x80,"
-                      "0xAAA, 0xAA, 0x555, 0x55, 0xAAA, 0x10); }\n"
-                      "function cpu_flash(d, s, _) { rom_flash_cfg(d, 0);"
-                      "for (local i = 0; i < s; i += 0x4000) {"
-                      "cpu_write(d, 0x2000, i / 0x4000); rom_write(d, 0x4000, 0x4000); } }")
-        << "the flash chip is wrong in ";
-    QTest::newRow("impossible size accepted")
-        << "must fail: impossible size"
-        << "gb_mbc5.nut" << QByteArray("function cpu_dump(d, s, _) {}") << "reported success";
-    QTest::newRow("impossible size fails by accident")
-        << "must fail: impossible size"
-        << "gb_mbc5.nut" << QByteArray("function cpu_dump(d, s, _) { throw \"oops\"; }")
-        << "failed for another reason: ";
-    QTest::newRow("reader's end not noticed")
-        << "must fail: reader pulled out"
-        << "gb_mbc5.nut"
-        << QByteArray("function cpu_dump(d, s, _) { for (local i = 0; i < 16; i++) {"
-                      "try { cpu_read(d, 0, 0x4000); } catch (e) {} } }")
-        << "reported success";
-}
-
-void SelfTestTest::spoiledJobIsNoticed()
-{
-    QFETCH(QString, row);
-    QFETCH(QString, script);
-    QFETCH(QByteArray, text);
-    QFETCH(QString, problem);
-    ScriptFolder folder;
-    folder.write(script, text);
-    const SelfTestResult result = runRow(row, folder.path());
-    QVERIFY2(result.problem.startsWith(problem), qPrintable(result.problem));
-}
-
 void SelfTestTest::missingScriptsFailEveryRow()
 {
     const QTemporaryDir folder;
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runSelfTest(capture.reporter(), folder.path()), ExitCode::DataMismatch);
-    // Without a reader no script is asked for.
-    QCOMPARE(capture.answers().count("FAILED"), int(kSelfTestRows.size()) - 1);
+    QCOMPARE(capture.answers().count("FAILED"), int(kSelfTestRows.size()));
     QVERIFY(capture.answers().contains("FAILED: failed: dump core script error\n"));
-    QVERIFY(capture.answers().contains("\n1 of 22 as they should be, in "));
+    // A script that is missing is noticed before a reader that is not there.
+    QCOMPARE(capture.answers().count("FAILED: failed for another reason: dump core script error\n"),
+             3);
+    QVERIFY(capture.answers().contains("\n0 of 22 as they should be, in "));
 }
 
 void SelfTestTest::spoiledScriptFailsItsRowsAlone()
@@ -209,14 +116,6 @@ void SelfTestTest::noFolderOfTheUserIsNamed()
     QVERIFY(text.contains("\nScripts    mapper\n"));
     for (const char *word : {"rgen", "Doe", "private", "/"})
         QVERIFY2(!QString(text).remove("GNU/Linux").contains(word), word);
-}
-
-void SelfTestTest::everyRowHasANameOfItsOwn()
-{
-    QSet<QString> names;
-    for (const SelfTestRow &row : kSelfTestRows)
-        names << row.name;
-    QCOMPARE(names.size(), int(kSelfTestRows.size()));
 }
 
 GBDRIVER_TEST(SelfTestTest, core)

@@ -67,9 +67,9 @@ private slots:
         for (const QString &shell : kShells) {
             QVERIFY2(!QStandardPaths::findExecutable(shell).isEmpty(),
                      qPrintable(shell + " is missing; tools/setup.sh installs it"));
-            QVERIFY(writeFile(m_home.filePath("." + shell), completionScript(shell).toLatin1()));
+            putFile(m_home.filePath("." + shell), completionScript(shell).toLatin1());
         }
-        QVERIFY(writeFile(m_home.filePath("game.gb"), "game"));
+        putFile(m_home.filePath("game.gb"), "game");
         QVERIFY(QDir(m_home.path()).mkdir("games"));
         QVERIFY(QDir::setCurrent(m_home.path()));
     }

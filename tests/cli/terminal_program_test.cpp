@@ -28,7 +28,7 @@ public:
             qFatal("no pseudo terminal");
         m_programSide = ::open(ptsname(m_terminal), O_RDWR | O_NOCTTY);
         if (m_programSide < 0)
-            qFatal("the pseudo terminal can not be opened");
+            qFatal("the pseudo terminal cannot be opened");
     }
     ~TerminalProcess() override
     {
@@ -68,7 +68,7 @@ private slots:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(writeFile(m_folder->filePath("cart.gb"), gbImage(0x19, 512 * 1024, 0)));
+        putFile(m_folder->filePath("cart.gb"), gbImage(0x19, 512 * 1024, 0));
     }
 
     void environmentTakesBarAndColourAway_data()

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Validates what gbdriver-cli prints with --json.
 
-usage: validate_events.py SCHEMA < LINES
+usage: validate_events.py SCHEMA FILE...
 
-Every line must be an object that the schema describes, and the last one, and no other, the event
-"end". Prints the name of each definition that a line matched, one a line. Ends with 1 and says on
-standard error which line is wrong, and how.
+Each file holds the output of one run: every line must be an object that the schema describes, and
+the last one, and no other, the event "end". Prints one line of JSON for each file: the definitions
+that its lines matched, in order; and the problem, which says which line is wrong, and how.
 """
 import json
 import sys
@@ -29,6 +29,24 @@ def definition_of(validators, event):
     raise ValueError("matches %s\n  %s" % (matches or "nothing", "\n  ".join(reasons)))
 
 
+def validate(validators, whole, output):
+    """The definitions that the lines match, and the first problem."""
+    lines = output.split("\n")
+    if lines.pop() != "" or not lines:
+        return [], "The output is empty or does not end with a line break."
+    definitions = []
+    for number, line in enumerate(lines, 1):
+        try:
+            event = json.loads(line)
+            definitions.append(definition_of(validators, event))
+            whole.validate(event)
+            if (event["event"] == "end") != (number == len(lines)):
+                raise ValueError('"end" must be the last line, and only that')
+        except (ValueError, jsonschema.ValidationError) as error:
+            return definitions, "line %d, %s\n  %s" % (number, line, error)
+    return definitions, ""
+
+
 def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         schema = json.load(file)
@@ -40,18 +58,10 @@ def main():
         for row in schema["oneOf"]
     }
     whole = jsonschema.Draft7Validator(schema)
-    lines = sys.stdin.buffer.read().decode("utf-8").split("\n")
-    if lines.pop() != "" or not lines:
-        sys.exit("The output is empty or does not end with a line break.")
-    for number, line in enumerate(lines, 1):
-        try:
-            event = json.loads(line)
-            print(definition_of(validators, event))
-            whole.validate(event)
-            if (event["event"] == "end") != (number == len(lines)):
-                raise ValueError('"end" must be the last line, and only that')
-        except (ValueError, jsonschema.ValidationError) as error:
-            sys.exit("line %d, %s\n  %s" % (number, line, error))
+    for name in sys.argv[2:]:
+        with open(name, "rb") as file:
+            definitions, problem = validate(validators, whole, file.read().decode("utf-8"))
+        print(json.dumps({"definitions": definitions, "problem": problem}))
 
 
 main()

@@ -1,11 +1,7 @@
 #include "write_faults.h"
 
-#include <QtGlobal>
-
 namespace
 {
-
-const char kLost[] = "SAVE LOST";
 
 bool holds(const BenchCase &bench, const BenchRun &run, const QByteArray &content)
 {
@@ -19,9 +15,9 @@ bool isBackupTold(const BenchRun &run)
 
 bool saysUntouched(const BenchRun &run)
 {
-    for (const char *words :
-         {"the cartridge is as it was", "The cartridge was not touched",
-          "The cartridge was only looked at", "The cartridge was not changed"}) {
+    for (const char *words : {"the cartridge is as it was", "The cartridge was not touched",
+                              "The cartridge was only looked at", "The cartridge was only read",
+                              "The cartridge was not changed"}) {
         if (run.told.contains(words))
             return true;
     }
@@ -40,7 +36,7 @@ QStringList problemsOfWrite(const BenchCase &bench, const BenchRun &run)
     QStringList problems;
     const bool isTouched = !holds(bench, run, run.old);
     if (isTouched && !hasBackup(bench, run))
-        problems << kLost;
+        problems << "what the chip held is LOST";
     if (run.code == ExitCode::Done && !holds(bench, run, run.wanted))
         problems << "called done, but the chip holds something else";
     if (run.backups.size() > 1 || (!run.backups.isEmpty() && !hasBackup(bench, run)))
@@ -54,17 +50,4 @@ QStringList problemsOfWrite(const BenchCase &bench, const BenchRun &run)
     if (run.code != ExitCode::Done && run.told.isEmpty())
         problems << "it says nothing";
     return problems;
-}
-
-FaultCount failEveryCallOfWrite(const BenchCase &bench, Ways ways)
-{
-    QStringList problems;
-    FaultCount count;
-    count.injected = failEveryCall(bench, ways, problemsOfWrite, &problems);
-    count.lost = problems.filter(kLost).size();
-    count.problems = problems.size();
-    qInfo("%d faults injected, %d saves lost", count.injected, count.lost);
-    for (const QString &problem : problems)
-        qWarning("%s", qPrintable(problem));
-    return count;
 }

@@ -7,6 +7,8 @@
 
 #include <QtTest>
 
+using namespace virtual_reader;
+
 namespace
 {
 

@@ -1,4 +1,5 @@
 // The command file on Linux: replaced in place, its descriptor kept between commands.
+#include "files.h"
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
 #include "test_class.h"
@@ -59,14 +60,14 @@ void DriveLinuxCommandTest::fileHoldsExactlyTheNewRun()
     QFETCH(int, newSize);
     const LinuxReaderFolder reader(QDir::tempPath());
     if (oldSize >= 0)
-        QVERIFY(makeFile(reader.path("CMD.CMD"), QByteArray(oldSize, 'o')));
+        putFile(reader.path("CMD.CMD"), QByteArray(oldSize, 'o'));
     const auto backend = LinuxReaderFolder::scannedBackend();
     for (std::uint32_t round = 1; round <= 2; ++round) {
         const QByteArray run = patternBytes(newSize, round);
         const DriveStatus status = writeThrough(backend.get(), kCommandPath, run);
         QVERIFY2(status.ok(), status.message.c_str());
         QVERIFY(QFile::exists(reader.path("CMD.CMD")));
-        QVERIFY(fileContent(reader.path("CMD.CMD")) == run);
+        QVERIFY(contentOf(reader.path("CMD.CMD")) == run);
     }
     QCOMPARE(entriesOf(reader.folder()), QStringList({"CMD.CMD"}));
 }
@@ -74,7 +75,7 @@ void DriveLinuxCommandTest::fileHoldsExactlyTheNewRun()
 void DriveLinuxCommandTest::fileIsReplacedInPlace()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("CMD.CMD"), QByteArray(2048, 'o')));
+    putFile(reader.path("CMD.CMD"), QByteArray(2048, 'o'));
     const quint64 inode = inodeOf(reader.path("CMD.CMD"));
     QVERIFY(inode != 0);
     const auto backend = LinuxReaderFolder::scannedBackend();
@@ -88,18 +89,18 @@ void DriveLinuxCommandTest::fileIsReplacedInPlace()
 void DriveLinuxCommandTest::fileIsNotCutBeforeTheWrite()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("CMD.CMD"), QByteArray(512, 'o')));
+    putFile(reader.path("CMD.CMD"), QByteArray(512, 'o'));
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForWrite(kCommandPath.constData(), &file).ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, 'o'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, 'o'));
     const int flags = openFlags(descriptorsOn(reader.path("CMD.CMD")).value(0));
     QCOMPARE(flags & (O_TRUNC | O_APPEND), 0);
     QVERIFY((flags & O_CLOEXEC) != 0);
     std::uint32_t count = 0;
     QVERIFY(file->write(QByteArray(512, 'n').constData(), 512, &count).ok());
     QCOMPARE(count, 512U);
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, 'n')); // before close
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, 'n')); // before close
     QVERIFY(file->close().ok());
 }
 
@@ -117,7 +118,7 @@ void DriveLinuxCommandTest::descriptorIsKeptBetweenCommands()
     for (char command = '1'; command <= '9'; ++command) {
         QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(512, command)).ok());
         QCOMPARE(descriptorsOn(reader.path("CMD.CMD")), first);
-        QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, command));
+        QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, command));
     }
 }
 
@@ -150,12 +151,12 @@ void DriveLinuxCommandTest::replacedFileIsOpenedAnew()
     const auto backend = LinuxReaderFolder::scannedBackend();
     QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(512, '1')).ok());
     QVERIFY(QFile::rename(reader.path("CMD.CMD"), reader.path("OLD.CMD")));
-    QVERIFY(makeFile(reader.path("CMD.CMD"), "another file"));
+    putFile(reader.path("CMD.CMD"), "another file");
     const quint64 inode = inodeOf(reader.path("CMD.CMD"));
     QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(512, '2')).ok());
     QCOMPARE(inodeOf(reader.path("CMD.CMD")), inode);
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, '2'));
-    QCOMPARE(fileContent(reader.path("OLD.CMD")), QByteArray(512, '1'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, '2'));
+    QCOMPARE(contentOf(reader.path("OLD.CMD")), QByteArray(512, '1'));
     QCOMPARE(descriptorsOn(reader.path("CMD.CMD")).size(), 1);
     QCOMPARE(descriptorsOn(reader.path("OLD.CMD")).size(), 0);
 }
@@ -167,13 +168,13 @@ void DriveLinuxCommandTest::removedFileIsCreatedAnew()
     QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(512, '1')).ok());
     QVERIFY(QFile::remove(reader.path("CMD.CMD")));
     QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(1024, '2')).ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(1024, '2'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(1024, '2'));
 }
 
 void DriveLinuxCommandTest::severalWritesOfOneOpenFollowEachOther()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("CMD.CMD"), QByteArray(4096, 'o')));
+    putFile(reader.path("CMD.CMD"), QByteArray(4096, 'o'));
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForWrite(kCommandPath.constData(), &file).ok());
@@ -184,7 +185,7 @@ void DriveLinuxCommandTest::severalWritesOfOneOpenFollowEachOther()
     QVERIFY(file->size(&size).ok());
     QCOMPARE(size, 12U);
     QVERIFY(file->close().ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray("first second"));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray("first second"));
 }
 
 void DriveLinuxCommandTest::openingWithoutWritingEmptiesTheFile_data()
@@ -198,7 +199,7 @@ void DriveLinuxCommandTest::openingWithoutWritingEmptiesTheFile()
 {
     QFETCH(bool, closed);
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("CMD.CMD"), QByteArray(512, 'o')));
+    putFile(reader.path("CMD.CMD"), QByteArray(512, 'o'));
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForWrite(kCommandPath.constData(), &file).ok());
@@ -217,14 +218,14 @@ void DriveLinuxCommandTest::secondWriterIsRefused()
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '1')).ok());
     const DriveStatus refused = writeThrough(second.get(), kCommandPath, QByteArray(512, '2'));
     QVERIFY(refused.code == DriveErrorCode::Refused);
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, '1'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, '1'));
     QCOMPARE(descriptorsOn(reader.path("CMD.CMD")).size(), 1);
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '3')).ok());
     first->releaseDrive();
     QVERIFY(writeThrough(second.get(), kCommandPath, QByteArray(512, '4')).ok());
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '5')).code ==
             DriveErrorCode::Refused);
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, '4'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, '4'));
 }
 
 void DriveLinuxCommandTest::readersAreAllowedMeanwhile()
@@ -267,14 +268,14 @@ void DriveLinuxCommandTest::refusedPathsCreateNothing()
     QFETCH(int, code);
     const LinuxReaderFolder reader(QDir::tempPath());
     QVERIFY(QDir(reader.folder()).mkdir("FOLDER"));
-    QVERIFY(makeFile(reader.path("FILE"), "content"));
+    putFile(reader.path("FILE"), "content");
     const auto backend = LinuxReaderFolder::scannedBackend();
     const DriveStatus status = writeThrough(backend.get(), path, "command");
     QCOMPARE(static_cast<int>(status.code), code);
     QVERIFY(!status.message.empty());
     QCOMPARE(entriesOf(reader.folder()), QStringList({"FILE", "FOLDER"}));
     QVERIFY(entriesOf(reader.path("FOLDER")).isEmpty());
-    QCOMPARE(fileContent(reader.path("FILE")), QByteArray("content"));
+    QCOMPARE(contentOf(reader.path("FILE")), QByteArray("content"));
 }
 
 void DriveLinuxCommandTest::fullDeviceIsReportedAndGivenUp()
@@ -287,7 +288,7 @@ void DriveLinuxCommandTest::fullDeviceIsReportedAndGivenUp()
     QCOMPARE(descriptorsOn("/dev/full").size(), 0);
     QVERIFY(QFile::remove(reader.path("CMD.CMD")));
     QVERIFY(writeThrough(backend.get(), kCommandPath, QByteArray(512, 'y')).ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray(512, 'y'));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, 'y'));
 }
 
 // /dev/null takes every write and refuses to be synced: nothing proves that the bytes arrived.

@@ -1,5 +1,6 @@
 // Reading through the Linux backend: any offset, length and memory address, on file systems that
 // take O_DIRECT and on those that refuse it.
+#include "files.h"
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
 #include "test_class.h"
@@ -48,7 +49,7 @@ void DriveLinuxReadTest::unbufferedMeansDirectWhereTheFileSystemAgrees()
     QFETCH(QString, place);
     const LinuxReaderFolder reader(place);
     QVERIFY(reader.isValid());
-    QVERIFY(makeFile(reader.path("DUMP.ROM"), patternBytes(kFileSize, 1)));
+    putFile(reader.path("DUMP.ROM"), patternBytes(kFileSize, 1));
     const auto backend = LinuxReaderFolder::scannedBackend();
     for (const Buffering buffering : {Buffering::Buffered, Buffering::Unbuffered}) {
         std::unique_ptr<DriveFile> file;
@@ -69,7 +70,7 @@ void DriveLinuxReadTest::everyShapeOfRequestIsServed()
     const LinuxReaderFolder reader(place);
     QVERIFY(reader.isValid());
     const QByteArray content = patternBytes(kFileSize, 2);
-    QVERIFY(makeFile(reader.path("DUMP.ROM"), content));
+    putFile(reader.path("DUMP.ROM"), content);
     const auto backend = LinuxReaderFolder::scannedBackend();
     alignas(4096) static char memory[4096 * 8];
     for (const Buffering buffering : {Buffering::Buffered, Buffering::Unbuffered}) {
@@ -108,7 +109,7 @@ void DriveLinuxReadTest::positionMovesWithWhatWasRead()
     const LinuxReaderFolder reader(place);
     QVERIFY(reader.isValid());
     const QByteArray content = patternBytes(3000, 3);
-    QVERIFY(makeFile(reader.path("save.sav"), content));
+    putFile(reader.path("save.sav"), content);
     const auto backend = LinuxReaderFolder::scannedBackend();
     for (const Buffering buffering : {Buffering::Buffered, Buffering::Unbuffered}) {
         std::unique_ptr<DriveFile> file;
@@ -134,7 +135,7 @@ void DriveLinuxReadTest::changesByOthersAreSeen()
     QFETCH(QString, place);
     const LinuxReaderFolder reader(place);
     QVERIFY(reader.isValid());
-    QVERIFY(makeFile(reader.path("K-DRIVER.DMP"), patternBytes(4096, 0)));
+    putFile(reader.path("K-DRIVER.DMP"), patternBytes(4096, 0));
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForRead("E:\\K-DRIVER.DMP", Buffering::Unbuffered, &file).ok());
@@ -193,7 +194,7 @@ void DriveLinuxReadTest::fileSystemWithoutDirectReadsIsRead()
 {
     const QByteArray path = "/proc/version";
     QVERIFY2(!acceptsDirectReads(path), "no file to try the fallback on");
-    const QByteArray content = fileContent(path);
+    const QByteArray content = contentOf(path);
     QVERIFY(content.size() > 16);
     const auto backend = createPlatformBackend();
     for (const int length : {1, 16, 1000, 1024}) {
@@ -211,7 +212,7 @@ void DriveLinuxReadTest::fileSystemWithoutDirectReadsIsRead()
 void DriveLinuxReadTest::descriptorEndsWithTheFile()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("DUMP.ROM"), "x"));
+    putFile(reader.path("DUMP.ROM"), "x");
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForRead("E:\\DUMP.ROM", Buffering::Unbuffered, &file).ok());
@@ -257,7 +258,7 @@ void DriveLinuxReadTest::folderIsNotReadable()
 void DriveLinuxReadTest::readFileIsNotWritable()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("DUMP.ROM"), "content"));
+    putFile(reader.path("DUMP.ROM"), "content");
     const auto backend = LinuxReaderFolder::scannedBackend();
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForRead("E:\\DUMP.ROM", Buffering::Buffered, &file).ok());
@@ -265,7 +266,7 @@ void DriveLinuxReadTest::readFileIsNotWritable()
     QVERIFY(file->write("abc", 3, &count).code == DriveErrorCode::BadRequest);
     QCOMPARE(count, 0U);
     QVERIFY(file->close().ok());
-    QCOMPARE(fileContent(reader.path("DUMP.ROM")), QByteArray("content"));
+    QCOMPARE(contentOf(reader.path("DUMP.ROM")), QByteArray("content"));
 }
 
 GBDRIVER_TEST(DriveLinuxReadTest, none)

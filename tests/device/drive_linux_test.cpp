@@ -4,6 +4,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_link.h"
+#include "files.h"
 #include "test_class.h"
 
 #include <QDir>
@@ -97,9 +98,9 @@ void DriveLinuxTest::labelOfNoDriveLeavesTheBufferAlone()
 void DriveLinuxTest::linkFindsTheReader()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("K-DRIVER.DMP"), identityFile()));
+    putFile(reader.path("K-DRIVER.DMP"), identityFile());
     const QByteArray rom = patternBytes(0x10000, 1);
-    QVERIFY(makeFile(reader.path("DUMP.ROM"), rom));
+    putFile(reader.path("DUMP.ROM"), rom);
     const auto backend = createPlatformBackend();
     setDriveBackend(backend.get());
     QCOMPARE(findDevice(0, nullptr), 1);
@@ -107,7 +108,7 @@ void DriveLinuxTest::linkFindsTheReader()
     QCOMPARE(QByteArray(deviceLink.driverLabel), QByteArray("READER"));
     QCOMPARE(QByteArray(reinterpret_cast<const char *>(deviceLink.identityBytes), 16), kIdentity);
     QCOMPARE(sendEmptyCommand(kClassGb, 1), 512U);
-    QCOMPARE(fileContent(reader.path("CMD.CMD")).size(), 512);
+    QCOMPARE(contentOf(reader.path("CMD.CMD")).size(), 512);
     QByteArray header(0x50, '\0');
     QCOMPARE(readDumpFile(0x100, header.data(), 0x50), 0x50U);
     QCOMPARE(header, rom.mid(0x100, 0x50));
@@ -118,7 +119,7 @@ void DriveLinuxTest::linkFindsTheReader()
 void DriveLinuxTest::linkFindsANamedLetterWithoutAScan()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
-    QVERIFY(makeFile(reader.path("K-DRIVER.DMP"), identityFile()));
+    putFile(reader.path("K-DRIVER.DMP"), identityFile());
     const auto backend = createPlatformBackend();
     setDriveBackend(backend.get());
     QCOMPARE(findDevice('E', nullptr), 1);
@@ -133,7 +134,7 @@ void DriveLinuxTest::linkPassesAFolderWithoutFiles()
     setDriveBackend(backend.get());
     QCOMPARE(findDevice(0, nullptr), 1);
     QVERIFY(entriesOf(reader.folder()).isEmpty());
-    QVERIFY(makeFile(reader.path("K-DRIVER.DMP"), "too short"));
+    putFile(reader.path("K-DRIVER.DMP"), "too short");
     QCOMPARE(findDevice(0, nullptr), 0);
 }
 
@@ -156,7 +157,7 @@ void DriveLinuxTest::pathsOnTheDriveUseItsFolder()
     const auto backend = LinuxReaderFolder::scannedBackend();
     const DriveStatus status = writeThrough(backend.get(), path, "content");
     QVERIFY2(status.ok(), status.message.c_str());
-    QCOMPARE(fileContent(reader.path(file)), QByteArray("content"));
+    QCOMPARE(contentOf(reader.path(file)), QByteArray("content"));
     QByteArray bytes;
     QVERIFY(readThrough(backend.get(), path, Buffering::Unbuffered, 0, 100, &bytes).ok());
     QCOMPARE(bytes, QByteArray("content"));
@@ -167,7 +168,7 @@ void DriveLinuxTest::blanksAndOtherScriptsInTheFolder()
     const LinuxReaderFolder reader(QDir::tempPath(), QString::fromUtf8(u8"mein Gerät カ"));
     const auto backend = LinuxReaderFolder::scannedBackend();
     QVERIFY(writeThrough(backend.get(), "E:\\CMD.CMD", "content").ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray("content"));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray("content"));
     QByteArray bytes;
     QVERIFY(readThrough(backend.get(), "E:\\CMD.CMD", Buffering::Unbuffered, 2, 3, &bytes).ok());
     QCOMPARE(bytes, QByteArray("nte"));
@@ -182,7 +183,7 @@ void DriveLinuxTest::letterOfNoScanIsAnOrdinaryPath()
         if (path.contains('/'))
             QVERIFY(QDir().mkdir("E:"));
         QVERIFY2(writeThrough(backend.get(), path, path).ok(), path.constData());
-        QCOMPARE(fileContent(QFile::decodeName(path)), path);
+        QCOMPARE(contentOf(QFile::decodeName(path)), path);
     }
     QVERIFY(entriesOf(reader.folder()).isEmpty());
     std::unique_ptr<DriveFile> file;
@@ -238,8 +239,8 @@ void DriveLinuxTest::returnedFolderServesAgain()
     QVERIFY(!writeThrough(backend.get(), "E:\\CMD.CMD", "lost").ok());
     QVERIFY(parent.mkdir("reader"));
     QVERIFY(writeThrough(backend.get(), "E:\\CMD.CMD", "after").ok());
-    QCOMPARE(fileContent(reader.path("CMD.CMD")), QByteArray("after"));
-    QCOMPARE(fileContent(reader.parent() + "/elsewhere/CMD.CMD"), QByteArray("before"));
+    QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray("after"));
+    QCOMPARE(contentOf(reader.parent() + "/elsewhere/CMD.CMD"), QByteArray("before"));
     QCOMPARE(backend->driveType("E:"), DriveType::Removable);
 }
 

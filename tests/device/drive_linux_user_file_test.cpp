@@ -1,5 +1,6 @@
 // The user's files through the Linux backend: created or cut to nothing, never while another
 // program has them locked.
+#include "files.h"
 #include "linux_reader_folder.h"
 #include "test_bytes.h"
 #include "test_class.h"
@@ -67,18 +68,18 @@ void DriveLinuxUserFileTest::fileHoldsExactlyWhatIsWritten()
     QFETCH(int, oldSize);
     QFETCH(int, newSize);
     if (oldSize >= 0)
-        QVERIFY(makeFile(path("game.gb"), QByteArray(oldSize, 'o')));
+        putFile(path("game.gb"), QByteArray(oldSize, 'o'));
     const QByteArray dump = patternBytes(newSize, 1);
     const DriveStatus status = writeThrough(m_backend.get(), path("game.gb"), dump);
     QVERIFY2(status.ok(), status.message.c_str());
     QVERIFY(QFile::exists(path("game.gb")));
-    QVERIFY(fileContent(path("game.gb")) == dump);
+    QVERIFY(contentOf(path("game.gb")) == dump);
     QCOMPARE(entriesOf(m_folder->path()), QStringList({"game.gb"}));
 }
 
 void DriveLinuxUserFileTest::openingCutsTheFile()
 {
-    QVERIFY(makeFile(path("game.gb"), "old content"));
+    putFile(path("game.gb"), "old content");
     const quint64 inode = inodeOf(path("game.gb"));
     std::unique_ptr<DriveFile> file;
     QVERIFY(m_backend->openForWrite(path("game.gb").constData(), &file).ok());
@@ -102,7 +103,7 @@ void DriveLinuxUserFileTest::severalWritesFollowEachOther()
     file->seek(0);
     QVERIFY(file->write("FIRST", 5, &count).ok());
     QVERIFY(file->close().ok());
-    QCOMPARE(fileContent(path("game.gb")), QByteArray("FIRST second"));
+    QCOMPARE(contentOf(path("game.gb")), QByteArray("FIRST second"));
 }
 
 void DriveLinuxUserFileTest::nothingStaysOpen()
@@ -118,17 +119,17 @@ void DriveLinuxUserFileTest::nothingStaysOpen()
 
 void DriveLinuxUserFileTest::lockedFileKeepsItsContent()
 {
-    QVERIFY(makeFile(path("game.gb"), "precious"));
+    putFile(path("game.gb"), "precious");
     const int holder = ::open(path("game.gb").constData(), O_RDWR);
     QVERIFY(holder >= 0);
     QCOMPARE(::flock(holder, LOCK_EX | LOCK_NB), 0);
     const DriveStatus refused = writeThrough(m_backend.get(), path("game.gb"), "new");
-    const QByteArray during = fileContent(path("game.gb"));
+    const QByteArray during = contentOf(path("game.gb"));
     QCOMPARE(::close(holder), 0);
     QVERIFY(refused.code == DriveErrorCode::Refused);
     QCOMPARE(during, QByteArray("precious"));
     QVERIFY(writeThrough(m_backend.get(), path("game.gb"), "new").ok());
-    QCOMPARE(fileContent(path("game.gb")), QByteArray("new"));
+    QCOMPARE(contentOf(path("game.gb")), QByteArray("new"));
 }
 
 void DriveLinuxUserFileTest::twoWritersAtATimeAreRefused()
@@ -158,7 +159,7 @@ void DriveLinuxUserFileTest::namesMayHoldAnything()
     QFETCH(QString, name);
     QVERIFY(writeThrough(m_backend.get(), path(name), "content").ok());
     QCOMPARE(entriesOf(m_folder->path()), QStringList({name}));
-    QCOMPARE(fileContent(m_folder->filePath(name)), QByteArray("content"));
+    QCOMPARE(contentOf(m_folder->filePath(name)), QByteArray("content"));
 }
 
 void DriveLinuxUserFileTest::relativePathsStartInTheCurrentFolder()
@@ -187,13 +188,13 @@ void DriveLinuxUserFileTest::refusedPaths()
     QFETCH(QString, name);
     QFETCH(int, code);
     QVERIFY(QDir(m_folder->path()).mkdir("folder"));
-    QVERIFY(makeFile(path("file"), "content"));
+    putFile(path("file"), "content");
     const DriveStatus status = writeThrough(m_backend.get(), path(name), "new");
     QCOMPARE(static_cast<int>(status.code), code);
     QVERIFY2(status.message.find(path(name).constData()) != std::string::npos,
              status.message.c_str());
     QCOMPARE(entriesOf(m_folder->path()), QStringList({"file", "folder"}));
-    QCOMPARE(fileContent(path("file")), QByteArray("content"));
+    QCOMPARE(contentOf(path("file")), QByteArray("content"));
 }
 
 void DriveLinuxUserFileTest::devicesAreWrittenLikeFiles()

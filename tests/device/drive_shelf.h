@@ -8,19 +8,20 @@
 #include <map>
 
 // Every such call fails from now on.
-inline DriveFault lastingFault(DriveCall call, const char *pathEnd, DriveErrorCode code)
+inline virtual_reader::DriveFault lastingFault(virtual_reader::DriveCall call, const char *pathEnd,
+                                               DriveErrorCode code)
 {
-    DriveFault fault;
+    virtual_reader::DriveFault fault;
     fault.call = call;
     fault.pathEnd = pathEnd;
     fault.code = code;
-    fault.times = DriveFault::kForever;
+    fault.times = virtual_reader::DriveFault::kForever;
     return fault;
 }
 
-inline DriveFault missingFile(const char *name)
+inline virtual_reader::DriveFault missingFile(const char *name)
 {
-    return lastingFault(DriveCall::OpenForRead, name, DriveErrorCode::NotFound);
+    return lastingFault(virtual_reader::DriveCall::OpenForRead, name, DriveErrorCode::NotFound);
 }
 
 class DriveShelf : public DriveBackend

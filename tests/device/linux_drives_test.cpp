@@ -1,6 +1,7 @@
 // Drive letters on Linux: the kernel's removable flag, mounted volumes, declared folders.
 #include "device/linux_drives.h"
 
+#include "files.h"
 #include "test_class.h"
 
 #include <QDir>
@@ -16,12 +17,6 @@ namespace
 constexpr std::uint32_t maskOf(char letter)
 {
     return 1U << (letter - 'A');
-}
-
-bool makeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 } // namespace
@@ -83,18 +78,18 @@ void LinuxDrivesTest::addDisk(const QString &name, const QByteArray &removable)
 {
     const QString folder = m_root->filePath("devices/" + name);
     QVERIFY(QDir().mkpath(folder));
-    QVERIFY(makeFile(folder + "/removable", removable));
+    putFile(folder + "/removable", removable);
     QVERIFY(QFile::link(folder, m_root->filePath("class/block/" + name)));
-    QVERIFY(makeFile(m_root->filePath("dev/" + name), ""));
+    putFile(m_root->filePath("dev/" + name), "");
 }
 
 void LinuxDrivesTest::addPartition(const QString &disk, const QString &name)
 {
     const QString folder = m_root->filePath("devices/" + disk + "/" + name);
     QVERIFY(QDir().mkpath(folder));
-    QVERIFY(makeFile(folder + "/partition", "1\n"));
+    putFile(folder + "/partition", "1\n");
     QVERIFY(QFile::link(folder, m_root->filePath("class/block/" + name)));
-    QVERIFY(makeFile(m_root->filePath("dev/" + name), ""));
+    putFile(m_root->filePath("dev/" + name), "");
 }
 
 LinuxDriveSources LinuxDrivesTest::sources(const std::string &declared)
@@ -151,7 +146,7 @@ void LinuxDrivesTest::removableFlag()
 void LinuxDrivesTest::removableFlagIsLookedUpAnew()
 {
     QVERIFY(isRemovableDevice(inside("/dev/sdb1"), inside("/class/block")));
-    QVERIFY(makeFile(m_root->filePath("devices/sdb/removable"), "0\n"));
+    putFile(m_root->filePath("devices/sdb/removable"), "0\n");
     QVERIFY(!isRemovableDevice(inside("/dev/sdb1"), inside("/class/block")));
 }
 

@@ -1,5 +1,7 @@
 #include "linux_reader_folder.h"
 
+#include "files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QtTest>
@@ -36,22 +38,6 @@ void addPlaceRows()
         QTest::newRow("memory file system") << QString("/dev/shm");
 }
 
-QByteArray fileContent(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray content = file.readAll();
-    return content.isNull() ? QByteArray("") : content;
-}
-
-bool makeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(content) == content.size() && file.flush();
-}
-
 quint64 inodeOf(const QString &path)
 {
     struct stat status = {};
@@ -81,7 +67,7 @@ QList<int> descriptorsOn(const QString &path)
 
 int openFlags(int descriptor)
 {
-    const QByteArray info = fileContent(QString("/proc/self/fdinfo/%1").arg(descriptor));
+    const QByteArray info = contentOf(QString("/proc/self/fdinfo/%1").arg(descriptor));
     for (const QByteArray &line : info.split('\n')) {
         if (line.startsWith("flags:"))
             return line.mid(6).trimmed().toInt(nullptr, 8);

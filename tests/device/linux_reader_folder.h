@@ -37,10 +37,6 @@ private:
 // memory file system where there is one.
 void addPlaceRows();
 
-// Content of a file as the system shows it; a null array if it can not be read.
-QByteArray fileContent(const QString &path);
-// Creates or replaces a file. Returns: whether it worked.
-bool makeFile(const QString &path, const QByteArray &content);
 quint64 inodeOf(const QString &path);
 QStringList entriesOf(const QString &folder);
 

@@ -38,7 +38,7 @@ public:
 
     // Adds a logical drive. A drive of type NoRoot has its bit in the mask and nothing behind it.
     void addDrive(char letter, DriveType type, const QByteArray &label = QByteArray());
-    // Pulls a drive out: its bit leaves the mask, its files can not be opened.
+    // Pulls a drive out: its bit leaves the mask, its files cannot be opened.
     void removeDrive(char letter);
 
     // Sets what `path` holds, or removes it; opening a missing file for reading fails.

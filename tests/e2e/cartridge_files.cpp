@@ -1,62 +1,24 @@
 #include "cartridge_files.h"
 
-#include "virtual/image_generator.h"
-
-#include <QFile>
+#include "samples.h"
 
 using namespace virtual_reader;
-
-namespace
-{
-
-QByteArray bytesOf(const ByteVector &bytes)
-{
-    return QByteArray(reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size()));
-}
-
-} // namespace
 
 QString CartridgeFiles::addImage(std::uint8_t type, std::uint32_t romSize, std::uint32_t ramSize,
                                  std::uint64_t seed)
 {
-    GbImageSpec spec;
-    spec.type = type;
-    spec.romSize = romSize;
-    spec.ramSize = ramSize;
-    spec.seed = seed;
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage(spec, &image, &error))
-        qFatal("%s", error.c_str());
-    return write(QString("image%1.gb").arg(++m_images), bytesOf(image));
+    return addFile(QString("image%1.gb").arg(++m_images),
+                   toByteArray(gbImage({type, romSize, ramSize, "VIRTUAL", seed})));
 }
 
 QString CartridgeFiles::addGbaImage(std::uint32_t romSize)
 {
     GbaImageSpec spec;
     spec.romSize = romSize;
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("%s", error.c_str());
-    return write(QString("image%1.gba").arg(++m_images), bytesOf(image));
+    return addFile(QString("image%1.gba").arg(++m_images), toByteArray(gbaImage(spec)));
 }
 
-QString CartridgeFiles::addNoise(const QString &name, std::uint32_t size, std::uint64_t seed)
+QString CartridgeFiles::addNoise(const QString &name, std::uint32_t size, unsigned seed)
 {
-    return write(name, bytesOf(makeNoise(size, seed)));
-}
-
-QString CartridgeFiles::write(const QString &name, const QByteArray &bytes)
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("can not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return addFile(name, noise(static_cast<int>(size), seed));
 }

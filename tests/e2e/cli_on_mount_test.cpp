@@ -2,6 +2,7 @@
 // sectors as a disk.
 #include "cartridge_files.h"
 #include "mounted_reader.h"
+#include "process_run.h"
 
 #include "cli/exit_code.h"
 #include "test_class.h"
@@ -12,7 +13,6 @@
 namespace
 {
 
-constexpr int kJobMs = 100000;
 constexpr int kNoReader = static_cast<int>(ExitCode::NoReader);
 constexpr int kUnverified = static_cast<int>(ExitCode::Unverified);
 constexpr std::uint32_t kKibi = 1024;
@@ -23,17 +23,18 @@ struct Outcome {
     QString log;
 };
 
+Outcome runCli(const QString &declaration, const QStringList &arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("GBDRIVER_DRIVES", declaration);
+    environment.remove("GBDRIVER_VIRTUAL_READER");
+    const ProcessRun run = runProcess(CLI_PROGRAM, arguments, environment);
+    return {run.exitCode, QString::fromLocal8Bit(run.errors)};
+}
+
 Outcome runCli(const MountedReader &reader, const QStringList &arguments)
 {
-    QProcess program;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("GBDRIVER_DRIVES", reader.declaration());
-    environment.remove("GBDRIVER_VIRTUAL_READER");
-    program.setProcessEnvironment(environment);
-    program.start(CLI_PROGRAM, arguments);
-    if (!program.waitForFinished(kJobMs) || program.exitStatus() != QProcess::NormalExit)
-        return {-1, program.errorString()};
-    return {program.exitCode(), QString::fromLocal8Bit(program.readAllStandardError())};
+    return runCli(reader.declaration(), arguments);
 }
 
 // Content of the one file in a folder; null if there is none or more than one.
@@ -208,16 +209,12 @@ private slots:
         CartridgeFiles files;
         const QString image = files.addImage(0x00, 32 * kKibi, 0);
         QTemporaryDir mountPoint;
-        QProcess program;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("GBDRIVER_DRIVES", "E=" + mountPoint.filePath("not there"));
-        program.setProcessEnvironment(environment);
         const QString dump = files.path("dump.gb");
-        program.start(CLI_PROGRAM, {"dump", dump, "--no-auto", "--system", "gb", "--mapper", "none",
-                                    "--rom-size", "32K"});
-        QVERIFY(program.waitForFinished(kJobMs));
-        QCOMPARE(program.exitCode(), kNoReader);
-        QVERIFY(program.readAllStandardError().contains("Can not found device."));
+        const Outcome outcome = runCli(
+            "E=" + mountPoint.filePath("not there"),
+            {"dump", dump, "--no-auto", "--system", "gb", "--mapper", "none", "--rom-size", "32K"});
+        QCOMPARE(outcome.exitCode, kNoReader);
+        QVERIFY(outcome.log.contains("Can not found device."));
         QVERIFY(!QFile::exists(dump));
         QVERIFY(QDir(mountPoint.path()).isEmpty());
     }

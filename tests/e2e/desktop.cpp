@@ -28,7 +28,7 @@ QString Desktop::start()
                             "-noreset"});
     while (!m_server.canReadLine()) {
         if (!m_server.waitForReadyRead(kStartMs))
-            return "Xvfb can not be started (" + m_server.errorString() +
+            return "Xvfb cannot be started (" + m_server.errorString() +
                    "); install the package xvfb";
     }
     m_display = ":" + QString::fromLatin1(m_server.readLine().trimmed());

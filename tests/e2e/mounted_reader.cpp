@@ -40,7 +40,7 @@ QString MountedReader::start(const QString &cartPath, const QString &savePath,
     m_process.start(VIRTUAL_READER_PROGRAM, arguments + options);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(kMountMs))
-            return failure("The virtual reader can not be mounted (is FUSE there?)", m_process);
+            return failure("The virtual reader cannot be mounted (is FUSE there?)", m_process);
     }
     const QByteArray line = m_process.readLine();
     return line.startsWith("mounted ") ? QString()

@@ -31,8 +31,7 @@ private slots:
     {
         QFETCH(int, mapper);
         QFETCH(int, size);
-        const QByteArray image =
-            JobFixture::bytesOf(makeMapperImage(mapperFacts()[mapper], size, 0));
+        const QByteArray image = toByteArray(makeMapperImage(mapperFacts()[mapper], size, 0));
         QSet<QByteArray> digests;
         for (int bank = 0; bank < size / kRomBank; ++bank)
             digests << QCryptographicHash::hash(bankOf(image, bank), QCryptographicHash::Sha256);
@@ -47,9 +46,9 @@ private slots:
         MapperFixture fixture(mapperFacts()[mapper], size, 0);
         fixture.disturbRegisters();
 
-        const JobOutcome outcome = fixture.run(GB_READ_ROM, size, path());
+        const JobRun outcome = fixture.run(GB_READ_ROM, size);
         QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
-        QVERIFY2(fileBytes(path()) == fixture.rom(), "the dump differs from the image");
+        QVERIFY2(outcome.result.bytes == fixture.rom(), "the dump differs from the image");
         QCOMPARE(outcome.log.first(), QString("Start dump rom..."));
         QCOMPARE(outcome.log.last(), QString("Dump rom finish."));
         const bool stays = mapperFacts()[mapper].kind == MapperKind::Mmm01;
@@ -63,7 +62,7 @@ private slots:
         QFETCH(int, size);
         const MapperFacts &facts = mapperFacts()[mapper];
         MapperFixture fixture(facts, size, 0);
-        QVERIFY(fixture.run(GB_READ_ROM, size, path()).succeeded());
+        QVERIFY(fixture.run(GB_READ_ROM, size).succeeded());
 
         const OperationCounters &counters = fixture.reader().counters();
         const Traffic expected = romDumpTraffic(facts, size);
@@ -83,7 +82,7 @@ private slots:
         const MapperFacts &facts = mapperFacts()[mapper];
         const int ramSize = facts.ramSizes.isEmpty() ? 0 : facts.ramSizes.last();
         MapperFixture fixture(facts, size, ramSize);
-        QVERIFY(fixture.run(GB_READ_ROM, size, path()).succeeded());
+        QVERIFY(fixture.run(GB_READ_ROM, size).succeeded());
 
         for (const BlockRecord &write : fixture.busWrites()) {
             QVERIFY2(facts.registers.contains(write.address),
@@ -97,7 +96,7 @@ private slots:
     {
         const MapperFacts &facts = factsOf(MapperKind::None);
         MapperFixture fixture(facts, facts.romSizes.first(), 0);
-        QVERIFY(fixture.run(GB_READ_ROM, facts.romSizes.first(), path()).succeeded());
+        QVERIFY(fixture.run(GB_READ_ROM, facts.romSizes.first()).succeeded());
         QVERIFY(fixture.busWrites().isEmpty());
     }
 
@@ -117,9 +116,7 @@ private slots:
         QFETCH(int, kind);
         QFETCH(int, bank);
         MapperFixture fixture(factsOf(static_cast<MapperKind>(kind)), 2 * kMiB, 0);
-        QVERIFY(fixture.run(GB_READ_ROM, 2 * kMiB, path()).succeeded());
-
-        const QByteArray dump = fileBytes(path());
+        const QByteArray dump = fixture.dump(2 * kMiB);
         QVERIFY(bankOf(dump, bank) == bankOf(fixture.rom(), bank));
         // What a cartridge shows at 0x4000 when such a bank is asked for.
         QVERIFY(bankOf(dump, bank) != bankOf(fixture.rom(), bank + 1));
@@ -129,7 +126,7 @@ private slots:
     void mbc5WritesBitEightOnlyWhereItChanges()
     {
         MapperFixture fixture(factsOf(MapperKind::Mbc5), 8 * kMiB, 0);
-        QVERIFY(fixture.run(GB_READ_ROM, 8 * kMiB, path()).succeeded());
+        QVERIFY(fixture.run(GB_READ_ROM, 8 * kMiB).succeeded());
 
         QVector<unsigned> values;
         const QVector<BlockRecord> writes = fixture.busWrites();
@@ -150,9 +147,7 @@ private slots:
         CartridgeOptions options;
         options.multiCart = true;
         MapperFixture fixture(factsOf(MapperKind::Mbc1), kMiB, 0, {}, options);
-        QVERIFY(fixture.run(GB_READ_ROM, 2 * kMiB, path()).succeeded());
-
-        const QByteArray dump = fileBytes(path());
+        const QByteArray dump = fixture.dump(2 * kMiB);
         constexpr int kGame = kMiB / 4;
         for (int game = 0; game < 4; ++game)
             QVERIFY2(dump.mid(2 * game * kGame, kGame) == fixture.rom().mid(game * kGame, kGame),
@@ -163,20 +158,17 @@ private slots:
     {
         MapperFixture fixture(factsOf(MapperKind::Mmm01), 2 * kMiB, 32 * 1024);
         fixture.setSave(noise(32 * 1024, 1));
-        const JobOutcome outcome = fixture.run(GB_READ_ROM, 2 * kMiB, path());
+        const JobRun outcome = fixture.run(GB_READ_ROM, 2 * kMiB);
         QVERIFY2(outcome.log.value(1).contains("Take it out"), qPrintable(outcome.text()));
 
-        QVERIFY(fixture.run(GB_READ_RAM, 32 * 1024, path()).succeeded());
-        QVERIFY(fileBytes(path()) != fixture.save());
+        const JobRun before = fixture.run(GB_READ_RAM, 32 * 1024);
+        QVERIFY(before.succeeded());
+        QVERIFY(before.result.bytes != fixture.save());
         fixture.cartridge().powerCycle();
-        QVERIFY(fixture.run(GB_READ_RAM, 32 * 1024, path()).succeeded());
-        QVERIFY(fileBytes(path()) == fixture.save());
+        const JobRun behind = fixture.run(GB_READ_RAM, 32 * 1024);
+        QVERIFY(behind.succeeded());
+        QVERIFY(behind.result.bytes == fixture.save());
     }
-
-private:
-    QString path() const { return m_folder.filePath("dump.gb"); }
-
-    QTemporaryDir m_folder;
 };
 
 GBDRIVER_TEST(MapperDumpTest, core)

@@ -1,8 +1,5 @@
 #include "mapper_fixture.h"
 
-#include "virtual/cartridge_factory.h"
-#include "virtual/image_generator.h"
-
 #include <algorithm>
 
 using namespace virtual_reader;
@@ -15,17 +12,21 @@ constexpr int kRamBank = 8 * 1024;
 constexpr int kRamStart = 0xA000;
 constexpr std::uint8_t kOpen = 0x0A;
 
-std::unique_ptr<Cartridge> makeMapperCartridge(const MapperFacts &mapper, int romSize, int ramSize,
-                                               const CartridgeOptions &options)
+CartridgeOptions boardOptions(FlashWidth width, const FlashChipBehaviour &behaviour)
 {
-    std::string error;
-    auto cartridge = makeCartridge(makeMapperImage(mapper, romSize, ramSize), options, &error);
-    if (cartridge == nullptr)
-        qFatal("no cartridge: %s", error.c_str());
-    return cartridge;
+    CartridgeOptions options;
+    options.flash = width;
+    options.flashChip = behaviour;
+    return options;
 }
 
 } // namespace
+
+CartridgeJob scriptJob(const QString &script, JobCode operate, int size, int saveType,
+                       int flashWidth)
+{
+    return {operate, QStringLiteral(MAPPER_FOLDER "/") + script, size, size, saveType, flashWidth};
+}
 
 ByteVector makeMapperImage(const MapperFacts &mapper, int romSize, int ramSize, unsigned seed)
 {
@@ -35,22 +36,26 @@ ByteVector makeMapperImage(const MapperFacts &mapper, int romSize, int ramSize, 
     // The memory inside an MBC2 is not in its header.
     spec.ramSize = ramSize < kRamBank ? 0 : static_cast<std::uint32_t>(ramSize);
     spec.seed = seed;
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
-    return image;
+    return gbImage(spec);
 }
 
 MapperFixture::MapperFixture(const MapperFacts &mapper, int romSize, int ramSize,
                              const QString &savePath, const CartridgeOptions &options)
-    : JobFixture(makeMapperCartridge(mapper, romSize, ramSize, options), savePath), m_mapper(mapper)
+    : ReaderBench(cartridgeOf(makeMapperImage(mapper, romSize, ramSize), options),
+                  keptIn(savePath)),
+      m_mapper(mapper)
 {
 }
 
-JobOutcome MapperFixture::run(JobCode operate, int size, const QString &fileName)
+JobRun MapperFixture::run(JobCode operate, int size, const QByteArray &input)
 {
-    return run({m_mapper.script, operate, size, fileName});
+    return run(scriptJob(m_mapper.script, operate, size), input);
+}
+
+QByteArray MapperFixture::dump(int size)
+{
+    const JobRun done = run(GB_READ_ROM, size);
+    return done.succeeded() ? done.result.bytes : QByteArray();
 }
 
 // Only where registers lie below the RAM: behind an open gate others would be cells.
@@ -105,4 +110,26 @@ QString MapperFixture::motionUnrest()
         return "both gates are open";
     cartridge().gbWrite(0x0000, kOpen);
     return busBytes(kAxis, 1) == "\xFF" ? QString() : "the second gate is open";
+}
+
+FlashFixture::FlashFixture(MapperKind kind, FlashWidth width, int chipSize,
+                           const FlashChipBehaviour &behaviour)
+    : MapperFixture(factsOf(kind), chipSize, factsOf(kind).ramSizes.first(), {},
+                    boardOptions(width, behaviour))
+{
+}
+
+JobRun FlashFixture::flash(const QByteArray &file, int width, int looks)
+{
+    return run(scriptJob(m_mapper.script, GB_WRITE_FLASH, file.size(), 0, width), file, looks);
+}
+
+QByteArray newGame(MapperKind kind, int size)
+{
+    return toByteArray(makeMapperImage(factsOf(kind), size, 0, 2));
+}
+
+QByteArray inChip(const QByteArray &file, int chipSize)
+{
+    return file + QByteArray(chipSize - file.size(), '\xFF');
 }

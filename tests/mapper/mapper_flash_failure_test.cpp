@@ -1,6 +1,8 @@
 // Flash jobs that must not or cannot be done: what is sent, what the user reads, what the chip
 // holds.
-#include "flash_fixture.h"
+#include "drive_faults.h"
+#include "job_events.h"
+#include "mapper_fixture.h"
 #include "test_class.h"
 
 #include <QtTest>
@@ -35,8 +37,6 @@ class MapperFlashFailureTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-
     // The erase is refused, but the program goes on to wait for it. An erased chip looks as if it
     // had been: the second step must refuse as well.
     void filesOfWrongSizes_data()
@@ -59,7 +59,7 @@ private slots:
         FlashFixture fixture(static_cast<MapperKind>(kind), FlashWidth::Byte, 32 * kKiB);
         const QByteArray before = fixture.rom();
 
-        JobOutcome outcome = fixture.flash(noise(size, 1), 0, kLooks);
+        JobRun outcome = fixture.flash(noise(size, 1), 0, kLooks);
         checkRefusal(&fixture, outcome, size);
         QVERIFY(!outcome.log.contains("Erase flash chip finish."));
         QVERIFY(fixture.rom() == before);
@@ -85,12 +85,10 @@ private slots:
         QFETCH(int, kind);
         const MapperFacts &facts = factsOf(static_cast<MapperKind>(kind));
         MapperFixture fixture(facts, kChip, 0);
-        const QString path = m_folder->filePath("game.gb");
-        QVERIFY(writeFile(path, noise(kChip, 1)));
-        const JobOutcome outcome =
-            fixture.run({facts.script, GB_WRITE_FLASH, kChip, path, 0, 0, kLooks});
-        QVERIFY2(outcome.failed(), qPrintable(outcome.text()));
-        const QString reason = outcome.log.filter(kScriptError).join("");
+        const JobRun outcome =
+            fixture.run(scriptJob(facts.script, GB_WRITE_FLASH, kChip), noise(kChip, 1), kLooks);
+        QVERIFY2(!outcome.succeeded(), qPrintable(outcome.text()));
+        const QString reason = outcome.result.scriptError;
         QVERIFY2(reason.contains("cannot write a ROM, because no flash cartridge has"),
                  qPrintable(outcome.text()));
         QVERIFY(reason.contains(kNothingSent));
@@ -119,8 +117,8 @@ private slots:
         FlashFixture fixture(MapperKind::Mbc5, width == 0 ? FlashWidth::Byte : FlashWidth::Word,
                              kChip, behaviour);
         const QByteArray before = fixture.rom();
-        const JobOutcome outcome = fixture.flash(newGame(MapperKind::Mbc5, kChip), 0, kLooks);
-        QVERIFY2(outcome.failed(), qPrintable(outcome.text()));
+        const JobRun outcome = fixture.flash(newGame(MapperKind::Mbc5, kChip), 0, kLooks);
+        QVERIFY2(!outcome.succeeded(), qPrintable(outcome.text()));
         QCOMPARE(outcome.log.last(), QString("Start erase flash chip..."));
         if (!isEndless)
             QVERIFY(fixture.rom() == before);
@@ -130,7 +128,7 @@ private slots:
     {
         FlashFixture fixture(MapperKind::Mbc5, FlashWidth::Byte, kChip);
         eraseByHand(&fixture);
-        const JobOutcome outcome = fixture.flash(newGame(MapperKind::Mbc5, kChip), 1);
+        const JobRun outcome = fixture.flash(newGame(MapperKind::Mbc5, kChip), 1);
         QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
         QVERIFY(fixture.rom() == QByteArray(kChip, '\xFF'));
     }
@@ -143,7 +141,7 @@ private slots:
         FlashFixture fixture(MapperKind::Mbc5, FlashWidth::Byte, kChip, behaviour);
         const QByteArray before = fixture.rom();
         const QByteArray game = newGame(MapperKind::Mbc5, kChip);
-        QVERIFY(fixture.flash(game, 0, 1).failed());
+        QVERIFY(!fixture.flash(game, 0, 1).succeeded());
         fixture.cartridge().powerCycle();
         QVERIFY(fixture.rom() != before);
         QVERIFY(fixture.rom() != QByteArray(kChip, '\xFF'));
@@ -168,10 +166,10 @@ private slots:
         const unsigned last = kEraseEnd + (board == MapperKind::Mbc3 ? 7 : 8);
         for (unsigned position = kEraseEnd; position < last; ++position) {
             FlashFixture fixture(board, FlashWidth::Byte, kChip);
-            fixture.drive().addFault(commandFileFault(position));
-            const JobOutcome outcome = fixture.flash(newGame(board, kChip), 0);
+            fixture.drive().addFault(commandFault(position));
+            const JobRun outcome = fixture.flash(newGame(board, kChip), 0);
             const bool isRegisters = (last - position) % 2 == 0;
-            QCOMPARE(outcome.failed(), isRegisters);
+            QCOMPARE(outcome.succeeded(), !isRegisters);
             const QString unrest = fixture.unrest();
             QVERIFY2(unrest.isEmpty(), qPrintable(QString("%1: %2").arg(position).arg(unrest)));
             QVERIFY(fixture.dump(kChip) == fixture.rom());
@@ -197,10 +195,10 @@ private:
             << static_cast<int>(row.kind) << size;
     }
 
-    static void checkRefusal(FlashFixture *fixture, const JobOutcome &outcome, int size)
+    static void checkRefusal(FlashFixture *fixture, const JobRun &outcome, int size)
     {
-        QVERIFY2(outcome.failed(), qPrintable(outcome.text()));
-        const QString reason = outcome.log.filter(kScriptError).value(0);
+        QVERIFY2(!outcome.succeeded(), qPrintable(outcome.text()));
+        const QString reason = scriptErrors(outcome.log).value(0);
         for (const QString &part : {QString("cannot write a ROM file of %1 bytes").arg(size),
                                     QString("Press Cancel"), QString(kNothingSent)})
             QVERIFY2(reason.contains(part), qPrintable(outcome.text()));
@@ -225,8 +223,6 @@ private:
             cartridge.gbWrite(address, value);
         QTRY_COMPARE(static_cast<int>(cartridge.gbRead(0)), 0xFF);
     }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 GBDRIVER_TEST(MapperFlashFailureTest, core)

@@ -1,10 +1,9 @@
 // GBA cartridges: ROMs of every size, and saves in every kind of chip.
-#include "job_fixture.h"
+#include "drive_faults.h"
+#include "mapper_fixture.h"
 
 #include "cart/setting_tables.h"
 #include "test_class.h"
-#include "virtual/cartridge_factory.h"
-#include "virtual/image_generator.h"
 
 #include <QtTest>
 
@@ -15,7 +14,6 @@ namespace
 
 constexpr int kKiB = 1024;
 constexpr int kMiB = 1024 * kKiB;
-constexpr char kScript[] = "gba.nut";
 // Of every job: the selection of the bus, and the identity.
 constexpr int kJobRuns = 2;
 constexpr int kJobReads = 1;
@@ -45,14 +43,7 @@ std::unique_ptr<Cartridge> makeGba(int romSize, const CartridgeOptions &options 
 {
     GbaImageSpec spec;
     spec.romSize = static_cast<std::uint32_t>(romSize);
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("no image: %s", error.c_str());
-    auto cartridge = makeCartridge(std::move(image), options, &error);
-    if (cartridge == nullptr)
-        qFatal("no cartridge: %s", error.c_str());
-    return cartridge;
+    return cartridgeOf(gbaImage(spec), options);
 }
 
 std::unique_ptr<Cartridge> makeGbaWith(const SaveRow &row)
@@ -64,6 +55,11 @@ std::unique_ptr<Cartridge> makeGbaWith(const SaveRow &row)
     return makeGba(kMiB, options);
 }
 
+CartridgeJob gbaJob(JobCode operate, int size, int saveType = kSaveSram)
+{
+    return scriptJob("gba.nut", operate, size, saveType);
+}
+
 void addSaveRows()
 {
     QTest::addColumn<int>("row");
@@ -72,7 +68,7 @@ void addSaveRows()
 }
 
 // Addresses of the commands that set where a ROM read begins.
-QVector<std::uint32_t> readAddresses(JobFixture *fixture)
+QVector<std::uint32_t> readAddresses(ReaderBench *fixture)
 {
     constexpr std::uint8_t kSetReadAddress = 6;
     QVector<std::uint32_t> addresses;
@@ -92,8 +88,6 @@ class MapperGbaTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
-
     void dumpEqualsTheImage_data()
     {
         QTest::addColumn<int>("size");
@@ -103,10 +97,10 @@ private slots:
     void dumpEqualsTheImage()
     {
         QFETCH(int, size);
-        JobFixture fixture(makeGba(size));
-        const JobOutcome outcome = fixture.run({kScript, GBA_READ_ROM, size, path()});
+        ReaderBench fixture(makeGba(size));
+        const JobRun outcome = fixture.run(gbaJob(GBA_READ_ROM, size));
         QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
-        QVERIFY2(fileBytes(path()) == fixture.rom(), "the dump differs from the image");
+        QVERIFY2(outcome.result.bytes == fixture.rom(), "the dump differs from the image");
         QCOMPARE(outcome.log, QStringList({"Start dump rom...", "Dump rom finish."}));
 
         const OperationCounters &counters = fixture.reader().counters();
@@ -118,8 +112,8 @@ private slots:
 
     void readsCountHalfwords()
     {
-        JobFixture fixture(makeGba(4 * kMiB));
-        QVERIFY(fixture.run({kScript, GBA_READ_ROM, 4 * kMiB, path()}).succeeded());
+        ReaderBench fixture(makeGba(4 * kMiB));
+        QVERIFY(fixture.run(gbaJob(GBA_READ_ROM, 4 * kMiB)).succeeded());
         QCOMPARE(readAddresses(&fixture),
                  QVector<std::uint32_t>({0x000000, 0x080000, 0x100000, 0x180000}));
     }
@@ -144,36 +138,37 @@ private slots:
         const SaveRow &row = fetchSave();
         const QByteArray original = noise(row.size, 1);
         const QByteArray changed = noise(row.size, 2);
-        QVERIFY(writeFile(path("kept.sav"), original));
-        QVERIFY(writeFile(path("new.sav"), changed));
+        const UserFolder folder;
+        const QString kept = folder.addFile("kept.sav", original);
         {
-            JobFixture first(makeGbaWith(row), path("kept.sav"));
-            JobOutcome outcome = first.run(saveJob(row, GBA_READ_RAM, "read.sav"));
+            ReaderBench first(makeGbaWith(row), keptIn(kept));
+            JobRun outcome = first.run(saveJob(row, GBA_READ_RAM));
             QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
-            QVERIFY(fileBytes(path("read.sav")) == original);
-            outcome = first.run(saveJob(row, GBA_WRITE_RAM, "new.sav"));
+            QVERIFY(outcome.result.bytes == original);
+            outcome = first.run(saveJob(row, GBA_WRITE_RAM), changed);
             QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
         }
-        QVERIFY(fileBytes(path("kept.sav")) == changed);
+        QVERIFY(contentOf(kept) == changed);
 
-        JobFixture second(makeGbaWith(row), path("kept.sav"));
-        QVERIFY(second.run(saveJob(row, GBA_READ_RAM, "again.sav")).succeeded());
-        QVERIFY(fileBytes(path("again.sav")) == changed);
+        ReaderBench second(makeGbaWith(row), keptIn(kept));
+        const JobRun again = second.run(saveJob(row, GBA_READ_RAM));
+        QVERIFY(again.succeeded());
+        QVERIFY(again.result.bytes == changed);
     }
 
     void savesTakeTheFewestOperations_data() { addSaveRows(); }
     void savesTakeTheFewestOperations()
     {
         const SaveRow &row = fetchSave();
-        JobFixture fixture(makeGbaWith(row));
-        QVERIFY(fixture.run(saveJob(row, GBA_READ_RAM, "read.sav")).succeeded());
+        ReaderBench fixture(makeGbaWith(row));
+        QVERIFY(fixture.run(saveJob(row, GBA_READ_RAM)).succeeded());
         QCOMPARE(static_cast<int>(fixture.reader().counters().commandRuns),
                  kJobRuns + row.readPieces);
         QCOMPARE(static_cast<int>(fixture.reader().counters().reads), kJobReads + row.readPieces);
         QCOMPARE(fixture.refused(), std::uint64_t{0});
 
         // The program erases FLASH: the command, and a command with a read for each look.
-        QVERIFY(fixture.run(saveJob(row, GBA_WRITE_RAM, "read.sav")).succeeded());
+        QVERIFY(fixture.run(saveJob(row, GBA_WRITE_RAM), noise(row.size, 2)).succeeded());
         const int looks = row.type == kSaveFlash ? static_cast<int>(kPolls) + 1 : 0;
         const int eraseRuns = looks > 0 ? 1 + looks : 0;
         QCOMPARE(static_cast<int>(fixture.reader().counters().commandRuns),
@@ -204,54 +199,45 @@ private slots:
     void readThatFailsFailsTheDump()
     {
         QFETCH(int, position);
-        JobFixture fixture(makeGba(4 * kMiB));
+        ReaderBench fixture(makeGba(4 * kMiB));
         fixture.drive().addFault(dumpReadFault(static_cast<unsigned>(position)));
-        const JobOutcome outcome = fixture.run({kScript, GBA_READ_ROM, 4 * kMiB, path()});
-        QVERIFY2(outcome.failed(), qPrintable(outcome.text()));
-        QVERIFY(!QFile::exists(path()));
+        const JobRun outcome = fixture.run(gbaJob(GBA_READ_ROM, 4 * kMiB));
+        QVERIFY2(!outcome.succeeded(), qPrintable(outcome.text()));
     }
 
     void flashIsRefusedByTheProgram()
     {
-        JobFixture fixture(makeGba(kMiB));
-        QVERIFY(writeFile(path(), noise(1000, 1)));
-        const JobOutcome outcome = fixture.run({kScript, GBA_WRITE_FLASH, 1000, path()});
-        QVERIFY(outcome.failed());
+        ReaderBench fixture(makeGba(kMiB));
+        const JobRun outcome = fixture.run(gbaJob(GBA_WRITE_FLASH, 1000), noise(1000, 1));
+        QVERIFY(!outcome.succeeded());
         QCOMPARE(outcome.log.last(), QString("Unknow operate!"));
         QVERIFY(fixture.nothingWasSent());
     }
 
 private:
-    QString path(const char *name = "file.bin") const { return m_folder->filePath(name); }
-
     static const SaveRow &fetchSave()
     {
         QFETCH(int, row);
         return kSaves[row];
     }
 
-    Job saveJob(const SaveRow &row, JobCode operate, const char *name) const
+    static CartridgeJob saveJob(const SaveRow &row, JobCode operate)
     {
-        return {kScript, operate, row.size, path(name), row.type};
+        return gbaJob(operate, row.size, row.type);
     }
 
     void refuses(JobCode operate, int saveType, const QString &reason)
     {
         QFETCH(int, size);
-        JobFixture fixture(makeGba(kMiB));
-        const QByteArray before = noise(operate == GBA_WRITE_RAM ? size : 1000, 5);
-        QVERIFY(writeFile(path(), before));
-        const JobOutcome outcome = fixture.run({kScript, operate, size, path(), saveType});
-        QVERIFY(outcome.failed());
-        const QString error = outcome.log.filter(kScriptError).join("");
+        ReaderBench fixture(makeGba(kMiB));
+        const QByteArray input = operate == GBA_WRITE_RAM ? noise(size, 5) : QByteArray();
+        const JobRun outcome = fixture.run(gbaJob(operate, size, saveType), input);
+        QVERIFY(!outcome.succeeded());
         for (const QString &part :
              {QString("of %1 bytes").arg(size), reason, QString(kNothingSent)})
-            QVERIFY2(error.contains(part), qPrintable(outcome.text()));
+            QVERIFY2(outcome.result.scriptError.contains(part), qPrintable(outcome.text()));
         QVERIFY(fixture.nothingWasSent());
-        QVERIFY(fileBytes(path()) == before);
     }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 GBDRIVER_TEST(MapperGbaTest, core)

@@ -49,11 +49,11 @@ std::unique_ptr<Cartridge> makeLibraryCartridge(const MapperFacts &mapper, int r
 }
 
 // The fixture, and jobs with the script of the kind.
-class LibraryFixture : public JobFixture
+class LibraryFixture : public ReaderBench
 {
 public:
     LibraryFixture(const MapperFacts &mapper, int romSize, int ramSize)
-        : JobFixture(makeLibraryCartridge(mapper, romSize, ramSize)), m_mapper(mapper)
+        : ReaderBench(makeLibraryCartridge(mapper, romSize, ramSize)), m_mapper(mapper)
     {
     }
 
@@ -83,9 +83,9 @@ public:
         return moved;
     }
 
-    JobOutcome run(JobCode operate, int size, const QString &fileName)
+    JobRun run(JobCode operate, int size, const QByteArray &input = {})
     {
-        return JobFixture::run({m_mapper.script, operate, size, fileName});
+        return ReaderBench::run(scriptJob(m_mapper.script, operate, size), input);
     }
 
 private:
@@ -106,9 +106,9 @@ private slots:
         QFETCH(int, size);
         const MapperFacts &facts = mapperFacts()[mapper];
         LibraryFixture fixture(facts, size, 0);
-        const JobOutcome outcome = fixture.run(GB_READ_ROM, size, path("dump.gb"));
+        const JobRun outcome = fixture.run(GB_READ_ROM, size);
         QVERIFY2(outcome.succeeded(), qPrintable(outcome.text()));
-        QVERIFY2(fileBytes(path("dump.gb")) == fixture.rom(), "the dump differs from the image");
+        QVERIFY2(outcome.result.bytes == fixture.rom(), "the dump differs from the image");
         QCOMPARE(fixture.refused(), std::uint64_t{0});
     }
 
@@ -127,7 +127,7 @@ private slots:
         LibraryFixture fixture(facts, romSize, ramSize);
         const QByteArray before = fixture.fillSave(1);
         QVERIFY(!before.isEmpty());
-        QVERIFY(fixture.run(GB_READ_ROM, romSize, path("dump.gb")).succeeded());
+        QVERIFY(fixture.run(GB_READ_ROM, romSize).succeeded());
         QVERIFY2(fixture.save() == before, "the dump changed the save");
     }
 
@@ -139,23 +139,19 @@ private slots:
         const MapperFacts &facts = mapperFacts()[mapper];
         LibraryFixture fixture(facts, facts.romSizes.first(), size);
         const QByteArray before = fixture.fillSave(2);
-        QVERIFY(fixture.run(GB_READ_RAM, size, path("read.sav")).succeeded());
-        QVERIFY(fixture.compared(fileBytes(path("read.sav"))) == fixture.movedSave());
+        const JobRun read = fixture.run(GB_READ_RAM, size);
+        QVERIFY(read.succeeded());
+        QVERIFY(fixture.compared(read.result.bytes) == fixture.movedSave());
         QVERIFY2(fixture.save() == before, "reading changed the save");
 
         const QByteArray changed = noise(size, 3);
-        QVERIFY(writeFile(path("new.sav"), changed));
-        QVERIFY(fixture.run(GB_WRITE_RAM, size, path("new.sav")).succeeded());
+        QVERIFY(fixture.run(GB_WRITE_RAM, size, changed).succeeded());
         QVERIFY2(fixture.movedSave() == fixture.compared(changed), "the chip has other bytes");
 
-        QVERIFY(fixture.run(GB_READ_RAM, size, path("again.sav")).succeeded());
-        QVERIFY(fixture.compared(fileBytes(path("again.sav"))) == fixture.compared(changed));
+        const JobRun again = fixture.run(GB_READ_RAM, size);
+        QVERIFY(again.succeeded());
+        QVERIFY(fixture.compared(again.result.bytes) == fixture.compared(changed));
     }
-
-private:
-    QString path(const char *name) const { return m_folder.filePath(name); }
-
-    QTemporaryDir m_folder;
 };
 
 GBDRIVER_TEST(MapperLibraryTest, core)

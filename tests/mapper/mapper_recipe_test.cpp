@@ -4,7 +4,7 @@
 // A line is one operation: "2000=01 3000=00" a command file of bus writes, "ram A000+2000" one of
 // RAM payload, "program8 4000+4000" and "program16" of flash payload, "read 0000+8000" a read of
 // the bus. The slot is empty: it reads as an erased chip, and nothing can be harmed.
-#include "job_fixture.h"
+#include "mapper_fixture.h"
 #include "test_class.h"
 
 #include <QtTest>
@@ -191,7 +191,7 @@ private slots:
         QFETCH(int, size);
         QFETCH(int, flashWidth);
         QFETCH(QStringList, expected);
-        QCOMPARE(sent({script.constData(), static_cast<JobCode>(operate), size, {}, 0, flashWidth}),
+        QCOMPARE(sent(scriptJob(script, static_cast<JobCode>(operate), size, 0, flashWidth)),
                  expected);
     }
 
@@ -218,7 +218,7 @@ private slots:
         QFETCH(QByteArray, script);
         QFETCH(int, size);
         QFETCH(QStringList, groups);
-        const QStringList lines = sent({script.constData(), GB_READ_ROM, size});
+        const QStringList lines = sent(scriptJob(script, GB_READ_ROM, size));
         QStringList beforePairs;
         for (int i = 1; i < lines.size(); ++i) {
             if (lines[i] == "read 0000+8000")
@@ -228,17 +228,12 @@ private slots:
     }
 
 private:
-    QStringList sent(Job job)
+    static QStringList sent(const CartridgeJob &job)
     {
-        JobFixture fixture(nullptr);
-        job.fileName = m_folder.filePath("file");
-        if (!writeFile(job.fileName, noise(job.size, 1)))
-            return {"no file"};
-        const JobOutcome outcome = fixture.run(job);
+        ReaderBench fixture(nullptr);
+        const JobRun outcome = fixture.run(job, noise(bytesToMove(job), 1));
         return outcome.succeeded() ? linesOf(fixture.reader().operations()) : outcome.log;
     }
-
-    QTemporaryDir m_folder;
 };
 
 GBDRIVER_TEST(MapperRecipeTest, core)

@@ -29,7 +29,7 @@ void recordWait(unsigned long timeMs)
 {
     current->drive.calls.append(QString("wait %1").arg(timeMs));
     if (++waits == cancelInWait)
-        current->job.canceled();
+        current->recorder.isStopped = true;
 }
 
 // What one command, one look at the GB bus and one look at the save do on the drive.
@@ -100,7 +100,7 @@ private:
 void ErasePollTest::init()
 {
     m_bench = std::make_unique<ScriptBench>();
-    m_bench->job.save_type = kFlashSave;
+    m_bench->job.saveType = kFlashSave;
     m_bench->setScript(kScript);
     current = m_bench.get();
     cancelInWait = 0;
@@ -178,7 +178,7 @@ void ErasePollTest::gbLookReadsOneByteAtAddressZero()
         *static_cast<std::uint8_t *>(buffer) = 0xFF;
         return count;
     };
-    QVERIFY(waitForGbErase(m_bench->job));
+    QVERIFY(waitForGbErase(m_bench->recorder));
     QCOMPARE(address, 0U);
     QCOMPARE(length, 1U);
     QCOMPARE(waits, 1);
@@ -200,7 +200,7 @@ void ErasePollTest::saveLookIsAlwaysAnSramRead()
     selectGbaSaveType(static_cast<std::uint32_t>(boundType));
     queueLooks(kIdentityPath, QByteArray("\x00\xFF", 2));
     m_bench->drive.forgetCalls();
-    QVERIFY(eraseGbaSave(m_bench->job));
+    QVERIFY(eraseGbaSave(m_bench->recorder));
     const QByteArray sramRead = composeBlock(3, 17, {{4, 0, 3}, {8, 10, 2}});
     QCOMPARE(m_bench->drive.runs.size(), 3);
     QCOMPARE(m_bench->drive.runs[0].bytes, composeBlock(3, 7));
@@ -213,10 +213,10 @@ void ErasePollTest::failedLookIsNoErasedChip()
     m_bench->drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     m_bench->drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
     m_bench->drive.failNext(DriveCall::OpenRead);
-    QVERIFY(waitForGbErase(m_bench->job));
+    QVERIFY(waitForGbErase(m_bench->recorder));
     QCOMPARE(waits, 2);
     m_bench->drive.failNext(DriveCall::Read);
-    QVERIFY(eraseGbaSave(m_bench->job));
+    QVERIFY(eraseGbaSave(m_bench->recorder));
     QCOMPARE(waits, 4);
 }
 
@@ -227,7 +227,7 @@ void ErasePollTest::usualWaitTakesItsTime()
     m_bench->drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(waitForGbErase(m_bench->job));
+    QVERIFY(waitForGbErase(m_bench->recorder));
     QVERIFY2(timer.elapsed() >= 1000, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(waits, 0);
 }

@@ -1,46 +1,30 @@
 // A script that hands a native something else than its job stops the program, in every build type.
+#include "process_run.h"
 #include "test_class.h"
 
 #include <QCoreApplication>
 #include <QOperatingSystemVersion>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QtTest>
 
 namespace
 {
 
-constexpr int kTimeoutMs = 30000;
-
-struct Outcome {
-    QProcess::ExitStatus status = QProcess::NormalExit;
-    int code = 0;
-    QByteArray output;
-    QByteArray errors;
-};
-
 // Runs `program` of this test's folder.
-bool runProgram(const QString &program, int operate, const QString &statement, Outcome *outcome)
+ProcessRun runScript(const QString &program, int operate, const QString &statement)
 {
-    QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + "/" + program,
-                  {QString::number(operate), statement});
-    if (!process.waitForFinished(kTimeoutMs))
-        return false;
-    outcome->status = process.exitStatus();
-    outcome->code = process.exitCode();
-    outcome->output = process.readAllStandardOutput();
-    outcome->errors = process.readAllStandardError();
-    return true;
+    return runProcess(QCoreApplication::applicationDirPath() + "/" + program,
+                      {QString::number(operate), statement});
 }
 
-// abort() ends a program by a signal; Windows has none, and its C runtime ends it with an exit code.
-bool wasAborted(const Outcome &outcome)
+// abort() ends a program by a signal; Windows has none, and its C runtime ends it with an exit
+// code.
+bool wasAborted(const ProcessRun &outcome)
 {
     constexpr int kAbortExitCode = 3;
     if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows)
-        return outcome.status == QProcess::NormalExit && outcome.code == kAbortExitCode;
-    return outcome.status == QProcess::CrashExit;
+        return outcome.exitCode == kAbortExitCode;
+    return outcome.crashed;
 }
 
 } // namespace
@@ -84,9 +68,8 @@ void FatalAssertionTest::wrongJobStopsTheProgram()
     QFETCH(QString, program);
     QFETCH(int, operate);
     QFETCH(QString, statement);
-    Outcome outcome;
-    QVERIFY(runProgram(program, operate, statement, &outcome));
-    QVERIFY2(wasAborted(outcome), qPrintable(QString("exit code %1").arg(outcome.code)));
+    const ProcessRun outcome = runScript(program, operate, statement);
+    QVERIFY2(wasAborted(outcome), qPrintable(QString("exit code %1").arg(outcome.exitCode)));
     QVERIFY2(!outcome.output.contains("went on"), outcome.output.constData());
     QVERIFY2(outcome.errors.contains("sq_gettype(v, 2) == OT_USERPOINTER"),
              outcome.errors.constData());
@@ -114,10 +97,8 @@ void FatalAssertionTest::rightJobDoesNot()
     QFETCH(int, operate);
     QFETCH(QString, statement);
     QFETCH(int, code);
-    Outcome outcome;
-    QVERIFY(runProgram(program, operate, statement, &outcome));
-    QCOMPARE(outcome.status, QProcess::NormalExit);
-    QCOMPARE(outcome.code, code);
+    const ProcessRun outcome = runScript(program, operate, statement);
+    QCOMPARE(outcome.exitCode, code);
     QCOMPARE(outcome.output.trimmed(), QByteArray("the script went on"));
 }
 

@@ -122,13 +122,13 @@ void NativeArgumentsTest::wrongArgumentsAreRefused()
     QFETCH(QByteArray, statement);
     QFETCH(QString, message);
     NativeBench bench(operate);
-    bench.job.data_pos = 3;
+    bench.job.cursor = 3;
     QVERIFY(!bench.run(statement));
     QCOMPARE(bench.errors(), QStringList{message});
     QCOMPARE(bench.operations, QStringList());
     QCOMPARE(bench.drive.calls, QStringList());
     QCOMPARE(bench.progress(), QStringList());
-    QCOMPARE(bench.job.data_pos, 3);
+    QCOMPARE(bench.job.cursor, 3);
 }
 
 void NativeArgumentsTest::batchIsCheckedToItsEnd_data()

@@ -1,7 +1,5 @@
 #include "native_bench.h"
 
-#include "job_events.h"
-
 #include "device/device_link.h"
 #include "device/device_ops.h"
 #include "script/natives.h"
@@ -23,7 +21,7 @@ QString hex(std::uint32_t number)
 NativeBench *NativeBench::s_current = nullptr;
 
 NativeBench::NativeBench(int operate, int bufferSize)
-    : m_buffer(static_cast<std::size_t>(bufferSize))
+    : job(CartridgeJob{}, m_recorder), m_buffer(static_cast<std::size_t>(bufferSize))
 {
     drive.addDrive('E', DriveType::Removable);
     setDriveBackend(&drive);
@@ -31,12 +29,10 @@ NativeBench::NativeBench(int operate, int bufferSize)
     s_current = this;
     deviceOps = {transfer<0>, writePairs,  transfer<1>, transfer<2>, transfer<3>,
                  writePairs,  transfer<4>, transfer<5>, nullptr};
-    const bool usesSave = (operate & 2) != 0;
-    job.operate = operate;
-    job.rom_size = usesSave ? kOtherSize : bufferSize;
-    job.ram_size = usesSave ? bufferSize : kOtherSize;
-    job.data_buf = m_buffer.data();
-    recordEvents(&job, &m_events);
+    job.job.operate = operate;
+    job.job.romSize = movesSave(operate) ? kOtherSize : bufferSize;
+    job.job.ramSize = movesSave(operate) ? bufferSize : kOtherSize;
+    job.data = m_buffer.data();
     m_vm = createVm(&job);
     const NativeSet natives = nativesOf(operate);
     for (int i = 0; i < natives.count; ++i)
@@ -94,7 +90,7 @@ std::uint32_t NativeBench::nextResult(std::uint32_t usual)
 template <int slot>
 std::uint32_t NativeBench::transfer(std::uint32_t first, void *buffer, std::uint32_t length)
 {
-    const auto place = static_cast<unsigned char *>(buffer) - s_current->job.data_buf;
+    const auto place = static_cast<unsigned char *>(buffer) - s_current->job.data;
     s_current->operations.append(QString("%1 %2 +%3 @%4")
                                      .arg(kSlotNames[slot], hex(first))
                                      .arg(length)

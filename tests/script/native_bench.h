@@ -4,9 +4,8 @@
 // recording drive.
 #pragma once
 
+#include "job_events.h"
 #include "recording_drive.h"
-
-#include "worker/famicom_thread.h"
 
 #include <squirrel.h>
 
@@ -43,7 +42,7 @@ public:
 
     static constexpr int kOtherSize = 0x777;
 
-    FamicomThread job;
+    RunningJob job;
     RecordingDrive drive;
 
 private:
@@ -55,8 +54,9 @@ private:
 
     static NativeBench *s_current;
 
+    QStringList m_events;
+    JobRecorder m_recorder{&m_events};
     std::vector<unsigned char> m_buffer;
     QList<std::uint32_t> m_results;
-    QStringList m_events;
     HSQUIRRELVM m_vm = nullptr;
 };

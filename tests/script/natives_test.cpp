@@ -52,6 +52,7 @@ private slots:
     void writesAdvanceByWhatWasAsked();
     void failedReadMovesTheCursorBack();
     void oneReportACall();
+    void refusalTellsScriptsTheCursor();
 
     void transferStaysInsideTheBuffer_data();
     void transferStaysInsideTheBuffer();
@@ -170,14 +171,14 @@ void NativesTest::readsAdvanceByWhatArrived()
     QFETCH(QByteArray, native);
     QFETCH(QString, maximum);
     NativeBench bench(operate);
-    bench.job.data_pos = 4;
+    bench.job.cursor = 4;
     bench.setResults({100, 0, 0xFFFFFFFF, 16});
     QVERIFY(bench.run("for (local i = 0; i < 4; i++) " + native + "(dev, i, 100);"));
     QCOMPARE(bench.progress(),
              (QStringList{"104/" + maximum, "104/" + maximum, "103/" + maximum, "119/" + maximum}));
     const QStringList places = bench.operations.replaceInStrings(QRegExp(".*@"), "");
     QCOMPARE(places, (QStringList{"4", "104", "104", "103"}));
-    QCOMPARE(bench.job.data_pos, 119);
+    QCOMPARE(bench.job.cursor, 119);
 }
 
 void NativesTest::writesAdvanceByWhatWasAsked_data()
@@ -194,13 +195,13 @@ void NativesTest::writesAdvanceByWhatWasAsked()
     QFETCH(int, operate);
     QFETCH(QByteArray, native);
     NativeBench bench(operate);
-    bench.job.data_pos = 4;
+    bench.job.cursor = 4;
     bench.setResults({0, 0xFFFFFFFF, 512});
     QVERIFY(bench.run("for (local i = 0; i < 3; i++) " + native + "(dev, i, 100);"));
     QCOMPARE(bench.progress(), (QStringList{"104/32768", "204/32768", "304/32768"}));
     const QStringList places = bench.operations.replaceInStrings(QRegExp(".*@"), "");
     QCOMPARE(places, (QStringList{"4", "104", "204"}));
-    QCOMPARE(bench.job.data_pos, 304);
+    QCOMPARE(bench.job.cursor, 304);
 }
 
 // At the start of the buffer that is below zero, where nothing may be transferred any more.
@@ -213,7 +214,34 @@ void NativesTest::failedReadMovesTheCursorBack()
     QCOMPARE(bench.errors(),
              QStringList{"cpu_read: cursor -1, length 512: outside the buffer of 32768 bytes"});
     QCOMPARE(bench.operations, QStringList{"gbRead 0 +512 @0"});
-    QCOMPARE(bench.job.data_pos, -1);
+    QCOMPARE(bench.job.cursor, -1);
+}
+
+// The shipped scripts' own way to find out that a read has failed.
+void NativesTest::refusalTellsScriptsTheCursor()
+{
+    const QByteArray load = "dofile(\"" SHIPPED_SCRIPTS "/common.nut\", true); MAPPER = \"TEST\"; ";
+    const QByteArray readAll = "cpu_read(dev, 0, 0x4000); cpu_read(dev, 0x4000, 0x4000); ";
+    const QByteArray check = "check_all_read(dev, 0x8000, cpu_read);";
+    const QStringList twoReads = {"gbRead 0 +16384 @0", "gbRead 4000 +16384 @16384"};
+    const QString failure = "TEST: a read from the reader failed. The cartridge is as it was. "
+                            "Try again.";
+
+    NativeBench whole(GB_READ_ROM);
+    QVERIFY2(whole.run(load + readAll + check), qPrintable(whole.errors().join('|')));
+    QCOMPARE(whole.operations, twoReads); // the check reads nothing
+    QCOMPARE(whole.job.cursor, 0x8000);
+
+    NativeBench failed(GB_READ_ROM);
+    failed.setResults({0x4000, 0xFFFFFFFF});
+    QVERIFY(!failed.run(load + readAll + check));
+    QCOMPARE(failed.errors().last(), failure);
+
+    // A cursor that only begins like the size is another one.
+    NativeBench further(GB_READ_ROM, 0x8000);
+    further.job.cursor = 327680;
+    QVERIFY(!further.run(load + check));
+    QCOMPARE(further.errors().last(), failure);
 }
 
 void NativesTest::oneReportACall()
@@ -266,12 +294,12 @@ void NativesTest::transferStaysInsideTheBuffer()
     QFETCH(QByteArray, statement);
     QFETCH(QString, message);
     NativeBench bench(operate, bufferSize);
-    bench.job.data_pos = cursor;
+    bench.job.cursor = cursor;
     QVERIFY(!bench.run(statement));
     QCOMPARE(bench.errors(), QStringList{message});
     QCOMPARE(bench.operations, QStringList());
     QCOMPARE(bench.progress(), QStringList());
-    QCOMPARE(bench.job.data_pos, cursor);
+    QCOMPARE(bench.job.cursor, cursor);
 }
 
 void NativesTest::transferToTheLastByteIsAllowed_data()
@@ -295,7 +323,7 @@ void NativesTest::transferToTheLastByteIsAllowed()
     QVERIFY(bench.run(native + "(dev, 0, 0x8000);" + native + "(dev, 0, 0);"));
     QCOMPARE(bench.operations.size(), 2);
     QVERIFY(bench.operations.last().endsWith("+0 @32768"));
-    QCOMPARE(bench.job.data_pos, 0x8000);
+    QCOMPARE(bench.job.cursor, 0x8000);
     QVERIFY(!bench.run(native + "(dev, 0, 1);"));
 }
 
@@ -318,7 +346,7 @@ void NativesTest::batchesAreSentAsOne()
         NativeBench bench(operate);
         QVERIFY(bench.run(batch(integers)));
         QCOMPARE(bench.operations, QStringList{operation});
-        QCOMPARE(bench.job.data_pos, 0);
+        QCOMPARE(bench.job.cursor, 0);
     }
 }
 

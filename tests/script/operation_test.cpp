@@ -4,13 +4,13 @@
 
 #include "job_events.h"
 
-#include "script/erase_poll.h"
+#include "script/natives.h"
 #include "script/script_host.h"
 #include "test_class.h"
+#include "translators.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>
-#include <QTranslator>
 #include <QtTest>
 
 #include <vector>
@@ -31,20 +31,6 @@ function cpu_erase(dev, a, b) { tell("cpu_erase", dev, a, b); }
 function cpu_flash(dev, a, b) { tell("cpu_flash", dev, a, b); }
 )";
 
-void waitNot(unsigned long /*timeMs*/) {}
-
-// Marks every text with the context that it is translated in.
-class ContextTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char * /*disambiguation*/,
-                      int /*n*/) const override
-    {
-        return QString("[%1]%2").arg(context, sourceText);
-    }
-    bool isEmpty() const override { return false; }
-};
-
 } // namespace
 
 class OperationTest : public QObject
@@ -52,8 +38,6 @@ class OperationTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-
     void scriptSeesTheNativesOfItsOperation_data();
     void scriptSeesTheNativesOfItsOperation();
     void unknownOperationRunsNothing_data();
@@ -79,29 +63,20 @@ private slots:
     void textsAreTranslatedAsTheHosts();
 };
 
-void OperationTest::init()
-{
-    setPollWaiter(waitNot);
-}
-
 void OperationTest::scriptSeesTheNativesOfItsOperation_data()
 {
     QTest::addColumn<int>("operate");
-    QTest::addColumn<QStringList>("names");
-    QTest::newRow("GB ROM dump") << 0 << QStringList{"cpu_write", "cpu_read"};
-    QTest::newRow("GB flash write") << 1 << QStringList{"cpu_write", "rom_write", "rom_flash_cfg"};
-    QTest::newRow("GB save dump") << 2 << QStringList{"cpu_write", "cpu_read"};
-    QTest::newRow("GB save write") << 3 << QStringList{"cpu_write", "ram_write"};
-    QTest::newRow("GBA ROM dump") << 4 << QStringList{"cpu_read"};
-    QTest::newRow("GBA save dump") << 6 << QStringList{"ram_read"};
-    QTest::newRow("GBA save write") << 7 << QStringList{"ram_write", "ram_erase"};
+    for (int operate : {0, 1, 2, 3, 4, 6, 7})
+        QTest::addRow("operation %d", operate) << operate;
 }
 
 // At top level already, not only within the entry functions.
 void OperationTest::scriptSeesTheNativesOfItsOperation()
 {
     QFETCH(int, operate);
-    QFETCH(QStringList, names);
+    QStringList names;
+    for (int i = 0; i < nativesOf(operate).count; ++i)
+        names.append(nativesOf(operate).natives[i].name);
     ScriptBench bench;
     bench.setScript("foreach (name in [\"" + kNatives.join("\", \"").toLatin1() +
                     "\"]) if (name in getroottable()) print(name + \" \" + typeof "
@@ -168,10 +143,10 @@ void OperationTest::operationLogsItsSequence()
     ScriptBench bench;
     bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     bench.drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
-    bench.job.rom_size = 0x8000;
-    bench.job.ram_size = 0x2000;
-    bench.job.flash_width = 1;
-    bench.job.save_type = saveType;
+    bench.job.romSize = 0x8000;
+    bench.job.ramSize = 0x2000;
+    bench.job.flashWidth = 1;
+    bench.job.saveType = saveType;
     bench.setScript(kTellingScript);
     QVERIFY(bench.run(operate));
     QCOMPARE(bench.logs(), lines);
@@ -213,10 +188,10 @@ void OperationTest::unloadableScriptFails()
 void OperationTest::missingScriptFails()
 {
     ScriptBench bench;
-    bench.job.script_name = "no such folder/mapper.nut";
+    bench.job.scriptPath = "no such folder/mapper.nut";
     QVERIFY(!bench.run(0));
     QCOMPARE(bench.events(), QStringList{"log dump core script error\n"});
-    bench.job.script_name.clear();
+    bench.job.scriptPath.clear();
     QVERIFY(!bench.run(0));
     QCOMPARE(bench.events(), QStringList{"log dump core script error\n"});
 }
@@ -232,7 +207,7 @@ void OperationTest::scriptNameThatCannotBeEncodedIsMissing()
     for (const char *name : {"??.nut", "\x1A\x1A.nut", "__.nut", ".nut"})
         copies += QFile::copy(other, folder.filePath(name)) ? 1 : 0;
     QVERIFY(copies >= 2);
-    bench.job.script_name = folder.filePath(QString::fromUtf8("\u65E5\u672C.nut"));
+    bench.job.scriptPath = folder.filePath(QString::fromUtf8("\u65E5\u672C.nut"));
     QTextCodec *usual = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const bool succeeded = bench.run(0);
@@ -302,8 +277,8 @@ void OperationTest::failingEntryFunctionFails()
     QFETCH(QString, start);
     QFETCH(QString, finish);
     ScriptBench bench;
-    bench.job.rom_size = 7;
-    bench.job.ram_size = 7;
+    bench.job.romSize = 7;
+    bench.job.ramSize = 7;
     const QString path = bench.setScript("function " + entry.toLatin1() +
                                          "(dev, size, max)\n{\n    throw \"broken\";\n}\n");
     QVERIFY(!bench.run(operate));
@@ -373,7 +348,7 @@ void OperationTest::eraseAndFlashShareOneMachine()
 {
     ScriptBench bench;
     bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
-    bench.job.flash_width = 1;
+    bench.job.flashWidth = 1;
     bench.setScript("width <- null;\n"
                     "function cpu_erase(dev, size, flash_width) { width = flash_width; }\n"
                     "function cpu_flash(dev, a, b) { print(\"width \" + width); }\n");
@@ -386,8 +361,8 @@ void OperationTest::cursorIsKeptBetweenEntryFunctions()
     ScriptBench bench;
     bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     std::vector<unsigned char> buffer(32, 0);
-    bench.job.data_buf = buffer.data();
-    bench.job.rom_size = 24;
+    bench.data = buffer.data();
+    bench.job.romSize = 24;
     bench.setScript("function cpu_erase(dev, a, b) { rom_write(dev, 0, 16); }\n"
                     "function cpu_flash(dev, a, b) { rom_write(dev, 0, 8); }\n");
     QVERIFY(bench.run(1));
@@ -396,15 +371,15 @@ void OperationTest::cursorIsKeptBetweenEntryFunctions()
 
 void OperationTest::textsAreTranslatedAsTheHosts()
 {
-    ContextTranslator translator;
+    MarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     ScriptBench bench;
     bench.drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
-    bench.job.save_type = 1;
+    bench.job.saveType = 1;
     bench.setScript("function save_write(dev, a, b) { print(\"its own words\"); }");
     QVERIFY(bench.run(7));
     const QStringList written = bench.logs();
-    bench.job.script_name.clear();
+    bench.job.scriptPath.clear();
     bench.run(0);
     const QStringList missing = bench.logs();
     bench.run(5);

@@ -1,20 +1,16 @@
 #include "script_bench.h"
 
-#include "job_events.h"
-
 #include "device/device_link.h"
 #include "device/device_ops.h"
 #include "script/erase_poll.h"
 #include "script/script_host.h"
 
-#include <QFile>
-
 ScriptBench::ScriptBench()
 {
     attachReader(&drive);
+    setPollWaiter([](unsigned long) {});
     selectGbMode();
     selectGbaMode();
-    recordEvents(&job, &drive.calls);
 }
 
 ScriptBench::~ScriptBench()
@@ -26,21 +22,17 @@ ScriptBench::~ScriptBench()
 
 QString ScriptBench::setScript(const QByteArray &text)
 {
-    job.script_name = m_folder.filePath("mapper.nut");
-    QFile file(job.script_name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("cannot write the script %s", qPrintable(job.script_name));
-    return job.script_name;
+    job.scriptPath = m_folder.addFile("mapper.nut", text);
+    return job.scriptPath;
 }
 
 bool ScriptBench::run(int operate)
 {
     drive.forgetCalls();
     job.operate = operate;
-    return runOperation(&job);
-}
-
-QStringList ScriptBench::logs() const
-{
-    return logTexts(events());
+    RunningJob running(job, recorder);
+    running.data = data;
+    end = runOperation(&running);
+    scriptError = running.scriptError;
+    return end == JobEnd::Done;
 }

@@ -1,15 +1,13 @@
 // A job, a mapper script and a recording drive for tests of the script host. The host runs on the
-// test's own thread.
+// test's own thread. Erase polls do not wait.
 //
 // The reader is on drive E, both buses are selected, and the natives reach the real commands. What
 // the job emits is recorded among the drive's calls, so that one list shows who came first.
 #pragma once
 
+#include "files.h"
+#include "job_events.h"
 #include "recording_drive.h"
-
-#include "worker/famicom_thread.h"
-
-#include <QTemporaryDir>
 
 class ScriptBench
 {
@@ -23,15 +21,20 @@ public:
     QString setScript(const QByteArray &text);
 
     // Runs the script part of the job with operation code `operate`; only what happens from here on
-    // is recorded. Returns: what the host returned.
+    // is recorded. Returns: whether it is Done.
     bool run(int operate);
 
+    JobEnd end = JobEnd::Done;     // what the host returned
+    QString scriptError;           // and what it kept of the script's error
+    unsigned char *data = nullptr; // the job's transfer buffer
+
     QStringList events() const { return drive.calls; }
-    QStringList logs() const;
+    QStringList logs() const { return logTexts(events()); }
 
     RecordingDrive drive;
-    FamicomThread job;
+    JobRecorder recorder{&drive.calls};
+    CartridgeJob job;
 
 private:
-    QTemporaryDir m_folder;
+    UserFolder m_folder;
 };

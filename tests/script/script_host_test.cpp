@@ -87,7 +87,8 @@ private:
     SQRESULT execute(const QByteArray &text);
     QStringList logs() const { return logTexts(m_events); }
 
-    std::unique_ptr<FamicomThread> m_job;
+    std::unique_ptr<JobRecorder> m_recorder;
+    std::unique_ptr<RunningJob> m_job;
     QStringList m_events;
     HSQUIRRELVM m_vm = nullptr;
 };
@@ -96,8 +97,8 @@ void ScriptHostTest::init()
 {
     captured = Captured();
     m_events.clear();
-    m_job = std::make_unique<FamicomThread>();
-    recordEvents(m_job.get(), &m_events);
+    m_recorder = std::make_unique<JobRecorder>(&m_events);
+    m_job = std::make_unique<RunningJob>(CartridgeJob{}, *m_recorder);
     m_vm = createVm(m_job.get());
     registerNative(m_vm, "capture", capture);
     registerNative(m_vm, "capture_this", captureThis);

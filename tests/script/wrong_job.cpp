@@ -3,7 +3,6 @@
 // `dev` is a job without a buffer. Prints "the script went on" when the statement has ended.
 #include "script/natives.h"
 #include "script/script_host.h"
-#include "worker/famicom_thread.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,10 +12,16 @@ int main(int argc, char **argv)
 {
     if (argc != 3)
         return 2;
-    FamicomThread job;
-    job.operate = std::atoi(argv[1]);
+    class : public JobListener
+    {
+        void onLine(const QString & /*line*/) override {}
+        void onProgress(int /*doneBytes*/, int /*maximum*/) override {}
+        bool isStopWanted() override { return false; }
+    } listener;
+    RunningJob job(CartridgeJob{}, listener);
+    job.job.operate = std::atoi(argv[1]);
     HSQUIRRELVM v = createVm(nullptr);
-    const NativeSet natives = nativesOf(job.operate);
+    const NativeSet natives = nativesOf(job.job.operate);
     for (int i = 0; i < natives.count; ++i)
         registerNative(v, natives.natives[i].name, natives.natives[i].function);
     const std::string script = std::string("function entry(dev) { ") + argv[2] + " }";

@@ -4,11 +4,8 @@
 #include "log_check.h"
 #include "reader_fixture.h"
 
-#include "script/erase_poll.h"
 #include "test_class.h"
 #include "ui/settings.h"
-#include "virtual/cartridge_factory.h"
-#include "virtual/image_generator.h"
 
 #include <QPushButton>
 #include <QtTest>
@@ -27,25 +24,9 @@ constexpr std::uint32_t kKiB = 1024;
 constexpr std::uint32_t kMiB = 1024 * kKiB;
 constexpr unsigned kErasePolls = 2; // that see the chip at work
 
-// The chip counts looks, not time.
-void waitForNothing(unsigned long /*timeMs*/) {}
-
 ByteVector gameOf(std::uint32_t size, std::uint64_t seed)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({0x1B, size, 8 * kKiB, "VIRTUAL", seed}, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
-}
-
-std::unique_ptr<Cartridge> cartridgeOf(const ByteVector &image, const CartridgeOptions &options)
-{
-    std::string error;
-    auto cartridge = makeCartridge(image, options, &error);
-    if (cartridge == nullptr)
-        qFatal("%s", error.c_str());
-    return cartridge;
+    return gbImage({0x1B, size, 8 * kKiB, "VIRTUAL", seed});
 }
 
 std::unique_ptr<Cartridge> makeFlashBoard(FlashWidth width, std::uint32_t chipSize)
@@ -62,13 +43,8 @@ std::unique_ptr<Cartridge> makeGbaBoard(GbaSaveType type, std::uint32_t saveSize
     options.saveType = type;
     options.saveSize = saveSize;
     options.flashChip.erasePolls = kErasePolls;
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage({}, &image, &error))
-        qFatal("%s", error.c_str());
-    auto cartridge = cartridgeOf(image, options);
-    if (!cartridge->loadSave(makeNoise(saveSize, 1)))
-        qFatal("the cartridge takes no save of %u bytes", saveSize);
+    auto cartridge = cartridgeOf(gbaImage(), options);
+    putSave(cartridge.get(), noise(static_cast<int>(saveSize), 1));
     return cartridge;
 }
 
@@ -79,7 +55,6 @@ class CartridgeWriteTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { setPollWaiter(waitForNothing); }
     void cleanup();
 
     void gbFlashIsErasedProgrammedAndReadBack_data();
@@ -99,14 +74,11 @@ void CartridgeWriteTest::cleanup()
 {
     m_tab.reset();
     m_fixture.reset();
-    setPollWaiter(nullptr);
 }
 
 void CartridgeWriteTest::use(std::unique_ptr<Cartridge> cartridge)
 {
-    VirtualReaderConfig config;
-    config.strictSectors = true;
-    m_fixture = std::make_unique<ReaderFixture>(std::move(cartridge), config);
+    m_fixture = std::make_unique<ReaderFixture>(std::move(cartridge));
     m_fixture->findReader();
     ReaderFixture::addShippedScripts();
     m_tab = std::make_unique<MainTab>();
@@ -139,7 +111,7 @@ void CartridgeWriteTest::gbFlashIsErasedProgrammedAndReadBack()
     constexpr std::uint32_t kGameSize = 256 * kKiB;
     use(makeFlashBoard(width, kMiB));
     const QByteArray game = toByteArray(gameOf(kGameSize, 2));
-    const QByteArray chipBefore = toByteArray(m_fixture->reader().cartridge().romImage());
+    const QByteArray chipBefore = m_fixture->rom();
     QVERIFY(chipBefore.left(game.size()) != game);
 
     const QString file = m_fixture->addFile("game.gb", game);
@@ -156,7 +128,7 @@ void CartridgeWriteTest::gbFlashIsErasedProgrammedAndReadBack()
                                  "<hr><br>"};
     COMPARE_LOG(*m_tab, flashLines);
     const QByteArray erased(static_cast<int>(kMiB - kGameSize), '\xFF');
-    QVERIFY(toByteArray(m_fixture->reader().cartridge().romImage()) == game + erased);
+    QVERIFY(m_fixture->rom() == game + erased);
 
     m_tab->settings->selectItem2(kGameSize);
     const QString dump = m_fixture->path("dump.gb");
@@ -191,8 +163,8 @@ void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack()
     m_tab->settings->selectSysType(1);
     m_tab->settings->selectItem2(type);
     m_tab->settings->selectItem3(size);
-    const QByteArray save = toByteArray(makeNoise(static_cast<std::uint32_t>(size), 2));
-    QVERIFY(toByteArray(m_fixture->reader().cartridge().saveImage()) != save);
+    const QByteArray save = noise(size, 2);
+    QVERIFY(m_fixture->save() != save);
 
     const QString file = m_fixture->addFile("new.sav", save);
     pressAndWait(m_tab->writeRamButton, file);
@@ -202,7 +174,7 @@ void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack()
         lines += {"Start erase flash chip...", "Erase flash chip finish."};
     lines += {"Start write save...", "Write save finish.", ">Success!", "<hr><br>"};
     COMPARE_LOG(*m_tab, lines);
-    QVERIFY(toByteArray(m_fixture->reader().cartridge().saveImage()) == save);
+    QVERIFY(m_fixture->save() == save);
 
     const QString readBack = m_fixture->path("back.sav");
     pressAndWait(m_tab->readRamButton, readBack);

@@ -6,6 +6,7 @@
 
 #include "test_class.h"
 #include "ui/settings.h"
+#include "virtual/gb_cartridges.h"
 #include "worker/famicom_thread.h"
 
 #include <QDir>
@@ -26,13 +27,6 @@ namespace
 {
 constexpr int kJobTimeoutMs = 60000;
 constexpr std::uint32_t kRomSize = 128 * 1024;
-
-// Entry functions that leave the cartridge alone.
-constexpr char kIdleScript[] = "function cpu_dump(dev, size, max) {}\n"
-                               "function save_dump(dev, size, max) {}\n"
-                               "function save_write(dev, size, max) {}\n"
-                               "function cpu_erase(dev, size, width) {}\n"
-                               "function cpu_flash(dev, size, max) {}\n";
 
 // An MBC5 cartridge, bank by bank.
 constexpr char kMbc5Script[] = R"(
@@ -206,7 +200,7 @@ void FileActionTest::dialogsAskForTheRightFile()
     QVERIFY(isIdle(*m_tab));
     QCOMPARE(m_fixture->traffic(),
              system == 1 ? (QStringList{"F0/03", "03/01"}) : (QStringList{"F0/02", "02/01"}));
-    QCOMPARE(m_fixture->drive().releases, 1);
+    QCOMPARE(m_fixture->releases(), 1);
     QCOMPARE(m_tab->worker->file_name, QString());
     QCOMPARE(m_tab->worker->script_name, QString());
 }
@@ -237,7 +231,7 @@ void FileActionTest::cancelledDialogWithoutReader()
     press(button, QString());
     COMPARE_LOG(*m_tab, QStringList{"Initialize device error."});
     QVERIFY(isIdle(*m_tab));
-    QCOMPARE(m_fixture->drive().releases, 1);
+    QCOMPARE(m_fixture->releases(), 1);
 }
 
 void FileActionTest::readerMustHaveBeenFound()
@@ -255,8 +249,7 @@ void FileActionTest::readerMustHaveBeenFound()
     // The information action looks for the reader; after that the dump goes through.
     QTest::mouseClick(m_tab->infoButton, Qt::LeftButton);
     pressAndWait(&MainTab::dumpButton, path);
-    QCOMPARE(m_fixture->fileBytes("dump.gb"),
-             toByteArray(m_fixture->reader().cartridge().romImage()));
+    QCOMPARE(m_fixture->fileBytes("dump.gb"), m_fixture->rom());
 }
 
 void FileActionTest::missingScriptIsNamed_data()
@@ -276,7 +269,7 @@ void FileActionTest::missingScriptIsNamed()
     COMPARE_LOG(*m_tab, (QStringList{"Not exists script file :", script, "<hr><br>"}));
     QVERIFY(isIdle(*m_tab));
     QCOMPARE(m_fixture->traffic().size(), 2); // the bus was selected before the script was missed
-    QCOMPARE(m_fixture->drive().releases, 1);
+    QCOMPARE(m_fixture->releases(), 1);
     QCOMPARE(m_fixture->fileBytes("user.gb.gba.sav"), QByteArray("bytes"));
 }
 
@@ -383,7 +376,7 @@ void FileActionTest::jobReleasesTheReaderOnce()
     use(makeMbc5Cartridge(kRomSize));
     addScripts(kMbc5Script);
     pressAndWait(&MainTab::dumpButton, m_fixture->path("dump.gb"));
-    QCOMPARE(m_fixture->drive().releases, 1);
+    QCOMPARE(m_fixture->releases(), 1);
 }
 
 void FileActionTest::romIsDumpedByteForByte()
@@ -397,8 +390,7 @@ void FileActionTest::romIsDumpedByteForByte()
 
     COMPARE_LOG(*m_tab, (QStringList{"Reading data from ROM to file:\n" + path, "Start dump rom...",
                                      "Dump rom finish.", ">Success!", "<hr><br>"}));
-    QCOMPARE(m_fixture->fileBytes("dump.gb"),
-             toByteArray(m_fixture->reader().cartridge().romImage()));
+    QCOMPARE(m_fixture->fileBytes("dump.gb"), m_fixture->rom());
     // One step for each of the 8 banks, and the last one for the whole job.
     QCOMPARE(progress.count(), 9);
     for (int bank = 0; bank < 8; ++bank)
@@ -433,12 +425,10 @@ void FileActionTest::shippedScriptsDumpByteForByte()
     pressAndWait(&MainTab::dumpButton, m_fixture->path("dump.gb"));
     QVERIFY2(m_tab->console->toPlainText().contains(">Success!"),
              qPrintable(m_tab->console->toPlainText()));
-    QVERIFY(m_fixture->fileBytes("dump.gb") ==
-            toByteArray(m_fixture->reader().cartridge().romImage()));
+    QVERIFY(m_fixture->fileBytes("dump.gb") == m_fixture->rom());
     if (ramSize > 0) {
         pressAndWait(&MainTab::readRamButton, m_fixture->path("dump.sav"));
-        QCOMPARE(m_fixture->fileBytes("dump.sav"),
-                 toByteArray(m_fixture->reader().cartridge().saveImage()));
+        QCOMPARE(m_fixture->fileBytes("dump.sav"), m_fixture->save());
     }
 }
 
@@ -447,7 +437,7 @@ void FileActionTest::saveIsReadChangedAndWrittenBack()
     use(makeMbc5Cartridge(kRomSize));
     addScripts(kMbc5Script);
     m_tab->settings->selectItem3(32768);
-    const QByteArray original = toByteArray(m_fixture->reader().cartridge().saveImage());
+    const QByteArray original = m_fixture->save();
     QCOMPARE(original.size(), 32768);
     pressAndWait(&MainTab::readRamButton, m_fixture->path("first.sav"));
     QCOMPARE(m_fixture->fileBytes("first.sav"), original);
@@ -457,7 +447,7 @@ void FileActionTest::saveIsReadChangedAndWrittenBack()
         byte = static_cast<char>(~byte);
     const QString path = m_fixture->addFile("changed.sav", changed);
     pressAndWait(&MainTab::writeRamButton, path);
-    QCOMPARE(toByteArray(m_fixture->reader().cartridge().saveImage()), changed);
+    QCOMPARE(m_fixture->save(), changed);
 
     pressAndWait(&MainTab::readRamButton, m_fixture->path("second.sav"));
     QCOMPARE(m_fixture->fileBytes("second.sav"), changed);
@@ -470,8 +460,7 @@ void FileActionTest::existingFileIsReplaced()
     addScripts(kMbc5Script);
     const QString path = m_fixture->addFile("dump.gb", QByteArray(100000, 'x'));
     pressAndWait(&MainTab::dumpButton, path);
-    QCOMPARE(m_fixture->fileBytes("dump.gb"),
-             toByteArray(m_fixture->reader().cartridge().romImage()).left(32768));
+    QCOMPARE(m_fixture->fileBytes("dump.gb"), m_fixture->rom().left(32768));
 }
 
 void FileActionTest::actionsAreDisabledUntilTheJobEnds()
@@ -556,7 +545,7 @@ void FileActionTest::flashChipIsProbed()
     QCOMPARE(m_tab->worker->operate, 1);
     // Query, answer, back to read mode; a short read is a transfer of 1024 bytes.
     QCOMPARE(m_fixture->traffic().mid(0, 5),
-             (QStringList{"F0/02", "02/01", "AA<-98", "read 0+1024", "00<-F0"}));
+             (QStringList{"F0/02", "02/01", "AA<-98", "DUMP 0+1024", "00<-F0"}));
 }
 
 void FileActionTest::gbaFlashIsNotProbed()

@@ -1,6 +1,6 @@
 // The update tab and its worker: looks, slots, connections, and the complete log of each press.
 #include "log_check.h"
-#include "marking_translator.h"
+#include "translators.h"
 
 #include "test_class.h"
 #include "ui/firmware_update_tab.h"

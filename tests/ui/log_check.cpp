@@ -1,7 +1,9 @@
 #include "log_check.h"
 
+#include "ui/settings.h"
 #include "worker/famicom_thread.h"
 
+#include <QComboBox>
 #include <QPushButton>
 
 namespace
@@ -52,4 +54,40 @@ bool isIdle(const MainTab &tab)
 bool isBusy(const MainTab &tab)
 {
     return tab.worker->isRunning() && enabledActions(tab) == 0 && tab.cancelButton->isEnabled();
+}
+
+QStringList deviceLines()
+{
+    return {"--Device information--", "Driver label: VIRTUAL", "Device firmware: QDX_PCB02_FW303",
+            "\r\n"};
+}
+
+QStringList nothingFoundLines()
+{
+    return {"Can not auto detect cartridge information.",
+            "Maybe no insert cart or it's a black cart.",
+            "Also try:",
+            " 1.Turn off anti-virus software.",
+            " 2.Damaged or Dirty.",
+            " 3.Switch correct volte on dump board.",
+            " 4.Try again.",
+            "<hr><br>"};
+}
+
+QStringList gbHeaderTraffic()
+{
+    return {"F0/02", "02/01", "DUMP 0+8192"};
+}
+
+QStringList gbaHeaderTraffic()
+{
+    return {"F0/03", "03/01", "03/06", "DUMP 0+8192"};
+}
+
+QStringList shownSettings(const Settings &settings)
+{
+    QStringList texts;
+    for (const QComboBox *box : settings.findChildren<QComboBox *>())
+        texts << box->currentText();
+    return texts;
 }

@@ -1,10 +1,13 @@
-// Compares what a console shows with the log lines that should have been appended to it.
+// What tests of the main tab compare: what its console shows with the log lines that should have
+// been appended to it, and what is the same in every report of the Info action.
 #pragma once
 
 #include "ui/console.h"
 #include "ui/main_tab.h"
 
 #include <QStringList>
+
+class Settings;
 
 // What a fresh main tab says, line by line.
 QStringList greetingLines();
@@ -25,3 +28,15 @@ QString richLog(const QStringList &lines);
 bool isIdle(const MainTab &tab);
 // A job runs: only Cancel can be pressed.
 bool isBusy(const MainTab &tab);
+
+// What the report says of the reader of a fixture.
+QStringList deviceLines();
+// What it says when neither bus shows a header.
+QStringList nothingFoundLines();
+
+// What it asks the reader for, as ReaderBench::traffic() tells.
+QStringList gbHeaderTraffic();
+QStringList gbaHeaderTraffic();
+
+// What the four lists of the settings box show.
+QStringList shownSettings(const Settings &settings);

@@ -1,8 +1,8 @@
 // The Info action when something is wrong: the complete log, the settings that it leaves alone, and
 // the reader that it gives up.
+#include "drive_faults.h"
 #include "log_check.h"
 #include "reader_fixture.h"
-#include "report_samples.h"
 
 #include "test_class.h"
 #include "ui/settings.h"
@@ -77,8 +77,8 @@ void MainTabReportFailureTest::modeThatCanNotBeSelected()
 {
     QFETCH(int, goodCommands);
     use(makeGbaGame("AWRP"));
-    m_fixture->drive().addFault({DriveCall::OpenForWrite, "CMD.CMD",
-                                 static_cast<std::uint32_t>(goodCommands), DriveFault::kForever});
+    m_fixture->drive().addFault(
+        commandFault(static_cast<unsigned>(goodCommands), DriveFault::kForever));
     pressInfo();
     COMPARE_LOG(*m_tab, deviceLines() + QStringList{"Initialize device error."});
     QTEST(m_fixture->traffic(), "traffic");
@@ -138,9 +138,9 @@ void MainTabReportFailureTest::failuresLeaveTheSettings()
 
     m_fixture->drive().setGone(kind == "no reader");
     if (kind == "no mode")
-        m_fixture->drive().addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever});
+        m_fixture->drive().addFault(everyCommandFault());
     if (kind == "short read")
-        m_fixture->drive().addFault({DriveCall::OpenForRead, "DUMP.ROM"});
+        m_fixture->drive().addFault(dumpOpenFault());
     pressInfo();
     QVERIFY(m_tab->console->toPlainText() != plainLog(greetingLines()));
     QCOMPARE(shownSettings(*m_tab->settings), (QStringList{"GBA", "32 Mb", "EEP", "8 K"}));
@@ -166,11 +166,11 @@ void MainTabReportFailureTest::readerIsReleased()
                                  : nullptr);
     m_fixture->drive().setGone(kind == "no reader");
     if (kind == "no mode")
-        m_fixture->drive().addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever});
+        m_fixture->drive().addFault(everyCommandFault());
     if (kind == "short read")
-        m_fixture->drive().addFault({DriveCall::OpenForRead, "DUMP.ROM"});
+        m_fixture->drive().addFault(dumpOpenFault());
     pressInfo();
-    QCOMPARE(m_fixture->drive().releases, 1);
+    QCOMPARE(m_fixture->releases(), 1);
 }
 
 GBDRIVER_TEST(MainTabReportFailureTest, gui)

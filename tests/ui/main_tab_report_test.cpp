@@ -2,9 +2,8 @@
 // use them.
 #include "file_dialog_answer.h"
 #include "log_check.h"
-#include "marking_translator.h"
 #include "reader_fixture.h"
-#include "report_samples.h"
+#include "translators.h"
 
 #include "test_class.h"
 #include "ui/settings.h"
@@ -365,10 +364,7 @@ void MainTabReportTest::titlesWithMarkupAreShownAsTheLogDoes()
 {
     GbImageSpec spec;
     spec.title = "<B>BOLD</B>";
-    ByteVector image;
-    std::string error;
-    QVERIFY2(makeGbImage(spec, &image, &error), error.c_str());
-    use(std::make_unique<GbCartridge>(image, 0));
+    use(cartridgeOf(gbImage(spec)));
     pressInfo();
     QStringList lines = gbLines("ROM ONLY", "32KB", "0B");
     lines[1] = "Title: <B>BOLD</B>";
@@ -437,13 +433,11 @@ void MainTabReportTest::dumpTakesWhatWasDetected()
     ReaderFixture::addShippedScripts();
 
     pressAndWait(m_tab->dumpButton, m_fixture->path("dump.gb"));
-    QVERIFY(m_fixture->fileBytes("dump.gb") ==
-            toByteArray(m_fixture->reader().cartridge().romImage()));
+    QVERIFY(m_fixture->fileBytes("dump.gb") == m_fixture->rom());
     if (ramSize == 0)
         return;
     pressAndWait(m_tab->readRamButton, m_fixture->path("dump.sav"));
-    QCOMPARE(m_fixture->fileBytes("dump.sav"),
-             toByteArray(m_fixture->reader().cartridge().saveImage()));
+    QCOMPARE(m_fixture->fileBytes("dump.sav"), m_fixture->save());
 }
 
 // The size that the table gives is dumped, whatever the cartridge holds.
@@ -466,8 +460,7 @@ void MainTabReportTest::gbaDumpTakesWhatWasDetected()
     QCOMPARE(job.rom_size, kRomSize);
     QCOMPARE(job.ram_size, 512);
     QCOMPARE(job.save_type, 2);
-    QVERIFY(m_fixture->fileBytes("dump.gba") ==
-            toByteArray(m_fixture->reader().cartridge().romImage()));
+    QVERIFY(m_fixture->fileBytes("dump.gba") == m_fixture->rom());
 }
 
 GBDRIVER_TEST(MainTabReportTest, gui)

@@ -1,5 +1,5 @@
 // The about tab: every text, which of them are translated, and that its links open.
-#include "marking_translator.h"
+#include "translators.h"
 
 #include "test_class.h"
 #include "ui/maker.h"

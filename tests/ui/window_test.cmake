@@ -1,8 +1,8 @@
-# gbdriver_window_tests(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]): the tests of the
-# program's window, in one program. Each runs on the offscreen platform, and once more where the window
-# is really drawn: as TEST_x11 on an X server of its own, or on Windows as TEST_desktop on the desktop
-# that is there. The window looks for mapper scripts and translations in the folder of its program, so
-# each test runs the program from a folder of its own, into which it is linked.
+# gbdriver_window_tests(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]): the tests of
+# the program's window, in one program. Each runs on the offscreen platform, and once more where the
+# window is really drawn: as TEST_x11 on an X server of its own, or on Windows as TEST_desktop on
+# the desktop that is there. The window looks for mapper scripts and translations in the folder of
+# its program, so each test runs the program from a folder of its own, into which it is linked.
 set(GBDRIVER_WINDOW_TEST_FOLDER "${CMAKE_CURRENT_LIST_DIR}")
 function(gbdriver_window_tests name)
     cmake_parse_arguments(arg "" "" "TESTS;SOURCES;LIBRARIES" ${ARGN})

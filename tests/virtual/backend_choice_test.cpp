@@ -1,4 +1,5 @@
 // What the environment variable makes of the drive backend.
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/backend_choice.h"
 #include "virtual/image_generator.h"
@@ -133,9 +134,8 @@ void BackendChoiceTest::optionsReachTheCartridge()
 {
     QTemporaryDir folder;
     const std::string path = folder.filePath("game.gba").toStdString();
-    ByteVector image;
+    const ByteVector image = gbaImage({});
     std::string error;
-    QVERIFY(makeGbaImage({}, &image, &error));
     QVERIFY2(replaceFile(path, image, &error), error.c_str());
     const ChosenBackend choice =
         chooseDriveBackend(("cart=" + path + ",save-type=flash,save-size=128K").c_str());
@@ -194,9 +194,8 @@ void BackendChoiceTest::cartridgeFileIsInserted()
 {
     QTemporaryDir folder;
     const std::string path = folder.filePath("game.gb").toStdString();
-    ByteVector image;
+    const ByteVector image = gbImage({0x03, 0x10000, 0x2000, "INSERTED", 8});
     std::string error;
-    QVERIFY(makeGbImage({0x03, 0x10000, 0x2000, "INSERTED", 8}, &image, &error));
     QVERIFY2(replaceFile(path, image, &error), error.c_str());
     const ChosenBackend choice = chooseDriveBackend(("cart=" + path).c_str());
     QVERIFY2(choice.error.empty(), choice.error.c_str());

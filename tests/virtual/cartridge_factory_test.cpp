@@ -1,4 +1,5 @@
 // Which cartridge an image gives, seen through its buses, and which images are refused.
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
@@ -16,12 +17,7 @@ constexpr std::uint32_t kKiB = 1024;
 
 ByteVector imageOf(int type, std::uint32_t romSize, std::uint32_t ramSize)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "FACTORY", 1}, &image,
-                     &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "FACTORY", 1});
 }
 
 } // namespace
@@ -184,11 +180,10 @@ void CartridgeFactoryTest::logoDecidesTheSystem()
     ByteVector image = imageOf(0x00, 32 * kKiB, 0);
     if (!gbLogo)
         image[0x104] ^= 1;
-    ByteVector gbaImage;
+    const ByteVector gba = gbaImage();
     std::string error;
-    QVERIFY(makeGbaImage({}, &gbaImage, &error));
     if (gbaLogo)
-        std::copy_n(gbaImage.begin() + 4, 156, image.begin() + 4);
+        std::copy_n(gba.begin() + 4, 156, image.begin() + 4);
     CartridgeOptions options;
     options.system = static_cast<CartridgeSystem>(asked);
     const auto cartridge = makeCartridge(image, options, &error);

@@ -1,10 +1,11 @@
 // Command blocks as the tests put them together by hand, field by field.
 #pragma once
 
+#include "samples.h"
+
 #include "virtual/block_format.h"
 #include "virtual/bytes.h"
 
-#include <QByteArray>
 #include <QTest>
 
 #include <algorithm>
@@ -59,9 +60,4 @@ inline virtual_reader::ByteVector selectGba()
 inline virtual_reader::ByteVector gbWriteBlock(unsigned address, unsigned value)
 {
     return commandBlock(2, 13, {address & 0xFF, address >> 8, value});
-}
-
-inline QByteArray asArray(const virtual_reader::ByteVector &bytes)
-{
-    return {reinterpret_cast<const char *>(bytes.data()), static_cast<int>(bytes.size())};
 }

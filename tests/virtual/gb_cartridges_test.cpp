@@ -1,4 +1,5 @@
 // Banking and RAM of every modelled cartridge, at the edges of its registers.
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/gb_cartridges.h"
 #include "virtual/image_generator.h"
@@ -17,11 +18,7 @@ constexpr std::uint32_t kKiB = 1024;
 
 ByteVector imageOf(std::uint32_t size)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({0x1B, size, 0, "BANKS", 42}, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({0x1B, size, 0, "BANKS", 42});
 }
 
 ByteVector readRange(Cartridge &cartridge, std::uint32_t address, std::uint32_t length)

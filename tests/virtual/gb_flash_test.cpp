@@ -27,11 +27,7 @@ constexpr std::uint8_t kMbc5 = 0x1B;
 
 ByteVector imageOf(std::uint8_t type, std::uint32_t size, std::uint64_t seed = 1)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({type, size, 32 * kKiB, "FLASH", seed}, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({type, size, 32 * kKiB, "FLASH", seed});
 }
 
 CartridgeOptions flashOf(FlashWidth width, std::uint32_t size = 0)
@@ -50,10 +46,7 @@ struct FlashBench {
     FlashBench(ByteVector image, const CartridgeOptions &options)
         : reader(nullptr), width(options.flash)
     {
-        std::string error;
-        auto cartridge = makeCartridge(std::move(image), options, &error);
-        if (cartridge == nullptr)
-            qFatal("%s", error.c_str());
+        auto cartridge = cartridgeOf(std::move(image), options);
         reader.insertCartridge(std::move(cartridge));
         send(selectGb());
     }
@@ -332,7 +325,7 @@ void GbFlashTest::probeSeesTheWideChip()
     FlashBench bench(image, options);
     bench.write(0xAA, 0x98);
     const ByteVector answer = bench.read(0, 128);
-    QCOMPARE(asArray({answer[0x20], answer[0x22], answer[0x24]}), QByteArray("QRY"));
+    QCOMPARE(toByteArray({answer[0x20], answer[0x22], answer[0x24]}), QByteArray("QRY"));
     QCOMPARE(int(answer[0x4E]), shown);
     bench.write(0x00, 0xF0);
     QVERIFY(bench.read(0, 128) == ByteVector(image.begin(), image.begin() + 128));

@@ -112,7 +112,7 @@ void GbaCartridgeTest::dumpFileRunsOverTheEndOfTheRom()
     reader.commandFileWritten(run.data(), run.size());
     ByteVector bytes(8);
     reader.readFile(ReaderFile::Dump, 1024, bytes.data(), 8, true);
-    QCOMPARE(asArray(bytes), QByteArray::fromHex("5A5A010202020302"));
+    QCOMPARE(toByteArray(bytes), QByteArray::fromHex("5A5A010202020302"));
 }
 
 GBDRIVER_TEST(GbaCartridgeTest, none)

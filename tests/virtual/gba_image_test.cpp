@@ -1,5 +1,6 @@
 // Generated GBA images: a header that is right by independent arithmetic, contents without repeats,
 // and the marks of the save libraries.
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/gba_save_library.h"
 #include "virtual/image_generator.h"
@@ -27,11 +28,7 @@ QByteArray bytesOf(const ByteVector &image, std::size_t offset, int length)
 
 ByteVector make(const GbaImageSpec &spec)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbaImage(spec);
 }
 
 GbaImageSpec withSize(std::uint32_t size)

@@ -362,15 +362,10 @@ void GbaSavesTest::factoryBuildsTheMarkedChip()
     GbaImageSpec spec;
     spec.romSize = 64 * kKiB;
     spec.saveKind = SaveKind::Flash128k;
-    ByteVector image;
-    std::string error;
-    QVERIFY(makeGbaImage(spec, &image, &error));
     CartridgeOptions options;
     options.flashChip.erasePolls = 1;
     SaveBench bench(SaveKind::None, 0);
-    auto cartridge = makeCartridge(image, options, &error);
-    QVERIFY2(cartridge != nullptr, error.c_str());
-    bench.reader.insertCartridge(std::move(cartridge));
+    bench.reader.insertCartridge(cartridgeOf(gbaImage(spec), options));
     QCOMPARE(bench.cartridge().saveImage().size(), std::size_t(128 * kKiB));
     bench.send(commandBlock(3, 7));
     QVERIFY(bench.poll() != 0xFF);

@@ -1,6 +1,7 @@
 // The host's commands, byte for byte as it sends them, on the chips of virtual cartridges.
 #include "host_side.h"
 
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
@@ -39,25 +40,12 @@ struct HostBench {
     quint64 refusedBlocks() { return drive->reader().counters().refusedBlocks; }
 };
 
-std::unique_ptr<Cartridge> cartridgeOf(ByteVector image, const CartridgeOptions &options)
-{
-    std::string error;
-    auto cartridge = makeCartridge(std::move(image), options, &error);
-    if (cartridge == nullptr)
-        qFatal("%s", error.c_str());
-    return cartridge;
-}
-
 std::unique_ptr<Cartridge> saveCartridge(GbaSaveType type, std::uint32_t size)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage({}, &image, &error))
-        qFatal("%s", error.c_str());
     CartridgeOptions options;
     options.saveType = type;
     options.saveSize = size;
-    return cartridgeOf(std::move(image), options);
+    return cartridgeOf(gbaImage(), options);
 }
 
 } // namespace
@@ -143,9 +131,7 @@ void HostOnChipsTest::flashIsErasedAndProgrammed()
     QFETCH(quint32, opcode);
     QFETCH(quint32, unlock1);
     QFETCH(quint32, unlock2);
-    ByteVector image;
-    std::string error;
-    QVERIFY(makeGbImage({0x1B, 64 * kKiB, 0, "NEW", 9}, &image, &error));
+    const ByteVector image = gbImage({0x1B, 64 * kKiB, 0, "NEW", 9});
     CartridgeOptions options;
     options.flash = static_cast<FlashWidth>(width);
     HostBench bench(cartridgeOf(ByteVector(64 * kKiB, 0x00), options));

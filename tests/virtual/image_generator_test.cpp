@@ -1,6 +1,7 @@
 // Generated images: headers that are right by independent arithmetic, contents without repeats.
 #include "virtual/image_generator.h"
 
+#include "samples.h"
 #include "test_class.h"
 
 #include <QByteArray>
@@ -21,11 +22,7 @@ QByteArray bytesOf(const ByteVector &image, std::size_t offset, int length)
 
 ByteVector make(const GbImageSpec &spec)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage(spec, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage(spec);
 }
 
 } // namespace

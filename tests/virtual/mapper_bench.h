@@ -1,6 +1,8 @@
 // What tests of mappers share: images, banks found by their contents, short ways to the bus.
 #pragma once
 
+#include "samples.h"
+
 #include "virtual/cartridge.h"
 #include "virtual/image_generator.h"
 
@@ -14,11 +16,7 @@ constexpr std::uint32_t kBankSize = 16 * kKiB;
 
 inline virtual_reader::ByteVector bankedImage(std::uint32_t size)
 {
-    virtual_reader::ByteVector image;
-    std::string error;
-    if (!virtual_reader::makeGbImage({0x1B, size, 0, "BANKS", 42}, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({0x1B, size, 0, "BANKS", 42});
 }
 
 inline void busWrite(virtual_reader::Cartridge &cartridge, unsigned address, unsigned value)

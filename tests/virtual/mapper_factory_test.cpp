@@ -1,5 +1,6 @@
 // Which mapper and how much save memory each header type gets, and what options change.
 #include "mapper_bench.h"
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/mappers/camera_cartridge.h"
@@ -24,12 +25,7 @@ namespace
 
 ByteVector imageOf(int type, std::uint32_t romSize, std::uint32_t ramSize)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "FACTORY", 1}, &image,
-                     &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "FACTORY", 1});
 }
 
 struct Expectation {

@@ -9,8 +9,8 @@ constexpr unsigned kClockRanges[] = {60, 60, 24, 256, 256};
 constexpr unsigned kClockBits[] = {0x3F, 0x3F, 0x1F, 0xFF, 0xC1};
 
 // Values stay in their ranges: the library carries what is beyond them, and keeps bits that the
-// registers do not have. The gate is open: the library shows the clock without it. RAM is selected in the end, so that the gate can
-// close.
+// registers do not have. The gate is open: the library shows the clock without it. RAM is selected
+// in the end, so that the gate can close.
 void useMbc3Clock(BusTraffic *t)
 {
     const unsigned index = t->below(5);

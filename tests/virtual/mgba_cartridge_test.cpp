@@ -20,14 +20,10 @@ constexpr std::uint32_t kKiB = 1024;
 
 ByteVector imageOf(std::uint8_t type)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({type, 256 * kKiB, 8 * kKiB, "LIBRARY", 3}, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({type, 256 * kKiB, 8 * kKiB, "LIBRARY", 3});
 }
 
-std::unique_ptr<MgbaCartridge> cartridgeOf(const ByteVector &image)
+std::unique_ptr<MgbaCartridge> libraryCartridge(const ByteVector &image)
 {
     std::string error;
     auto cartridge = MgbaCartridge::create(image, &error);
@@ -60,7 +56,7 @@ void MgbaCartridgeTest::noImageIsRefused()
 void MgbaCartridgeTest::readerShowsTheImage()
 {
     const ByteVector image = imageOf(0x1B);
-    VirtualReader reader(cartridgeOf(image));
+    VirtualReader reader(libraryCartridge(image));
     const ByteVector run = selectGb();
     reader.commandFileWritten(run.data(), run.size());
     ByteVector shown(32 * kKiB);
@@ -71,7 +67,7 @@ void MgbaCartridgeTest::readerShowsTheImage()
 
 void MgbaCartridgeTest::consoleMemoryDoesNotShow()
 {
-    const auto cartridge = cartridgeOf(imageOf(0x1B));
+    const auto cartridge = libraryCartridge(imageOf(0x1B));
     for (const std::uint16_t address : std::vector<std::uint16_t>{0x8000, 0x9FFF, 0xC000, 0xFFFF}) {
         cartridge->gbWrite(address, 0x12);
         QCOMPARE(int(cartridge->gbRead(address)), 0xFF);
@@ -80,7 +76,7 @@ void MgbaCartridgeTest::consoleMemoryDoesNotShow()
 
 void MgbaCartridgeTest::savesGoInAndOut()
 {
-    const auto cartridge = cartridgeOf(imageOf(0x1B));
+    const auto cartridge = libraryCartridge(imageOf(0x1B));
     const ByteVector save = makeNoise(8 * kKiB, 4);
     QVERIFY(cartridge->loadSave(save));
     QVERIFY(cartridge->saveImage() == save);
@@ -95,7 +91,7 @@ void MgbaCartridgeTest::savesGoInAndOut()
 void MgbaCartridgeTest::powerCycleResetsTheMapper()
 {
     const ByteVector image = imageOf(0x1B);
-    const auto cartridge = cartridgeOf(image);
+    const auto cartridge = libraryCartridge(image);
     cartridge->gbWrite(0x2000, 5);
     QCOMPARE(cartridge->gbRead(0x4000), image[5 * 0x4000]);
     cartridge->powerCycle();

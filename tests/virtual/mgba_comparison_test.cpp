@@ -6,6 +6,7 @@
 // docs/virtual-cartridges.md tells where the two disagree and who is right.
 #include "mapper_sequences.h"
 #include "mgba_cartridge.h"
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
@@ -67,11 +68,8 @@ void repeatHeader(ByteVector *image)
 
 ByteVector imageOf(const Comparand &row)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({static_cast<std::uint8_t>(row.type), row.romSize, row.ramSize, "SECOND", 7},
-                     &image, &error))
-        qFatal("%s", error.c_str());
+    ByteVector image =
+        gbImage({static_cast<std::uint8_t>(row.type), row.romSize, row.ramSize, "SECOND", 7});
     if (isMultiCart(row))
         repeatHeader(&image);
     return image;

@@ -3,6 +3,7 @@
 // is right, as far as that is known. A row that fails after an update of the library may be struck.
 #include "mapper_bench.h"
 #include "mgba_cartridge.h"
+#include "samples.h"
 #include "test_class.h"
 #include "virtual/cartridge_factory.h"
 
@@ -22,14 +23,9 @@ using Writes = std::vector<std::pair<unsigned, unsigned>>;
 
 ByteVector imageOf(int type, std::uint32_t romSize)
 {
-    ByteVector image;
-    std::string error;
     const bool isBuiltIn = type == 0x06 || type == 0x22 || type == 0xFD;
     const std::uint32_t ramSize = isBuiltIn ? 0 : (type == 0x09 ? 8 : 32) * kKiB;
-    if (!makeGbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "SECOND", 7}, &image,
-                     &error))
-        qFatal("%s", error.c_str());
-    return image;
+    return gbImage({static_cast<std::uint8_t>(type), romSize, ramSize, "SECOND", 7});
 }
 
 // Every step of `count` bits, the highest first, into an EEPROM.

@@ -3,6 +3,7 @@
 #include "virtual/save_file.h"
 
 #include "command_blocks.h"
+#include "files.h"
 #include "test_class.h"
 
 #include <QDir>
@@ -141,8 +142,7 @@ void ReaderMountTest::initTestCase()
 {
     QVERIFY2(QFile::exists("/dev/fuse"), "this test needs FUSE: /dev/fuse is missing");
     QVERIFY2(QFile::exists(READER_PROGRAM), "gbdriver-virtual-reader is not built");
-    std::string error;
-    QVERIFY(makeGbImage({0x1B, kMiB, 32 * 1024, "MOUNTED", 17}, &m_image, &error));
+    m_image = gbImage({0x1B, kMiB, 32 * 1024, "MOUNTED", 17});
 }
 
 void ReaderMountTest::init()
@@ -475,9 +475,7 @@ void ReaderMountTest::saveFileIsWrittenBackBeforeCloseReturns()
     QVERIFY(send(selectGb() + gbWriteBlock(0x0000, 0x0A) + gbWriteBlock(0x4000, 3)));
     QVERIFY(!QFile::exists(path("game.sav")));
     QVERIFY(send(gbWriteBlock(0xA000, 0x99)));
-    QFile save(path("game.sav"));
-    QVERIFY(save.open(QIODevice::ReadOnly));
-    const QByteArray bytes = save.readAll();
+    const QByteArray bytes = contentOf(path("game.sav"));
     QCOMPARE(bytes.size(), 32768);
     QCOMPARE(bytes[3 * 0x2000], char(0x99));
     // A fresh mount starts from it.
@@ -565,9 +563,7 @@ void ReaderMountTest::imageIsMade()
         "--make-image", path("made.gb"), "--type",  "0x1B",    "--rom-size", "1M",
         "--ram-size",   "32K",           "--title", "MOUNTED", "--seed",     "17"};
     QCOMPARE(QProcess::execute(READER_PROGRAM, arguments), 0);
-    QFile made(path("made.gb"));
-    QVERIFY(made.open(QIODevice::ReadOnly));
-    QVERIFY(made.readAll() == asArray(m_image));
+    QVERIFY(contentOf(path("made.gb")) == toByteArray(m_image));
     QCOMPARE(QProcess::execute(READER_PROGRAM, {"--make-image", path("x.gb"), "--rom-size", "5"}),
              1);
     QVERIFY(!QFile::exists(path("x.gb")));

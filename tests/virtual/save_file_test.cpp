@@ -5,6 +5,7 @@
 #include "virtual/save_file.h"
 
 #include "command_blocks.h"
+#include "files.h"
 #include "test_class.h"
 
 #include <QDir>
@@ -20,21 +21,6 @@ namespace
 {
 
 constexpr std::uint32_t kKiB = 1024;
-
-void writeFile(const QString &path, const ByteVector &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(asArray(bytes)) != qint64(bytes.size()))
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("cannot read %s", qPrintable(path));
-    return file.readAll();
-}
 
 } // namespace
 
@@ -92,7 +78,7 @@ void SaveFileTest::missingFileLeavesTheSaveAsItIs()
 void SaveFileTest::fileIsLoaded()
 {
     const ByteVector bytes = makeNoise(8 * kKiB, 5);
-    writeFile(savePath(), bytes);
+    putFile(savePath(), toByteArray(bytes));
     const auto inserted = cartridge(8 * kKiB);
     SaveFile save(savePath().toStdString());
     QVERIFY2(save.load(inserted.get(), &m_error), m_error.c_str());
@@ -101,7 +87,7 @@ void SaveFileTest::fileIsLoaded()
 
 void SaveFileTest::wrongSizeIsRefused()
 {
-    writeFile(savePath(), ByteVector(8 * kKiB - 1));
+    putFile(savePath(), toByteArray(ByteVector(8 * kKiB - 1)));
     SaveFile save(savePath().toStdString());
     QVERIFY(!save.load(cartridge(8 * kKiB).get(), &m_error));
     QVERIFY2(QString::fromStdString(m_error).contains("it has 8191 bytes, the save memory 8192"),
@@ -131,8 +117,8 @@ void SaveFileTest::onlyChangesAreWritten()
     QVERIFY(!QFile::exists(savePath()));
     inserted->gbWrite(0xA123, 0x77);
     QVERIFY2(save.storeIfChanged(*inserted, &m_error), m_error.c_str());
-    QCOMPARE(contentsOf(savePath()), asArray(inserted->saveImage()));
-    QCOMPARE(contentsOf(savePath())[0x123], char(0x77));
+    QCOMPARE(contentOf(savePath()), toByteArray(inserted->saveImage()));
+    QCOMPARE(contentOf(savePath())[0x123], char(0x77));
     // Nothing but the file itself is left behind.
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList{"game.sav"});
     QVERIFY(QFile::remove(savePath()));
@@ -151,14 +137,13 @@ void SaveFileTest::failedWriteIsTriedAgain()
     QVERIFY2(QString::fromStdString(m_error).contains("missing/game.sav"), m_error.c_str());
     QVERIFY(QDir(m_folder->path()).mkdir("missing"));
     QVERIFY2(save.storeIfChanged(*inserted, &m_error), m_error.c_str());
-    QCOMPARE(contentsOf(path)[0], char(1));
+    QCOMPARE(contentOf(path)[0], char(1));
 }
 
 void SaveFileTest::commandRunsWriteTheFileBack()
 {
-    ByteVector image;
-    QVERIFY(makeGbImage({0x1B, 32 * kKiB, 8 * kKiB, "KEPT", 1}, &image, &m_error));
-    writeFile(m_folder->filePath("game.gb"), image);
+    const ByteVector image = gbImage({0x1B, 32 * kKiB, 8 * kKiB, "KEPT", 1});
+    putFile(m_folder->filePath("game.gb"), toByteArray(image));
     ReaderSetup setup;
     setup.cartPath = m_folder->filePath("game.gb").toStdString();
     setup.savePath = savePath().toStdString();
@@ -169,11 +154,11 @@ void SaveFileTest::commandRunsWriteTheFileBack()
     QVERIFY(!QFile::exists(savePath()));
     const ByteVector write = commandBlock(2, 12, {0x00, 0xA0, 3, 0}, {7, 8, 9}, 7);
     QVERIFY(kept->commandFileWritten(write.data(), write.size(), &m_error));
-    QCOMPARE(contentsOf(savePath()).left(4), QByteArray("\7\10\11\0", 4));
+    QCOMPARE(contentOf(savePath()).left(4), QByteArray("\7\10\11\0", 4));
     // The next reader finds it.
     const auto next = KeptReader::create(setup, &m_error);
     QVERIFY2(next != nullptr, m_error.c_str());
-    QCOMPARE(asArray(next->reader().cartridge().saveImage()), contentsOf(savePath()));
+    QCOMPARE(toByteArray(next->reader().cartridge().saveImage()), contentOf(savePath()));
 }
 
 void SaveFileTest::setupErrorsNameTheFile()
@@ -198,7 +183,7 @@ void SaveFileTest::demoCartridgeStartsWithTheSaveFile()
     const auto fresh = KeptReader::create(setup, &m_error);
     QVERIFY2(fresh != nullptr, m_error.c_str());
     QCOMPARE(fresh->reader().cartridge().saveImage().size(), std::size_t(32 * kKiB));
-    writeFile(savePath(), ByteVector(32 * kKiB, 0x42));
+    putFile(savePath(), toByteArray(ByteVector(32 * kKiB, 0x42)));
     setup.savePath = savePath().toStdString();
     const auto kept = KeptReader::create(setup, &m_error);
     QVERIFY2(kept != nullptr, m_error.c_str());

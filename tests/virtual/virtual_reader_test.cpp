@@ -84,12 +84,12 @@ void VirtualReaderTest::filesHaveTheirFixedSizes()
 void VirtualReaderTest::identityStandsAtItsOffset()
 {
     Bench standard;
-    QCOMPARE(asArray(standard.read(ReaderFile::Driver, 0x8000, 17)),
+    QCOMPARE(toByteArray(standard.read(ReaderFile::Driver, 0x8000, 17)),
              QByteArray("QDX_PCB02_FW303\0\0", 17));
     VirtualReaderConfig config;
     config.identity = "SIXTEEN BYTES ID";
     Bench other(config);
-    QCOMPARE(asArray(other.read(ReaderFile::Driver, 0x7FFF, 18)),
+    QCOMPARE(toByteArray(other.read(ReaderFile::Driver, 0x7FFF, 18)),
              QByteArray("\0SIXTEEN BYTES ID\0", 18));
 }
 
@@ -377,7 +377,7 @@ void VirtualReaderTest::infoReplyBeginsWithTheKey()
     config.key = {1, 2, 3, 4, 5, 6, 7, 8};
     Bench bench(config);
     bench.send(commandBlock(0xF0, 4)); // needs no bus
-    QCOMPARE(asArray(bench.read(ReaderFile::Driver, 0, 17)),
+    QCOMPARE(toByteArray(bench.read(ReaderFile::Driver, 0, 17)),
              QByteArray("\1\2\3\4\5\6\7\10VIRTUAL1\0", 17));
 }
 

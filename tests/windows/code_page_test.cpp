@@ -12,8 +12,8 @@ namespace
 constexpr int kSize = 0x2000;
 const QByteArray kNeighbour(kSize, 'n');
 
-// What a name beyond the code page may turn into on its way: replaced, cut, or written with the most
-// similar letters that there are.
+// What a name beyond the code page may turn into on its way: replaced, cut, or written with the
+// most similar letters that there are.
 const QStringList kNeighbours = {"__.sav", ".sav", "A.sav", "Gerat.sav"};
 
 void addForeignNames()
@@ -112,7 +112,7 @@ void CodePageTest::commandLineRefusesAForeignName()
         QStringList{"read-ram", name, "--system", "gb", "--mapper", "mbc5", "--ram-size", "32K"},
         {"demo", ""});
     QCOMPARE(codeOf(result), ExitCode::FileError);
-    QVERIFY2(result.err.contains("the system can not hold this name in its 8-bit encoding"),
+    QVERIFY2(result.err.contains("the system cannot hold this name in its 8-bit encoding"),
              qPrintable(result.err));
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }

@@ -29,11 +29,11 @@ DriveFolders::DriveFolders() : m_root(QString::fromLocal8Bit(qgetenv("GBDRIVER_T
         for (const QFileInfo &entry : drive.entryInfoList(QDir::Files | QDir::Hidden))
             QFile::setPermissions(entry.filePath(), QFile::ReadOwner | QFile::WriteOwner);
         if (!drive.removeRecursively() || !QDir().mkpath(folder(letter)))
-            m_problem = "The drive's folder can not be emptied: " + folder(letter);
+            m_problem = "The drive's folder cannot be emptied: " + folder(letter);
         QDir(folder(letter) + ".away").removeRecursively();
     }
     if (!addFile('E', ".windows-label", "READER\n"))
-        m_problem = "Drive E can not be labelled";
+        m_problem = "Drive E cannot be labelled";
 }
 
 QString DriveFolders::folder(char letter) const

@@ -2,8 +2,8 @@
 // fill one, pull it out and put it back.
 //
 // The prefix that the tests run in has a fixed drive D and removable drives E, F and G. They stand
-// in the folder that GBDRIVER_TEST_DRIVES names, as "d" to "g". A last one, H, is nobody's to fill: it
-// holds a command file that can not be written.
+// in the folder that GBDRIVER_TEST_DRIVES names, as "d" to "g". A last one, H, is nobody's to fill:
+// it holds a command file that cannot be written.
 #pragma once
 
 #include <QByteArray>
@@ -25,7 +25,7 @@ public:
     // Path of a file on a drive that does not go through its letter.
     QString path(char letter, const QString &name) const;
     bool addFile(char letter, const QString &name, const QByteArray &bytes) const;
-    // Content of a file; a null array if it can not be read.
+    // Content of a file; a null array if it cannot be read.
     QByteArray content(char letter, const QString &name) const;
 
     bool pullOut(char letter) const;

@@ -2,28 +2,21 @@
 // thresholds, what it returns, and who translates its texts.
 #include "worker/cartridge_report.h"
 
+#include "drive_faults.h"
+#include "reader_bench.h"
+
 #include "cart/setting_tables.h"
-#include "device/device_link.h"
-#include "device/device_ops.h"
 #include "test_class.h"
-#include "virtual/cartridge_factory.h"
-#include "virtual/faulty_drive.h"
-#include "virtual/gb_cartridges.h"
-#include "virtual/image_generator.h"
-#include "virtual/in_process_drive.h"
+#include "translators.h"
 
 #include <QCoreApplication>
-#include <QTranslator>
 #include <QtTest>
-
-#include <memory>
 
 using namespace virtual_reader;
 
 namespace
 {
 
-constexpr std::uint32_t kGbRamSizeOffset = 0x149;
 constexpr char kGbEightKibibytes = 2; // RAM size code
 constexpr std::uint32_t kGbaLogoOffset = 0x04;
 
@@ -38,42 +31,9 @@ const QStringList kNothingFound = {"line Can not auto detect cartridge informati
                                    "line  4.Try again.",
                                    "line <hr><br>"};
 
-ByteVector gbImage(char ramCode)
+std::unique_ptr<Cartridge> makeGbWithRam(char ramCode)
 {
-    ByteVector image;
-    std::string error;
-    if (!makeGbImage({}, &image, &error))
-        qFatal("%s", error.c_str());
-    image[kGbRamSizeOffset] = static_cast<std::uint8_t>(ramCode);
-    return image;
-}
-
-ByteVector gbaImage(const char *code)
-{
-    GbaImageSpec spec;
-    spec.code = code;
-    spec.romSize = 64 * 1024;
-    ByteVector image;
-    std::string error;
-    if (!makeGbaImage(spec, &image, &error))
-        qFatal("%s", error.c_str());
-    return image;
-}
-
-std::unique_ptr<Cartridge> makeGbCartridge(char ramCode)
-{
-    return std::make_unique<GbCartridge>(gbImage(ramCode), 0);
-}
-
-std::unique_ptr<Cartridge> makeGbaCartridge(const ByteVector &image)
-{
-    CartridgeOptions options;
-    options.system = CartridgeSystem::Gba;
-    std::string error;
-    auto cartridge = makeCartridge(image, options, &error);
-    if (!cartridge)
-        qFatal("%s", error.c_str());
-    return cartridge;
+    return makeGbHeaderCartridge(0, 0, ramCode);
 }
 
 QString itemText(const std::optional<int> &item)
@@ -81,24 +41,11 @@ QString itemText(const std::optional<int> &item)
     return item ? QString::number(*item) : "-";
 }
 
-// A virtual reader as this process's drive, a device link that has not looked for it yet, and all
-// that a report passes on: "line TEXT", "settings SYSTEM ITEM1 ITEM2 ITEM3".
-class ReportBench
+// All that a report passes on goes to `events`: "line TEXT", "settings SYSTEM ITEM1 ITEM2 ITEM3".
+class ReportBench : public ReaderBench
 {
 public:
-    explicit ReportBench(std::unique_ptr<Cartridge> cartridge,
-                         const InProcessDriveOptions &options = {}, VirtualReaderConfig config = {})
-        : m_files(createPlatformBackend()),
-          m_reader(
-              std::make_unique<KeptReader>(std::move(cartridge), std::move(config), SaveFile()),
-              *m_files, options),
-          drive(m_reader)
-    {
-        deviceLink = DeviceLink();
-        deviceOps = DeviceOps();
-        setDriveBackend(&drive);
-    }
-    ~ReportBench() { setDriveBackend(nullptr); }
+    using ReaderBench::ReaderBench;
 
     CartridgeReport report(const HeaderDecoders &decoders = {})
     {
@@ -110,21 +57,10 @@ public:
                           .arg(itemText(detected.item1), itemText(detected.item2),
                                itemText(detected.item3));
         };
-        return makeCartridgeReport(output, decoders);
+        const CartridgeReport report = makeCartridgeReport(output, decoders);
+        events.removeAll("release");
+        return report;
     }
-
-    void insert(std::unique_ptr<Cartridge> cartridge)
-    {
-        m_reader.reader().insertCartridge(std::move(cartridge));
-    }
-
-private:
-    std::unique_ptr<DriveBackend> m_files;
-    InProcessDrive m_reader;
-
-public:
-    FaultyDrive drive;
-    QStringList events;
 };
 
 // Decoders that find what a test wants to see printed.
@@ -147,20 +83,6 @@ int findGba(const std::uint8_t *, GbaHeaderInfo *info)
     *info = {"T", "2001", "P", "AGB-TTTT", foundRomSize, foundSaveSize, 0};
     return 1;
 }
-
-// Remembers what it was asked to translate, as "Context: text".
-class RecordingTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *text, const char *, int) const override
-    {
-        asked << QString("%1: %2").arg(context, text);
-        return QString();
-    }
-    bool isEmpty() const override { return false; }
-
-    mutable QStringList asked;
-};
 
 } // namespace
 
@@ -208,7 +130,7 @@ void CartridgeReportTest::gbSettingsComeAfterTheRule()
     QFETCH(char, ramCode);
     QFETCH(QString, ram);
     QFETCH(QString, settings);
-    ReportBench bench(makeGbCartridge(ramCode));
+    ReportBench bench(makeGbWithRam(ramCode));
     const CartridgeReport report = bench.report();
     QVERIFY(report.outcome == ReportOutcome::GbCartridge);
     QCOMPARE(bench.events,
@@ -219,7 +141,7 @@ void CartridgeReportTest::gbSettingsComeAfterTheRule()
 
 void CartridgeReportTest::gbaSettingsComeBeforeTheRule()
 {
-    ReportBench bench(makeGbaCartridge(gbaImage("AC4J")));
+    ReportBench bench(makeGbaGame("AC4J"));
     const CartridgeReport report = bench.report();
     QVERIFY(report.outcome == ReportOutcome::GbaCartridge);
     QCOMPARE(bench.events,
@@ -263,12 +185,12 @@ void CartridgeReportTest::failuresEndWithoutARule()
     QFETCH(int, call);
     QFETCH(int, after);
     QFETCH(QStringList, events);
-    ReportBench bench(makeGbaCartridge(gbaImage("AC4J")));
-    bench.drive.setGone(call < 0);
+    ReportBench bench(makeGbaGame("AC4J"));
+    bench.drive().setGone(call < 0);
     if (call >= 0)
-        bench.drive.addFault({static_cast<DriveCall>(call),
-                              call == static_cast<int>(DriveCall::Read) ? "DUMP.ROM" : "CMD.CMD",
-                              static_cast<std::uint32_t>(after), DriveFault::kForever});
+        bench.drive().addFault({static_cast<DriveCall>(call),
+                                call == static_cast<int>(DriveCall::Read) ? "DUMP.ROM" : "CMD.CMD",
+                                static_cast<std::uint32_t>(after), DriveFault::kForever});
     const CartridgeReport report = bench.report();
     QCOMPARE(bench.events, events);
     QTEST(static_cast<int>(report.outcome), "outcome");
@@ -349,8 +271,7 @@ void CartridgeReportTest::gbaSaveSizesAtTheThreshold()
 
 void CartridgeReportTest::reportHoldsWhatWasSeen()
 {
-    const ByteVector rom = gbImage(kGbEightKibibytes);
-    ReportBench bench(makeGbCartridge(kGbEightKibibytes));
+    ReportBench bench(makeGbWithRam(kGbEightKibibytes));
     const CartridgeReport gb = bench.report();
     QCOMPARE(gb.label, QString("VIRTUAL"));
     QCOMPARE(gb.firmware, QString("QDX_PCB02_FW303"));
@@ -358,43 +279,42 @@ void CartridgeReportTest::reportHoldsWhatWasSeen()
     QCOMPARE(gb.gb.title, QString("VIRTUAL"));
     QCOMPARE(gb.gb.ramSize, 8192);
     QCOMPARE(gb.gba.romSize, 0);
-    QCOMPARE(gb.header, QByteArray(reinterpret_cast<const char *>(rom.data()), 8192));
+    QCOMPARE(gb.header, bench.rom().left(8192));
 
     // A new report starts from nothing.
-    const ByteVector gbaRom = gbaImage("ALXP");
-    bench.insert(makeGbaCartridge(gbaRom));
+    bench.reader().insertCartridge(makeGbaGame("ALXP"));
     const CartridgeReport gba = bench.report();
     QCOMPARE(gba.error, QString());
     QCOMPARE(gba.gb.title, QString());
     QCOMPARE(gba.gba.codes, QString("AGB-ALXP-UKV"));
     QCOMPARE(gba.gba.saveType, int(kSaveEeprom));
-    QCOMPARE(gba.header, QByteArray(reinterpret_cast<const char *>(gbaRom.data()), 8192));
+    QCOMPARE(gba.header, bench.rom().left(8192));
 }
 
 void CartridgeReportTest::labelIsUtf8()
 {
     const QString label = QString::fromUtf8("Lesegerät 読");
-    InProcessDriveOptions options;
-    options.label = label.toStdString();
-    ReportBench bench(nullptr, options);
+    BenchSetup setup;
+    setup.drive.label = label.toStdString();
+    ReportBench bench(nullptr, setup);
     QCOMPARE(bench.report().label, label);
     QCOMPARE(bench.events[1], "line Driver label: " + label);
 }
 
 void CartridgeReportTest::longestFirmwareNameIsWhole()
 {
-    VirtualReaderConfig config;
-    config.identity = "0123456789ABCDEF"; // all bytes, so that no zero ends it
-    ReportBench bench(nullptr, {}, config);
+    BenchSetup setup;
+    setup.config.identity = "0123456789ABCDEF"; // all bytes, so that no zero ends it
+    ReportBench bench(nullptr, setup);
     QCOMPARE(bench.report().firmware, QString("0123456789ABCDEF"));
     QCOMPARE(bench.events[2], QString("line Device firmware: 0123456789ABCDEF"));
 }
 
 void CartridgeReportTest::failedReadLeavesZeros()
 {
-    ReportBench bench(makeGbCartridge('\0'));
+    ReportBench bench(makeGbWithRam('\0'));
     bench.report();
-    bench.drive.addFault({DriveCall::OpenForRead, "DUMP.ROM"});
+    bench.drive().addFault(dumpOpenFault());
     const CartridgeReport report = bench.report();
     QVERIFY(report.outcome == ReportOutcome::ShortRead);
     QCOMPARE(report.header, QByteArray(8192, '\0'));
@@ -414,12 +334,12 @@ void CartridgeReportTest::unknownGameIsAGbaCartridge_data()
 void CartridgeReportTest::unknownGameIsAGbaCartridge()
 {
     QFETCH(QString, kind);
-    ByteVector image = gbaImage(kind.size() == 4 ? qPrintable(kind) : "ZZZZ");
+    ByteVector image = gbaGame(kind.size() == 4 ? kind : "ZZZZ");
     if (kind == "broken")
         image[kGbaLogoOffset + 155] = 0;
-    auto cartridge = makeGbaCartridge(image);
-    if (kind == "gb")
-        cartridge = makeGbCartridge('\0');
+    CartridgeOptions options;
+    options.system = CartridgeSystem::Gba;
+    auto cartridge = kind == "gb" ? makeGbWithRam('\0') : cartridgeOf(image, options);
     ReportBench bench(kind == "none" ? nullptr : std::move(cartridge));
     const CartridgeReport report = bench.report();
     QTEST(isUnknownGbaGame(report), "isGba");
@@ -434,19 +354,19 @@ void CartridgeReportTest::textsBelongToTheMainTab()
 {
     RecordingTranslator recorder;
     QVERIFY(QCoreApplication::installTranslator(&recorder));
-    ReportBench bench(makeGbCartridge(kGbEightKibibytes));
+    ReportBench bench(makeGbWithRam(kGbEightKibibytes));
     bench.report();
-    bench.insert(makeGbaCartridge(gbaImage("ALXP")));
+    bench.reader().insertCartridge(makeGbaGame("ALXP"));
     bench.report();
-    bench.insert(nullptr);
+    bench.reader().insertCartridge(nullptr);
     bench.report();
     foundRomSize = 0;
     bench.report({findNoGb, findGba});
-    bench.drive.addFault({DriveCall::OpenForRead, "DUMP.ROM"});
+    bench.drive().addFault(dumpOpenFault());
     bench.report();
-    bench.drive.addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever});
+    bench.drive().addFault(everyCommandFault());
     bench.report();
-    bench.drive.setGone(true);
+    bench.drive().setGone(true);
     bench.report();
 
     recorder.asked.removeDuplicates();

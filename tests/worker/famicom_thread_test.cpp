@@ -1,11 +1,12 @@
 // The worker object: its face to Qt, the order of what it reports for every operation, cancelling,
 // and its life over several jobs.
+#include "drive_faults.h"
 #include "job_bench.h"
 #include "test_class.h"
+#include "translators.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
-#include <QTranslator>
 #include <QtTest>
 
 using namespace virtual_reader;
@@ -14,18 +15,6 @@ namespace
 {
 
 constexpr int kTimeoutMs = 60000;
-
-// Marks every text with the context that it is translated in.
-class ContextTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *sourceText, const char * /*disambiguation*/,
-                      int /*n*/) const override
-    {
-        return QString("[%1]%2").arg(context, sourceText);
-    }
-    bool isEmpty() const override { return false; }
-};
 
 const QStringList kGbMode = {"F0/02", "02/01"};
 const QStringList kGbaMode = {"F0/03", "03/01"};
@@ -115,7 +104,7 @@ void FamicomThreadTest::jobReportsInOrder_data()
         << readRom + QStringList{"log Start erase flash chip...", "log Erase flash chip finish.",
                                  "log Start flash ROM...", "progress 16384/16384",
                                  "log Flash ROM finish."}
-        << true << kGbMode + QStringList{"F0/04",       "DRIVER 0+1024", "02/0D",
+        << true << kGbMode + QStringList{"F0/04",       "DRIVER 0+1024", "555<-80",
                                          "DUMP 0+1024", "DUMP 0+1024",   chunks.join(" ")};
     QTest::newRow("GB save dump") << 2
                                   << QStringList{"log Start dump save...", "progress 8192/16384",
@@ -353,7 +342,7 @@ void FamicomThreadTest::bufferExistsOnlyDuringTheJob()
 
 void FamicomThreadTest::textsAreTranslatedAsTheWorkers()
 {
-    ContextTranslator translator;
+    MarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     JobBench bench;
     bench.setScript(kIdleScript);
@@ -369,7 +358,7 @@ void FamicomThreadTest::textsAreTranslatedAsTheWorkers()
     const QString notOpened = bench.logs().last();
     bench.run(2);
     const QString notSaved = bench.logs().last();
-    bench.drive().addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever});
+    bench.drive().addFault(everyCommandFault());
     bench.run(2);
     const QStringList noMode = bench.logs();
     bench.drive().setGone(true);

@@ -53,7 +53,8 @@ void FlashChipProbeTest::sizeCodeIsAPowerOfTwo()
 {
     QFETCH(int, code);
     QFETCH(quint32, size);
-    const FlashChip chip = decodeFlashQuery(wideAnswer(static_cast<std::uint8_t>(code)).data());
+    const FlashChipAnswer chip =
+        decodeFlashQuery(wideAnswer(static_cast<std::uint8_t>(code)).data());
     QVERIFY(chip.isWide);
     QCOMPARE(chip.sizeBytes, size);
 }
@@ -71,7 +72,7 @@ void FlashChipProbeTest::wrongSignatureIsAnEightBitChip()
     QFETCH(int, offset);
     Answer answer = wideAnswer(22);
     answer[static_cast<std::size_t>(offset)] = 'q';
-    const FlashChip chip = decodeFlashQuery(answer.data());
+    const FlashChipAnswer chip = decodeFlashQuery(answer.data());
     QVERIFY(!chip.isWide);
     QCOMPARE(chip.sizeBytes, 0U);
 }

@@ -1,8 +1,7 @@
 // What a job does with the reader: finding it, selecting the bus, binding the save type, keying the
 // cipher, and the failures of each.
+#include "drive_faults.h"
 #include "job_bench.h"
-
-#include "job_events.h"
 #include "test_class.h"
 
 #include <QtTest>
@@ -15,11 +14,6 @@ namespace
 {
 
 constexpr int kOperations[] = {0, 1, 2, 3, 4, 5, 6, 7};
-
-DriveFault commandFault(DriveCall call, std::uint32_t after, std::uint32_t times)
-{
-    return {call, "CMD.CMD", after, times};
-}
 
 } // namespace
 
@@ -103,8 +97,7 @@ void JobDeviceTest::unwrittenModeCommandFailsTheJob()
     bench.job.rom_size = 0x4000;
     bench.job.ram_size = 0x2000;
     bench.job.file_name = bench.addFile("file.bin", "user's bytes");
-    bench.drive().addFault(commandFault(DriveCall::OpenForWrite, static_cast<std::uint32_t>(after),
-                                        DriveFault::kForever));
+    bench.drive().addFault(commandFault(static_cast<unsigned>(after), DriveFault::kForever));
     QVERIFY(!bench.run(operate));
     QCOMPARE(bench.events, QStringList{"log Initialize device error."} + jobEnd(false));
     QCOMPARE(bench.fileBytes("file.bin"), QByteArray("user's bytes"));
@@ -130,7 +123,7 @@ void JobDeviceTest::failuresThatTheModeSelectionDoesNotSee()
         bench.job.rom_size = 0x200;
         bench.job.file_name = bench.path("dump.bin");
         bench.drive().addFault(
-            commandFault(static_cast<DriveCall>(call), static_cast<std::uint32_t>(after), 1));
+            commandFault(static_cast<unsigned>(after), 1, static_cast<DriveCall>(call)));
         QVERIFY(bench.run(operate));
         QCOMPARE(bench.logs(), (QStringList{"Start dump rom...", "Dump rom finish."}));
     }
@@ -144,7 +137,7 @@ void JobDeviceTest::vanishingReaderFailsAWritingScript()
                     "cpu_write(dev, 0x2000, 1); print(\"went on\"); }");
     bench.job.rom_size = 0x4000;
     bench.job.file_name = bench.addFile("dump.gb", "old dump");
-    DriveFault pulledOut = commandFault(DriveCall::OpenForWrite, 2, 1);
+    DriveFault pulledOut = commandFault(2);
     pulledOut.driveVanishes = true;
     bench.drive().addFault(pulledOut);
     QVERIFY(!bench.run(0));
@@ -307,7 +300,7 @@ void JobDeviceTest::failedKeyQueryMeansAKeyOfZeros()
     bench.setScript(kMovingScript);
     bench.job.file_name = bench.addFile("rom.gb", rom);
     if (commandFails)
-        bench.drive().addFault(commandFault(DriveCall::OpenForWrite, 2, 1));
+        bench.drive().addFault(commandFault(2));
     else
         bench.drive().addFault({DriveCall::OpenForRead, "K-DRIVER.DMP", 1, 1});
     QVERIFY(bench.run(1)); // nobody looks at the query's result

@@ -1,4 +1,5 @@
-// Names of the user's files where any sequence of bytes is a name, and the locale says what they mean.
+// Names of the user's files where any sequence of bytes is a name, and the locale says what they
+// mean.
 #include "job_bench.h"
 #include "test_class.h"
 

@@ -117,11 +117,13 @@ void JobFilesTest::longerInputIsCut()
     bench.setScript(kMovingScript);
     const QByteArray bytes = TestCartridge::gbBytes(9, kSize);
     bench.job.ram_size = kSize;
-    bench.job.file_name = bench.addFile("long.sav", bytes + QByteArray(extra, 'x'));
+    const QByteArray file = bytes + QByteArray(extra, 'x');
+    bench.job.file_name = bench.addFile("long.sav", file);
     QVERIFY(bench.run(operate));
     QCOMPARE(bench.logs().mid(0, 2), readLogs(bench, "Read 8192 Bytes"));
     const TestCartridge &cartridge = bench.cartridge();
     QCOMPARE(operate == 3 ? cartridge.written : cartridge.save.left(kSize), bytes);
+    QCOMPARE(bench.fileBytes("long.sav"), file);
     QCOMPARE(bench.job.ram_size, kSize);
 }
 

@@ -1,6 +1,7 @@
 # Parts of package_test.sh: gbdriver-cli.exe with both readers, and its speed.
 
-# cliEnds CODE COMMAND FILE [OPTION...]: with the cartridge's kind given, so that nothing is looked at.
+# cliEnds CODE COMMAND FILE [OPTION...]: with the cartridge's kind given, so that nothing is looked
+# at.
 cliEnds() {
     local wanted=$1 command=$2 file=$3 code=0
     shift 3

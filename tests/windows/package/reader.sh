@@ -65,8 +65,8 @@ stopReader() {
     ok "$1 asked the mounted reader only for what a disk serves"
 }
 
-# What the chip of the mounted reader holds, by the Linux program: code 10 as it is read only once, or
-# 7 if the chip is larger than the ROM in it.
+# What the chip of the mounted reader holds, by the Linux program: code 10 as it is read only once,
+# or 7 if the chip is larger than the ROM in it.
 dumpNatively() {
     local code=0
     GBDRIVER_DRIVES="E=$work/mount" "$native/gbdriver-cli" dump "$1" "${cartridge[@]}" \

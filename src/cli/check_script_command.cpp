@@ -1,0 +1,77 @@
+// The command check-script: what a mapper script defines and how it does on virtual cartridges.
+#include "cli/commands.h"
+
+#include "trial/script_trial.h"
+
+#include <QFileInfo>
+
+namespace
+{
+
+const char *outcomeWord(TrialOutcome outcome)
+{
+    switch (outcome) {
+    case TrialOutcome::NotDefined:
+        return "not-defined";
+    case TrialOutcome::Refused:
+        return "refused";
+    case TrialOutcome::Failed:
+        return "failed";
+    case TrialOutcome::Wrong:
+        return "wrong";
+    case TrialOutcome::Right:
+        return "right";
+    }
+    return "";
+}
+
+QJsonObject objectOf(const ScriptTrial &trial)
+{
+    QJsonObject object{{"what", "script-trial"},
+                       {"operation", trial.operation},
+                       {"outcome", QLatin1String(outcomeWord(trial.outcome))},
+                       {"movedBytes", trial.movedBytes},
+                       {"expectedBytes", trial.expectedBytes},
+                       {"commandFiles", trial.used.commandFiles},
+                       {"reads", trial.used.reads}};
+    if (trial.hasLeast) {
+        object.insert("leastCommandFiles", trial.least.commandFiles);
+        object.insert("leastReads", trial.least.reads);
+    }
+    return object;
+}
+
+void tellTrial(const ScriptTrial &trial, Reporter &reporter)
+{
+    reporter.event("detected", objectOf(trial));
+    for (const QString &line : trialLines(trial))
+        reporter.answer(line);
+}
+
+} // namespace
+
+ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &reporter)
+{
+    const ScriptKind *kind =
+        findScriptKind(kindName.isEmpty() ? QFileInfo(path).fileName() : kindName);
+    if (!QFileInfo(path).isFile()) {
+        reporter.problem(path + QStringLiteral(": There is no such script file."));
+        return ExitCode::FileError;
+    }
+    if (kind == nullptr) {
+        reporter.problem(QStringLiteral("The file's name does not tell the kind of cartridge: give "
+                                        "--mapper, or --system gba."));
+        return ExitCode::Usage;
+    }
+    bool hasRight = false;
+    ExitCode code = ExitCode::Done;
+    for (const ScriptTrial &trial : tryScript(path, *kind)) {
+        tellTrial(trial, reporter);
+        hasRight = hasRight || trial.outcome == TrialOutcome::Right;
+        if (trial.outcome == TrialOutcome::Wrong)
+            code = ExitCode::DataMismatch;
+        else if (trial.outcome == TrialOutcome::Failed && code == ExitCode::Done)
+            code = ExitCode::TransferFailed;
+    }
+    return code == ExitCode::Done && !hasRight ? ExitCode::TransferFailed : code;
+}

@@ -1,0 +1,27 @@
+#include "cli/known_tables.h"
+
+#include "cli/telling.h"
+
+#include <QFileInfo>
+
+bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &reporter)
+{
+    for (const QString &path : paths) {
+        DatFile table;
+        QString problem;
+        if (!readDatFile(path, &table, &problem)) {
+            tellProblem(ExitCode::FileError, QStringLiteral("--dat ") + problem + QLatin1Char('.'),
+                        CartridgeState::NotRead, reporter);
+            return false;
+        }
+        if (table.leftOut != 0)
+            reporter.log(QStringLiteral("%1: %2 entries without a SHA-1 or marked as bad are left "
+                                        "out.")
+                             .arg(path)
+                             .arg(table.leftOut));
+        if (table.name.isEmpty())
+            table.name = QFileInfo(path).fileName();
+        tables->append(table);
+    }
+    return true;
+}

@@ -1,0 +1,171 @@
+// The commands that read something and say what it is worth: dump, read-ram, verify.
+#include "cli/commands.h"
+
+#include "cli/cartridge_look.h"
+#include "cli/cli_listener.h"
+#include "cli/interrupt.h"
+#include "cli/known_tables.h"
+#include "cli/telling.h"
+#include "trust/backup_store.h"
+#include "trust/checked_read.h"
+#include "trust/known_titles.h"
+#include "trust/pending_file.h"
+
+#include <QCryptographicHash>
+
+#include <memory>
+
+namespace
+{
+
+// A read of a cartridge that ends in a file of the user's, step by step. Every step tells what went
+// wrong and leaves the reason in code(); nothing is left under the file's name then.
+class ReadIntoFile
+{
+public:
+    ReadIntoFile(const CliOptions &options, CartridgeTask task, Reporter &reporter)
+        : m_options(options), m_task(task), m_reporter(reporter), m_listener(reporter)
+    {
+    }
+
+    // Sees that the file can be made, looks at the cartridge, makes the job.
+    bool begin()
+    {
+        m_file = std::make_unique<PendingFile>(
+            m_options.path, m_options.overwrites ? ExistingFile::Replace : ExistingFile::Keep);
+        if (m_file->isTaken())
+            return fail(ExitCode::Refused,
+                        m_file->problem() +
+                            QStringLiteral(" Choose another name, or replace it with --overwrite."),
+                        CartridgeState::NotRead);
+        if (!m_file->problem().isEmpty())
+            return fail(ExitCode::FileError, m_file->problem(), CartridgeState::NotRead);
+        const CartridgeLook look = lookAtCartridge(m_options, m_task, m_reporter);
+        m_code = look.code;
+        if (m_code == ExitCode::Done)
+            m_code = makeLookedAtJob(m_options, m_task, look, m_reporter, &m_job);
+        return m_code == ExitCode::Done && !isStopped();
+    }
+
+    // The file is written at once, under its temporary name: a full disk shows before the next
+    // read.
+    bool readFirst()
+    {
+        m_read = readOnce(m_job, Phase::Read, m_listener);
+        m_code = tellTrouble(m_read.outcome, m_reporter);
+        if (m_code == ExitCode::Done && !m_file->write(m_read.bytes))
+            return fail(ExitCode::FileError, m_file->problem());
+        return m_code == ExitCode::Done && !isStopped();
+    }
+
+    bool readMore(int times)
+    {
+        readAgain(m_job, times, m_listener, &m_read);
+        m_code = tellTrouble(m_read.outcome, m_reporter);
+        return m_code == ExitCode::Done;
+    }
+
+    // Names the file and tells the verdict.
+    ExitCode finish(const Verdict &verdict)
+    {
+        const QString path = keptReadPath(m_options.path, verdict.kind, m_options.overwrites);
+        if (!m_file->commit(path)) {
+            fail(ExitCode::FileError, m_file->problem());
+            return m_code;
+        }
+        tellVerdict(verdict, {path, m_read.bytes.size(), m_read.sha1, m_read.reads}, m_reporter);
+        return exitCodeOf(verdict.kind);
+    }
+
+    ExitCode code() const { return m_code; }
+    const CheckedRead &read() const { return m_read; }
+
+private:
+    bool fail(ExitCode code, const QString &problem)
+    {
+        m_code = code;
+        m_reporter.problem(problem);
+        return false;
+    }
+
+    bool fail(ExitCode code, const QString &problem, CartridgeState state)
+    {
+        m_code = tellProblem(code, problem, state, m_reporter);
+        return false;
+    }
+
+    bool isStopped()
+    {
+        if (!wasInterrupted())
+            return false;
+        const CartridgeState before =
+            m_options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
+        fail(ExitCode::Cancelled, QStringLiteral("Stopped; no file was made."),
+             m_read.reads == 0 ? before : CartridgeState::OnlyRead);
+        return true;
+    }
+
+    const CliOptions &m_options;
+    CartridgeTask m_task;
+    Reporter &m_reporter;
+    CliListener m_listener;
+    std::unique_ptr<PendingFile> m_file;
+    CartridgeJob m_job;
+    CheckedRead m_read;
+    ExitCode m_code = ExitCode::Done;
+};
+
+// `usual`: without an option.
+int readsWanted(const CliOptions &options, int usual)
+{
+    if (!options.verifies)
+        return 1;
+    return options.reads == 0 ? usual : options.reads;
+}
+
+} // namespace
+
+ExitCode runDump(const CliOptions &options, Reporter &reporter)
+{
+    QVector<DatFile> tables;
+    if (!readTables(options.datFiles, &tables, reporter))
+        return ExitCode::FileError;
+    ReadIntoFile file(options, CartridgeTask::Dump, reporter);
+    if (!file.begin() || !file.readFirst())
+        return file.code();
+    RomEvidence evidence = evidenceOf(file.read().bytes, file.read().sha1, tables);
+    if (!file.readMore(readsWanted(options, evidence.known ? 1 : 2) - 1))
+        return file.code();
+    evidence.reads = file.read().reads;
+    evidence.differences = file.read().differences;
+    return file.finish(judgeRom(evidence));
+}
+
+ExitCode runReadRam(const CliOptions &options, Reporter &reporter)
+{
+    ReadIntoFile file(options, CartridgeTask::ReadSave, reporter);
+    if (!file.begin() || !file.readFirst() || !file.readMore(readsWanted(options, 2) - 1))
+        return file.code();
+    SaveEvidence evidence;
+    describeSave(file.read().bytes, &evidence);
+    evidence.reads = file.read().reads;
+    evidence.differences = file.read().differences;
+    return file.finish(judgeSave(evidence));
+}
+
+ExitCode runVerify(const CliOptions &options, Reporter &reporter)
+{
+    QVector<DatFile> tables;
+    QByteArray bytes;
+    QString problem;
+    if (!readTables(options.datFiles, &tables, reporter))
+        return ExitCode::FileError;
+    if (!readUserFile(options.path, &bytes, &problem)) {
+        reporter.problem(problem);
+        return ExitCode::FileError;
+    }
+    const QByteArray sha1 = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
+    const Verdict verdict = judgeRom(evidenceOf(bytes, sha1, tables));
+    tellVerdict(verdict, {options.path, bytes.size(), sha1, 0}, reporter);
+    return exitCodeOf(verdict.kind);
+}

@@ -1,0 +1,200 @@
+#include "cli/telling.h"
+
+#include "device/device_link.h"
+#include "trust/words.h"
+
+#include <QJsonArray>
+
+namespace
+{
+
+constexpr char kPlain[] = "\033[0m";
+
+// Of a terminal.
+const char *colorOf(VerdictKind kind)
+{
+    switch (kind) {
+    case VerdictKind::Verified:
+    case VerdictKind::Consistent:
+        return "\033[32m"; // green
+    case VerdictKind::Unverified:
+        return "\033[33m"; // yellow
+    case VerdictKind::Unstable:
+    case VerdictKind::Suspicious:
+        break;
+    }
+    return "\033[31m"; // red
+}
+
+// What is wrong with the reader and what the user can do about it. `code`: NoReader or NoAnswer.
+QString readerAdvice(ExitCode code)
+{
+    return code == ExitCode::NoReader
+               ? jobFailureText(JobEnd::NoReader) +
+                     QStringLiteral(" Plug it in, let the system mount its drive and look at "
+                                    "\"gbdriver-cli drives\".")
+               : jobFailureText(JobEnd::NoMode) +
+                     QStringLiteral(" Unplug it, plug it in again and see whether its drive can "
+                                    "be read and written.");
+}
+
+ExitCode exitCodeOfJob(JobEnd end)
+{
+    switch (end) {
+    case JobEnd::NoReader:
+        return ExitCode::NoReader;
+    case JobEnd::NoMode:
+        return ExitCode::NoAnswer;
+    case JobEnd::NoScript:
+    case JobEnd::InputNotOpened:
+    case JobEnd::InputNotRead:
+    case JobEnd::OutputNotWritten:
+        return ExitCode::FileError;
+    case JobEnd::Refused:
+        return ExitCode::Refused;
+    case JobEnd::Cancelled:
+        return ExitCode::Cancelled;
+    case JobEnd::Done: // but not whole
+    case JobEnd::NoMemory:
+    case JobEnd::ScriptFailed:
+        break;
+    }
+    return ExitCode::TransferFailed;
+}
+
+// What the user can do, in terms of options; empty if the trouble's own words say it all.
+QString wayOut(const Outcome &outcome)
+{
+    switch (outcome.trouble) {
+    case Trouble::SaveIsBlank:
+        return QStringLiteral(" See that --save-type and --ram-size are right; if the save "
+                              "is empty, give --force.");
+    case Trouble::SaveIsLarger:
+        return QStringLiteral(" Give --ram-size 128K.");
+    case Trouble::NoFolder:
+        return QStringLiteral(" Name another with --backup.");
+    case Trouble::JobFailed:
+        return exitCodeOf(outcome) == ExitCode::TransferFailed &&
+                       outcome.state == CartridgeState::OnlyRead
+                   ? QStringLiteral(" Check plug and contacts and try again.")
+                   : QString();
+    default:
+        return QString();
+    }
+}
+
+QString jobAdvice(const Outcome &outcome)
+{
+    const ExitCode code = exitCodeOf(outcome);
+    if (code == ExitCode::NoReader || code == ExitCode::NoAnswer)
+        return readerAdvice(code) + QStringLiteral(" This step sent nothing to the cartridge.") +
+               (outcome.state == CartridgeState::NotWritten
+                    ? QLatin1Char(' ') + stateText(outcome.state)
+                    : QString());
+    return (troubleText(outcome) + QLatin1Char(' ') + stateText(outcome.state) + wayOut(outcome))
+        .trimmed();
+}
+
+} // namespace
+
+ExitCode readerFault(const CartridgeReport &report)
+{
+    switch (report.outcome) {
+    case ReportOutcome::NoReader:
+        return ExitCode::NoReader;
+    case ReportOutcome::NoMode:
+    case ReportOutcome::ShortRead:
+        return ExitCode::NoAnswer;
+    default:
+        return ExitCode::Done;
+    }
+}
+
+QString readerProblem(ExitCode code)
+{
+    // A scan asks drives that are no readers, too; what they said does not matter.
+    const QString driveError = QString::fromLocal8Bit(lastDriveError().c_str());
+    return code == ExitCode::NoReader || driveError.isEmpty()
+               ? readerAdvice(code)
+               : readerAdvice(code) + QLatin1Char('\n') + driveError;
+}
+
+ExitCode exitCodeOf(VerdictKind kind)
+{
+    switch (kind) {
+    case VerdictKind::Verified:
+    case VerdictKind::Consistent:
+        return ExitCode::Done;
+    case VerdictKind::Unverified:
+        return ExitCode::Unverified;
+    case VerdictKind::Unstable:
+    case VerdictKind::Suspicious:
+        break;
+    }
+    return ExitCode::DataMismatch;
+}
+
+ExitCode exitCodeOf(const Outcome &outcome)
+{
+    switch (outcome.trouble) {
+    case Trouble::None:
+        return ExitCode::Done;
+    case Trouble::JobFailed:
+    case Trouble::NotReadBack:
+        return exitCodeOfJob(outcome.job.end);
+    case Trouble::Stopped:
+        return ExitCode::Cancelled;
+    case Trouble::SaveIsBlank:
+    case Trouble::SaveIsLarger:
+        return ExitCode::Refused;
+    case Trouble::NoFolder:
+    case Trouble::NoFile:
+        return ExitCode::FileError;
+    case Trouble::ReadsDiffer:
+    case Trouble::ChipIsUnclear:
+    case Trouble::Mismatch:
+        break;
+    }
+    return ExitCode::DataMismatch;
+}
+
+ExitCode tellTrouble(const Outcome &outcome, Reporter &reporter)
+{
+    const ExitCode code = exitCodeOf(outcome);
+    if (outcome.trouble == Trouble::JobFailed)
+        reporter.problem((failureLines(outcome.job) << jobAdvice(outcome)).join(QLatin1Char('\n')));
+    else if (outcome.trouble != Trouble::None)
+        tellProblem(code, troubleText(outcome) + wayOut(outcome), outcome.state, reporter);
+    return code;
+}
+
+ExitCode tellProblem(ExitCode code, const QString &problem, CartridgeState state,
+                     Reporter &reporter)
+{
+    reporter.problem(problem + QLatin1Char(' ') + stateText(state));
+    return code;
+}
+
+void tellVerdict(const Verdict &verdict, const ReadFile &file, Reporter &reporter)
+{
+    const QString sha1 = QString::fromLatin1(file.sha1.toHex());
+    QJsonObject object{
+        {QStringLiteral("file"), file.path},
+        {QStringLiteral("size"), file.size},
+        {QStringLiteral("sha1"), sha1},
+        {QStringLiteral("reads"), file.reads},
+        {QStringLiteral("verdict"), QLatin1String(wordOf(verdict.kind))},
+        {QStringLiteral("reasons"), QJsonArray::fromStringList(reasonTexts(verdict))}};
+    if (verdict.kind == VerdictKind::Verified) {
+        object.insert(QStringLiteral("title"), verdict.title);
+        object.insert(QStringLiteral("source"), verdict.source);
+    }
+    reporter.event("verdict", object);
+
+    const QString summary = summaryOf(verdict);
+    reporter.answer(reporter.hasColor()
+                        ? QLatin1String(colorOf(verdict.kind)) + summary + QLatin1String(kPlain)
+                        : summary);
+    reporter.answer(
+        QStringLiteral("%1: %2 bytes, SHA-1 %3").arg(file.path).arg(file.size).arg(sha1));
+}

@@ -1,0 +1,308 @@
+// The commands that write into a cartridge: write-ram, flash. What is in it is kept first, and what
+// was written is read back.
+#include "cli/commands.h"
+
+#include "cart/setting_tables.h"
+#include "cli/cartridge_look.h"
+#include "cli/cli_listener.h"
+#include "cli/telling.h"
+#include "trust/checked_write.h"
+#include "trust/flash_check.h"
+#include "trust/kept_backup.h"
+#include "trust/pending_file.h"
+#include "trust/save_check.h"
+#include "trust/words.h"
+
+#include <QFileInfo>
+
+namespace
+{
+
+// The mapper whose script the job runs, as an option's value; empty for a GBA job.
+QString mapperOf(const CartridgeJob &job)
+{
+    const QString script = QFileInfo(job.scriptPath).fileName();
+    for (const MapperRow &row : kMappers) {
+        if (script == QLatin1String(row.script))
+            return labelOf(kMappers, row.value);
+    }
+    return QString();
+}
+
+QString optionsOf(const CartridgeJob &job)
+{
+    if (isGbaJob(job.operate))
+        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --force")
+            .arg(labelOf(kGbaSaveTypes, job.saveType))
+            .arg(job.ramSize);
+    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperOf(job);
+    return isFlashJob(job.operate)
+               ? mapper + QStringLiteral(" --no-backup")
+               : mapper + QStringLiteral(" --ram-size %1 --force").arg(job.ramSize);
+}
+
+// What the user can do with the backup. All is said, because the header may be gone or another's,
+// and what is in the cartridge now is not worth a backup.
+QString wayBack(const CartridgeJob &job, const KeptBackup &backup)
+{
+    if (backup.path.isEmpty())
+        return QStringLiteral("There is no backup.");
+    return QStringLiteral("What the cartridge held before is in\n  %1\nTo put it back:\n  "
+                          "gbdriver-cli %2 \"%1\" --no-auto %3")
+        .arg(backup.path,
+             isFlashJob(job.operate) ? QLatin1String("flash") : QLatin1String("write-ram"),
+             optionsOf(job));
+}
+
+void tellWritten(int size, const KeptBackup &backup, Reporter &reporter)
+{
+    reporter.event("verdict", {{QStringLiteral("verdict"), QStringLiteral("written")},
+                               {QStringLiteral("size"), size},
+                               {QStringLiteral("backup"), backup.path}});
+    reporter.answer(QStringLiteral("written: %1 bytes, read back and equal").arg(size));
+    if (!backup.path.isEmpty())
+        reporter.answer(QStringLiteral("backup: ") + backup.path);
+}
+
+void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const KeptBackup &backup,
+                     Reporter &reporter)
+{
+    switch (write.outcome.trouble) {
+    case Trouble::JobFailed:
+        tellTrouble(write.outcome, reporter);
+        // After a refusal, which comes before the first byte, the backup was for nothing.
+        if (write.outcome.state != CartridgeState::NotWritten)
+            reporter.problem(QStringLiteral("The write did not come to its end. ") +
+                             wayBack(job, backup));
+        break;
+    case Trouble::NotReadBack:
+        reporter.problem((failureLines(write.outcome.job)
+                          << troubleText(write.outcome) + QLatin1Char(' ') + wayBack(job, backup))
+                             .join(QLatin1Char('\n')));
+        break;
+    case Trouble::Mismatch:
+        reporter.problem(mismatchText(write.mismatch) + QLatin1Char('\n') + wayBack(job, backup));
+        break;
+    default:
+        tellTrouble(write.outcome, reporter);
+    }
+}
+
+// Writes the content, which came from the user's file, and tells how that went.
+ExitCode writeContent(const CartridgeJob &writeJob, const CartridgeJob &readJob,
+                      const QString &path, const QByteArray &content, const KeptBackup &backup,
+                      Reporter &reporter)
+{
+    reporter.log(QStringLiteral("Write file :") + path);
+    CliListener listener(reporter);
+    const CheckedWrite write = writeAndCheck(writeJob, readJob, content, listener);
+    if (write.outcome.isDone())
+        tellWritten(content.size(), backup, reporter);
+    else
+        tellFailedWrite(write, writeJob, backup, reporter);
+    return exitCodeOf(write.outcome);
+}
+
+ExitCode tellBackup(const KeptBackup &backup, Reporter &reporter)
+{
+    if (backup.isErased)
+        reporter.log(QStringLiteral("The flash chip is erased: there is nothing to back up."));
+    else if (!backup.path.isEmpty())
+        reporter.log(QStringLiteral("Backup: ") + backup.path);
+    return tellTrouble(backup.outcome, reporter);
+}
+
+// --- write-ram -----------------------------------------------------------------------------------
+
+CartridgeState stateAfterLook(const CliOptions &options)
+{
+    return options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
+}
+
+// The file, and whether it is a save of this cartridge.
+ExitCode takeSaveFile(const CliOptions &options, int saveSize, Reporter &reporter,
+                      QByteArray *bytes)
+{
+    QString problem;
+    if (!readUserFile(options.path, bytes, &problem))
+        return tellProblem(ExitCode::FileError, problem, stateAfterLook(options), reporter);
+    if (bytes->size() == saveSize)
+        return ExitCode::Done;
+    const QString sizes = QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
+                              .arg(options.path)
+                              .arg(bytes->size())
+                              .arg(saveSize);
+    if (options.forces && !bytes->isEmpty()) {
+        reporter.log(sizes + QStringLiteral(" Only what fits is written (--force)."));
+        return ExitCode::Done;
+    }
+    return tellProblem(
+        ExitCode::Refused,
+        sizes + QStringLiteral(" It is not a save of this game, or --ram-size or --save-type is "
+                               "wrong. --force writes what fits."),
+        stateAfterLook(options), reporter);
+}
+
+ExitCode refuseContradiction(const CliOptions &options, const CartridgeLook &look,
+                             Reporter &reporter)
+{
+    if (options.forces || !contradictsSave(options.values, look.found))
+        return ExitCode::Done;
+    return tellProblem(
+        ExitCode::Refused,
+        QStringLiteral("The cartridge says something else of its save than --ram-size or "
+                       "--save-type, see above. Leave the options out, or give --force if you "
+                       "know better."),
+        CartridgeState::LookedAt, reporter);
+}
+
+// What the cartridge holds, as far as it is needed: all of it for a backup; without one the part
+// that a shorter file leaves as it is.
+KeptBackup backUpSave(const CliOptions &options, const CartridgeLook &look, const CartridgeJob &job,
+                      int fileSize, Reporter &reporter)
+{
+    CliListener listener(reporter);
+    const CartridgeJob readJob = saveReadingJob(job);
+    KeptBackup backup;
+    if (!options.makesBackup)
+        return fileSize < job.ramSize ? readTwice(readJob, listener) : backup;
+    backup.outcome = findLargerSave(job, listener);
+    if (backup.outcome.isDone())
+        backup = keepBackup({readJob, options.backupFolder, look.title, options.forces, false},
+                            listener);
+    return backup;
+}
+
+// --- flash ---------------------------------------------------------------------------------------
+
+ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &reporter)
+{
+    QString text = flashFaultText(fault, bytes, allowedBytes);
+    if (fault == FlashFault::NoFlashChip)
+        text += QStringLiteral(" If yours is wired otherwise, give --mapper.");
+    else if (fault == FlashFault::BackupTooSmall)
+        text += QStringLiteral(" Leave --rom-size out, or give --force if you know the chip.");
+    return tellProblem(ExitCode::Refused, text, CartridgeState::NotWritten, reporter);
+}
+
+// Whether this file can be flashed through this mapper.
+ExitCode checkFlashFile(const QByteArray &file, const CartridgeValues &values, Reporter &reporter)
+{
+    const FlashFault fault = flashFileFault(file, values);
+    const FlashLimit *limit = flashLimitOf(values);
+    switch (fault) {
+    case FlashFault::None:
+        return ExitCode::Done;
+    case FlashFault::ShortTail:
+        return refuseFlash(fault, file.size() % limit->bankBytes, kShortestFlashTail, reporter);
+    default:
+        return refuseFlash(fault, file.size(), limit == nullptr ? 0 : limit->writtenBytes,
+                           reporter);
+    }
+}
+
+// Asks the chip, and tells what it says. The job learns the chip's width.
+ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
+{
+    const ProbedChip probed = probeFlashChipTwice();
+    *chip = probed.chip;
+    job->flashWidth = chip->isWide ? 1 : 0;
+    if (probed.end != ProbeEnd::Asked) {
+        Outcome failed;
+        failed.trouble =
+            probed.end == ProbeEnd::Unclear ? Trouble::ChipIsUnclear : Trouble::JobFailed;
+        failed.job.end = probed.fault;
+        failed.state = CartridgeState::NotWritten;
+        return tellTrouble(failed, reporter);
+    }
+    reporter.log(chip->isWide ? QStringLiteral("Flash chip is 16bit width")
+                              : QStringLiteral("Flash chip is 8bit width"));
+    if (chip->sizeBytes != 0)
+        reporter.log(QStringLiteral("Flash chip size is :%1KB").arg(chip->sizeBytes / 1024));
+    return ExitCode::Done;
+}
+
+// The file and the user's --rom-size beside what the chip says.
+ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChipAnswer &chip,
+                         int bytesToKeep, Reporter &reporter)
+{
+    if (options.forces)
+        return ExitCode::Done;
+    const std::optional<int> wanted =
+        options.makesBackup ? options.values.romSize : std::optional<int>();
+    const FlashFault fault = flashSizeFault(fileSize, chip, wanted, bytesToKeep);
+    if (fault == FlashFault::None)
+        return ExitCode::Done;
+    return fault == FlashFault::BeyondChip
+               ? refuseFlash(fault, fileSize, static_cast<int>(chip.sizeBytes), reporter)
+               : refuseFlash(fault, *wanted, bytesToKeep, reporter);
+}
+
+// `job` has been completed and its file checked.
+ExitCode flash(const CliOptions &options, const CartridgeLook &look, CartridgeJob job,
+               const QByteArray &file, Reporter &reporter)
+{
+    FlashChipAnswer chip;
+    ExitCode code = askChip(reporter, &job, &chip);
+    if (code != ExitCode::Done)
+        return code;
+    const int bytesToKeep = flashBytesToKeep(chip, *flashLimitOf(look.values));
+    code = checkFlashSizes(options, file.size(), chip, bytesToKeep, reporter);
+    if (code != ExitCode::Done)
+        return code;
+    KeptBackup backup;
+    CliListener listener(reporter);
+    if (options.makesBackup)
+        backup = keepBackup({romReadingJob(job, options.values.romSize.value_or(bytesToKeep)),
+                             options.backupFolder, look.title, false, chip.sizeBytes == 0},
+                            listener);
+    code = tellBackup(backup, reporter);
+    if (code != ExitCode::Done)
+        return code;
+    reporter.log(
+        QStringLiteral("The erase of a large chip takes minutes. If it does not come to an "
+                       "end, there is no flash chip or it is broken: Ctrl-C ends the wait, "
+                       "and what the chip held may then be lost."));
+    return writeContent(job, romReadingJob(job, romSizeOf(file.size())), options.path, file, backup,
+                        reporter);
+}
+
+} // namespace
+
+ExitCode runWriteRam(const CliOptions &options, Reporter &reporter)
+{
+    const CartridgeLook look = lookAtCartridge(options, CartridgeTask::WriteSave, reporter);
+    if (look.code != ExitCode::Done)
+        return look.code;
+    CartridgeJob job;
+    QByteArray file;
+    ExitCode code = makeLookedAtJob(options, CartridgeTask::WriteSave, look, reporter, &job);
+    if (code == ExitCode::Done)
+        code = takeSaveFile(options, job.ramSize, reporter, &file);
+    if (code == ExitCode::Done)
+        code = refuseContradiction(options, look, reporter);
+    if (code != ExitCode::Done)
+        return code;
+    const KeptBackup backup = backUpSave(options, look, job, file.size(), reporter);
+    code = tellBackup(backup, reporter);
+    if (code != ExitCode::Done)
+        return code;
+    return writeContent(job, saveReadingJob(job), options.path,
+                        newSaveContent(file, backup.bytes, job.ramSize), backup, reporter);
+}
+
+ExitCode runFlash(const CliOptions &options, Reporter &reporter)
+{
+    QByteArray file;
+    QString problem;
+    if (!readUserFile(options.path, &file, &problem))
+        return tellProblem(ExitCode::FileError, problem, CartridgeState::Untouched, reporter);
+    const CartridgeLook look = lookAtCartridge(options, CartridgeTask::Flash, reporter);
+    if (look.code != ExitCode::Done)
+        return look.code;
+    CartridgeJob job;
+    ExitCode code = makeLookedAtJob(options, CartridgeTask::Flash, look, reporter, &job);
+    if (code == ExitCode::Done)
+        code = checkFlashFile(file, look.values, reporter);
+    return code == ExitCode::Done ? flash(options, look, job, file, reporter) : code;
+}

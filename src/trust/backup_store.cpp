@@ -1,0 +1,89 @@
+#include "trust/backup_store.h"
+
+#include "device/local_path.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+namespace
+{
+
+// Bytes; with date, number and suffix behind it below the 255 that file systems take.
+constexpr int kLongestTitle = 180;
+
+// Shortens the title proper, and not what stands in brackets behind it: region and revision tell
+// one file from another.
+QString shortened(const QString &title)
+{
+    const int bracket = title.indexOf(QStringLiteral(" ("));
+    QString name = title.left(bracket);
+    const QString rest = bracket < 0 ? QString() : title.mid(bracket).left(kLongestTitle / 2);
+    while (!name.isEmpty() && (name + rest).toUtf8().size() > kLongestTitle)
+        name.chop(1);
+    return name + rest;
+}
+
+bool isUsable(QChar character)
+{
+    return character.isPrint() && !QStringLiteral("<>:\"/\\|?*").contains(character) &&
+           !localPath(QString(character)).isEmpty();
+}
+
+} // namespace
+
+QString defaultBackupFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/gbdriver/backups");
+}
+
+QString safeFileName(const QString &title)
+{
+    QString name = shortened(title.simplified());
+    for (QChar &character : name) {
+        if (!isUsable(character))
+            character = QLatin1Char('_');
+    }
+    while (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
+        name.chop(1);
+    static const QRegularExpression device(
+        QStringLiteral("^(con|prn|aux|nul|com\\d|lpt\\d)(\\.|$)"),
+        QRegularExpression::CaseInsensitiveOption);
+    if (device.match(name).hasMatch() || name.startsWith(QLatin1Char('.')) ||
+        name.startsWith(QLatin1Char('-')))
+        name.prepend(QLatin1Char('_'));
+    return name.isEmpty() ? QStringLiteral("cartridge") : name;
+}
+
+QString freePath(const QString &folder, const QString &name, const QString &suffix)
+{
+    const QString stem = QDir(folder).filePath(name);
+    QString path = stem + suffix;
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = QStringLiteral("%1 (%2)%3").arg(stem).arg(number).arg(suffix);
+    return path;
+}
+
+QString datedPath(const QString &folder, const QString &title, const QDateTime &time,
+                  const QString &suffix)
+{
+    // No colons: file systems of Windows do not take them.
+    const QString date = time.toString(QStringLiteral("yyyy-MM-dd HH-mm-ss"));
+    return freePath(folder, safeFileName(title) + QLatin1Char(' ') + date, suffix);
+}
+
+QString keptReadPath(const QString &path, VerdictKind kind, bool replaces)
+{
+    QString mark;
+    if (kind == VerdictKind::Unstable)
+        mark = QStringLiteral(".unstable");
+    else if (kind == VerdictKind::Suspicious && QFileInfo::exists(path))
+        mark = QStringLiteral(".suspicious");
+    const QString marked = path + mark;
+    if (mark.isEmpty() || replaces || !QFileInfo::exists(marked))
+        return marked;
+    const QFileInfo info(marked);
+    return freePath(info.path(), info.completeBaseName(), mark);
+}

@@ -1,0 +1,191 @@
+#include "trust/dat_file.h"
+
+#include <QFile>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <optional>
+
+namespace
+{
+
+// A DAT file needs five levels. Many more would only fill the memory.
+constexpr int kDeepestElement = 64;
+
+// One <rom>, with no entry if it tells nothing that a dump can be compared with.
+struct DatRom {
+    QString name;
+    std::optional<DatEntry> entry;
+};
+
+// Names are printed, and XML lets characters through that some terminals take as commands.
+QString withoutControls(QString text)
+{
+    const auto isControl = [](QChar letter) { return letter.category() == QChar::Other_Control; };
+    std::replace_if(text.begin(), text.end(), isControl, QLatin1Char(' '));
+    return text;
+}
+
+QString nameOf(const QXmlStreamReader &xml)
+{
+    return withoutControls(xml.attributes().value(QLatin1String("name")).toString());
+}
+
+std::optional<Sha1Digest> digestFromHex(const QString &text)
+{
+    const QByteArray bytes = QByteArray::fromHex(text.toLatin1());
+    // Passes over what is no digit, so both lengths have to be right.
+    Sha1Digest digest;
+    if (text.size() != 2 * static_cast<int>(digest.size()) ||
+        bytes.size() != static_cast<int>(digest.size()))
+        return std::nullopt;
+    std::copy(bytes.begin(), bytes.end(), digest.begin());
+    return digest;
+}
+
+std::optional<DatEntry> entryOf(const QXmlStreamAttributes &attributes)
+{
+    const auto valueOf = [&attributes](const char *name) {
+        return attributes.value(QLatin1String(name)).toString();
+    };
+    const QString status = valueOf("status");
+    if (status == QLatin1String("baddump") || status == QLatin1String("nodump"))
+        return std::nullopt;
+    bool isNumber = false;
+    const quint64 size = valueOf("size").toULongLong(&isNumber);
+    const std::optional<Sha1Digest> sha1 = digestFromHex(valueOf("sha1"));
+    if (!isNumber || !sha1)
+        return std::nullopt;
+    return DatEntry{QString(), size, *sha1};
+}
+
+// Reads to the end of the current element, whatever is in it.
+void skipElement(QXmlStreamReader *xml)
+{
+    int depth = 1;
+    while (depth > 0 && !xml->hasError()) {
+        const QXmlStreamReader::TokenType token = xml->readNext();
+        if (token == QXmlStreamReader::StartElement && ++depth > kDeepestElement)
+            xml->raiseError(QStringLiteral("too many elements inside each other"));
+        else if (token == QXmlStreamReader::EndElement)
+            --depth;
+    }
+}
+
+QString titleOf(const QString &game, const DatRom &rom, bool isOnlyOne)
+{
+    if (game.isEmpty())
+        return rom.name;
+    return isOnlyOne ? game : QStringLiteral("%1: %2").arg(game, rom.name);
+}
+
+void addGame(const QString &game, const QVector<DatRom> &roms, DatFile *dat)
+{
+    for (const DatRom &rom : roms) {
+        if (!rom.entry) {
+            ++dat->leftOut;
+            continue;
+        }
+        dat->entries.append(*rom.entry);
+        dat->entries.last().title = titleOf(game, rom, roms.size() == 1);
+    }
+}
+
+void readGame(QXmlStreamReader *xml, DatFile *dat)
+{
+    const QString game = nameOf(*xml);
+    QVector<DatRom> roms;
+    while (xml->readNextStartElement()) {
+        if (xml->name() == QLatin1String("rom"))
+            roms.append({nameOf(*xml), entryOf(xml->attributes())});
+        skipElement(xml);
+    }
+    addGame(game, roms, dat);
+}
+
+void readHeader(QXmlStreamReader *xml, DatFile *dat)
+{
+    while (xml->readNextStartElement()) {
+        if (xml->name() == QLatin1String("name"))
+            dat->name = withoutControls(xml->readElementText());
+        else
+            skipElement(xml);
+    }
+}
+
+void readElement(QXmlStreamReader *xml, DatFile *dat)
+{
+    const QStringRef name = xml->name();
+    if (name == QLatin1String("header"))
+        readHeader(xml, dat);
+    else if (name == QLatin1String("game") || name == QLatin1String("machine"))
+        readGame(xml, dat);
+    else
+        skipElement(xml);
+}
+
+// Goes to the root element.
+void readProlog(QXmlStreamReader *xml)
+{
+    while (!xml->hasError() && !xml->isStartElement()) {
+        if (xml->readNext() == QXmlStreamReader::DTD && !xml->entityDeclarations().isEmpty())
+            xml->raiseError(QStringLiteral("the file declares entities"));
+    }
+    if (xml->isStartElement() && xml->name() != QLatin1String("datafile"))
+        xml->raiseError(
+            QStringLiteral("the root element is <%1>, not <datafile>").arg(xml->name().toString()));
+}
+
+void readDocument(QXmlStreamReader *xml, DatFile *dat)
+{
+    readProlog(xml);
+    while (xml->readNextStartElement())
+        readElement(xml, dat);
+    // Nothing may stand behind the root element.
+    while (!xml->atEnd())
+        xml->readNext();
+}
+
+bool isBefore(const DatEntry &a, const DatEntry &b)
+{
+    return a.sha1 < b.sha1;
+}
+
+bool refuse(QString *problem, const QString &path, const QString &reason)
+{
+    *problem = QStringLiteral("%1: %2").arg(path, reason);
+    return false;
+}
+
+} // namespace
+
+bool readDatFile(const QString &path, DatFile *dat, QString *problem)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return refuse(problem, path, file.errorString());
+    if (file.size() > kLargestDatBytes)
+        return refuse(problem, path,
+                      QStringLiteral("larger than %1 MiB, this is no DAT file")
+                          .arg(kLargestDatBytes / 1024 / 1024));
+    QXmlStreamReader xml(&file);
+    DatFile read;
+    readDocument(&xml, &read);
+    if (xml.hasError())
+        return refuse(problem, path,
+                      QStringLiteral("line %1: not a DAT file in its XML form: %2")
+                          .arg(xml.lineNumber())
+                          .arg(xml.errorString()));
+    std::stable_sort(read.entries.begin(), read.entries.end(), isBefore);
+    *dat = read;
+    return true;
+}
+
+const DatEntry *findInDat(const DatFile &dat, quint64 size, const Sha1Digest &sha1)
+{
+    const DatEntry key{QString(), size, sha1};
+    const auto range = std::equal_range(dat.entries.begin(), dat.entries.end(), key, isBefore);
+    const auto *entry = std::find_if(range.first, range.second,
+                                     [size](const DatEntry &row) { return row.size == size; });
+    return entry == range.second ? nullptr : entry;
+}

@@ -1,0 +1,80 @@
+#include "trust/flash_check.h"
+
+#include "cart/setting_tables.h"
+#include "device/device_link.h"
+#include "device/device_ops.h"
+
+namespace
+{
+
+constexpr int kKibi = 1024;
+constexpr int kSmallestRom = 32 * kKibi;
+
+constexpr FlashLimit kLimits[] = {{0, 32 * kKibi, 32 * kKibi, 32 * kKibi},
+                                  {1, 512 * kKibi, 2048 * kKibi, 16 * kKibi},
+                                  {3, 4096 * kKibi, 4096 * kKibi, 16 * kKibi},
+                                  {4, 8192 * kKibi, 8192 * kKibi, 16 * kKibi}};
+
+} // namespace
+
+const FlashLimit *flashLimitOf(const CartridgeValues &values)
+{
+    for (const FlashLimit &row : kLimits) {
+        if (values.system != kSystemGba && values.mapper == row.mapper)
+            return &row;
+    }
+    return nullptr;
+}
+
+FlashFault flashFileFault(const QByteArray &file, const CartridgeValues &values)
+{
+    if (values.system == kSystemGba)
+        return FlashFault::GbaRom;
+    const FlashLimit *limit = flashLimitOf(values);
+    if (limit == nullptr)
+        return FlashFault::NoFlashChip;
+    if (file.isEmpty())
+        return FlashFault::EmptyFile;
+    if (file.size() > limit->writtenBytes)
+        return FlashFault::BeyondMapper;
+    const int tail = file.size() % limit->bankBytes;
+    return tail > 0 && tail < kShortestFlashTail ? FlashFault::ShortTail : FlashFault::None;
+}
+
+FlashFault flashSizeFault(int fileSize, const FlashChipAnswer &chip,
+                          std::optional<int> wantedBackupBytes, int bytesToKeep)
+{
+    if (chip.sizeBytes != 0 && static_cast<std::uint32_t>(fileSize) > chip.sizeBytes)
+        return FlashFault::BeyondChip;
+    return wantedBackupBytes && *wantedBackupBytes < bytesToKeep ? FlashFault::BackupTooSmall
+                                                                 : FlashFault::None;
+}
+
+int flashBytesToKeep(const FlashChipAnswer &chip, const FlashLimit &limit)
+{
+    const auto reach = static_cast<std::uint32_t>(limit.readBytes);
+    const bool isKnown = chip.sizeBytes != 0 && chip.sizeBytes < reach;
+    return isKnown ? static_cast<int>(chip.sizeBytes) : limit.readBytes;
+}
+
+int romSizeOf(int fileBytes)
+{
+    int size = kSmallestRom;
+    while (size < fileBytes)
+        size *= 2;
+    return size;
+}
+
+ProbedChip probeFlashChipTwice()
+{
+    const ReaderSession session;
+    if (findDevice(0, nullptr) == 0)
+        return {ProbeEnd::NotAsked, JobEnd::NoReader, {}};
+    if (selectGbMode() == 0)
+        return {ProbeEnd::NotAsked, JobEnd::NoMode, {}};
+    const FlashChipAnswer chip = probeFlashChip();
+    const FlashChipAnswer again = probeFlashChip();
+    if (again.isWide != chip.isWide || again.sizeBytes != chip.sizeBytes)
+        return {ProbeEnd::Unclear, JobEnd::Done, {}};
+    return {ProbeEnd::Asked, JobEnd::Done, chip};
+}

@@ -1,0 +1,82 @@
+#include "trust/kept_backup.h"
+
+#include "cart/dump_checks.h"
+#include "trust/backup_store.h"
+#include "trust/pending_file.h"
+
+#include <QDateTime>
+#include <QDir>
+
+namespace
+{
+
+const std::uint8_t *bytesOf(const QByteArray &bytes)
+{
+    return reinterpret_cast<const std::uint8_t *>(bytes.constData());
+}
+
+bool isBlankSave(const BackupPlan &plan, const QByteArray &bytes)
+{
+    return movesSave(plan.readJob.operate) && !plan.acceptsEqualBytes &&
+           allBytesEqual(bytesOf(bytes), static_cast<std::uint32_t>(bytes.size()));
+}
+
+QByteArray contentOf(const QByteArray &bytes, const BackupPlan &plan)
+{
+    return plan.cutsRepetitions ? bytes.left(static_cast<int>(repeatedContentSize(
+                                      bytesOf(bytes), static_cast<std::uint32_t>(bytes.size()))))
+                                : bytes;
+}
+
+void fail(Trouble trouble, const QString &detail, Outcome *outcome)
+{
+    outcome->trouble = trouble;
+    outcome->state = CartridgeState::NotWritten;
+    outcome->detail = detail;
+}
+
+void store(const BackupPlan &plan, KeptBackup *backup)
+{
+    const QString folder = plan.folder.isEmpty() ? defaultBackupFolder() : plan.folder;
+    if (!QDir().mkpath(folder)) {
+        fail(Trouble::NoFolder, folder, &backup->outcome);
+        return;
+    }
+    const bool isSave = movesSave(plan.readJob.operate);
+    const QString path = datedPath(folder, plan.title, QDateTime::currentDateTime(),
+                                   isSave ? QStringLiteral(".sav") : QStringLiteral(".gb"));
+    PendingFile file(path, ExistingFile::Keep);
+    if (file.problem().isEmpty() && file.write(contentOf(backup->bytes, plan)) && file.commit())
+        backup->path = path;
+    else
+        fail(Trouble::NoFile, file.problem(), &backup->outcome);
+}
+
+} // namespace
+
+KeptBackup readTwice(const CartridgeJob &readJob, TrustListener &listener)
+{
+    CheckedRead read = readOnce(readJob, Phase::Backup, listener);
+    if (read.outcome.isDone())
+        readAgain(readJob, 1, listener, &read);
+    if (read.outcome.isDone() && !read.differences.isEmpty())
+        fail(Trouble::ReadsDiffer, read.differences, &read.outcome);
+    KeptBackup backup;
+    backup.outcome = read.outcome;
+    backup.bytes = read.bytes;
+    return backup;
+}
+
+KeptBackup keepBackup(const BackupPlan &plan, TrustListener &listener)
+{
+    KeptBackup backup = readTwice(plan.readJob, listener);
+    if (!backup.outcome.isDone())
+        return backup;
+    backup.isErased =
+        !movesSave(plan.readJob.operate) && backup.bytes.count('\xFF') == backup.bytes.size();
+    if (isBlankSave(plan, backup.bytes))
+        fail(Trouble::SaveIsBlank, {}, &backup.outcome);
+    else if (!backup.isErased)
+        store(plan, &backup);
+    return backup;
+}

@@ -1,0 +1,39 @@
+#include "trust/save_check.h"
+
+#include "cart/setting_tables.h"
+
+namespace
+{
+
+constexpr int kSmallFlash = 64 * 1024;
+
+} // namespace
+
+bool contradictsSave(const CartridgeValues &said, const CartridgeValues &found)
+{
+    const bool isOtherSize = found.ramSize && said.ramSize && said.ramSize != found.ramSize;
+    const bool isOtherType = found.saveType && said.saveType && said.saveType != found.saveType;
+    return isOtherSize || isOtherType;
+}
+
+Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener)
+{
+    if (writeJob.saveType != kSaveFlash || writeJob.ramSize != kSmallFlash)
+        return {};
+    CartridgeJob job = saveReadingJob(writeJob);
+    job.ramSize = 2 * kSmallFlash;
+    QByteArray bytes;
+    Outcome outcome = runPhase(job, {}, Phase::Compare, listener, &bytes);
+    if (!outcome.isDone())
+        return outcome;
+    const QByteArray upper = bytes.mid(kSmallFlash);
+    if (upper != bytes.left(kSmallFlash) && upper.count(upper[0]) != upper.size())
+        outcome.trouble = Trouble::SaveIsLarger;
+    return outcome;
+}
+
+QByteArray newSaveContent(const QByteArray &file, const QByteArray &old, int saveSize)
+{
+    const QByteArray content = file.left(saveSize);
+    return content + old.mid(content.size());
+}

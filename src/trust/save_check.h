@@ -1,0 +1,20 @@
+// What has to be right before a save is written into a cartridge.
+//
+// Thread: pure functions, but for findLargerSave(), which is as worker/job_run.h.
+#pragma once
+
+#include "trust/cartridge_task.h"
+#include "trust/kept_backup.h"
+
+// True if the cartridge, or the game table, names another save than the user: one of them is wrong,
+// and a write with the wrong commands destroys what a read with them does not show.
+bool contradictsSave(const CartridgeValues &said, const CartridgeValues &found);
+
+// A FLASH chip is erased as a whole and may be larger than the job believes: everything in it has
+// to be in the backup. A 64 KiB chip that is read as 128 KiB repeats itself or answers nothing.
+// Returns: Done, SaveIsLarger, or how the read failed. Other saves are not looked at.
+Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener);
+
+// What the cartridge is to hold: a shorter `file` leaves the rest of the `old` save as it is, of a
+// longer one the first `saveSize` bytes are taken.
+QByteArray newSaveContent(const QByteArray &file, const QByteArray &old, int saveSize);

@@ -1,7 +1,0 @@
-#include "worker/local_path.h"
-
-QByteArray localPath(const QString &path)
-{
-    const QByteArray local = path.toLocal8Bit();
-    return QString::fromLocal8Bit(local) == path ? local : QByteArray();
-}
