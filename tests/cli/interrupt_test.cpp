@@ -179,7 +179,8 @@ private:
     // What the ways to stop before a write say of the cartridge.
     bool saysUnchanged() const
     {
-        return m_messages.contains("Stopped; no file was made. The cartridge was only looked at.") ||
+        return m_messages.contains(
+                   "Stopped; no file was made. The cartridge was only looked at.") ||
                m_messages.contains("Nothing was written; the cartridge is as it was.") ||
                m_messages.contains("The cartridge was only read.");
     }
