@@ -97,7 +97,7 @@ private slots:
         const MapperFacts &facts = factsOf(MapperKind::None);
         MapperFixture fixture(facts, facts.romSizes.first(), 0);
         QVERIFY(fixture.run(GB_READ_ROM, facts.romSizes.first()).succeeded());
-        QVERIFY(fixture.busWrites().isEmpty());
+        QVERIFY(fixture.busWrites().empty());
     }
 
     void banksThatTheFirstRegisterCanNotSelect_data()
@@ -129,8 +129,8 @@ private slots:
         QVERIFY(fixture.run(GB_READ_ROM, 8 * kMiB).succeeded());
 
         QVector<unsigned> values;
-        const QVector<BlockRecord> writes = fixture.busWrites();
-        for (int i = 0; i < writes.size(); ++i) {
+        const std::vector<BlockRecord> writes = fixture.busWrites();
+        for (std::size_t i = 0; i < writes.size(); ++i) {
             if (writes[i].address != 0x3000)
                 continue;
             values << writes[i].value;

@@ -51,7 +51,7 @@ int ramAddressedOutside(const VirtualReader &reader)
 
 bool onlyRegistersWritten(MapperFixture *fixture, const MapperFacts &facts)
 {
-    const QVector<BlockRecord> writes = fixture->busWrites();
+    const std::vector<BlockRecord> writes = fixture->busWrites();
     return std::all_of(writes.begin(), writes.end(), [&](const BlockRecord &write) {
         return facts.registers.contains(write.address);
     });

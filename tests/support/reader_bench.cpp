@@ -7,6 +7,9 @@
 #include "script/erase_poll.h"
 #include "worker/job_run.h"
 
+#include <algorithm>
+#include <iterator>
+
 using namespace virtual_reader;
 
 const char kIdleScript[] = "function cpu_dump(dev, size, max) {}\n"
@@ -76,13 +79,11 @@ QString operationText(const Operation &operation)
     return blocks.join(" ");
 }
 
-QVector<BlockRecord> blocksOf(const std::vector<Operation> &operations)
+std::vector<BlockRecord> blocksOf(const std::vector<Operation> &operations)
 {
-    QVector<BlockRecord> blocks;
-    for (const Operation &operation : operations) {
-        for (const BlockRecord &block : operation.blocks)
-            blocks << block;
-    }
+    std::vector<BlockRecord> blocks;
+    for (const Operation &operation : operations)
+        blocks.insert(blocks.end(), operation.blocks.begin(), operation.blocks.end());
     return blocks;
 }
 
@@ -140,13 +141,11 @@ QStringList ReaderBench::traffic()
     return texts;
 }
 
-QVector<BlockRecord> ReaderBench::busWrites()
+std::vector<BlockRecord> ReaderBench::busWrites()
 {
-    QVector<BlockRecord> writes;
-    for (const BlockRecord &block : blocksOf(reader().operations())) {
-        if (isBusWrite(block))
-            writes << block;
-    }
+    const std::vector<BlockRecord> blocks = blocksOf(reader().operations());
+    std::vector<BlockRecord> writes;
+    std::copy_if(blocks.begin(), blocks.end(), std::back_inserter(writes), isBusWrite);
     return writes;
 }
 

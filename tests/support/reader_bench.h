@@ -14,9 +14,9 @@
 #include "virtual/in_process_drive.h"
 
 #include <QStringList>
-#include <QVector>
 
 #include <memory>
+#include <vector>
 
 struct BenchSetup {
     virtual_reader::VirtualReaderConfig config = {};
@@ -71,7 +71,7 @@ public:
     // "DUMP 0+1024" or "DRIVER 0+4096" for a read. Scans for the reader are left out.
     QStringList traffic();
     // Writes on the GB bus, in order.
-    QVector<virtual_reader::BlockRecord> busWrites();
+    std::vector<virtual_reader::BlockRecord> busWrites();
     // True if nothing was sent but the selection of the bus.
     bool nothingWasSent();
     // Blocks and reads that the reader refused.
