@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <vector>
 
 using namespace virtual_reader;
 
@@ -74,7 +75,7 @@ public:
             knowTheDump();
     }
 
-    BenchRun run(const QVector<DriveFault> &faults)
+    BenchRun run(const std::vector<DriveFault> &faults)
     {
         BenchRun run;
         run.old = content();
@@ -180,15 +181,18 @@ DriveFault withInterrupt(DriveFault fault)
 }
 
 // All ways to fail, and those with the user's Ctrl-C at that moment.
-QVector<NamedFault> waysWithInterrupts(DriveCall call)
+std::vector<NamedFault> waysWithInterrupts(DriveCall call)
 {
-    QVector<NamedFault> ways = waysToFail(call);
+    const QVector<NamedFault> plain = waysToFail(call);
+    std::vector<NamedFault> ways(plain.begin(), plain.end());
     DriveFault passing;
     passing.call = call;
     passing.code = DriveErrorCode::None;
     passing.bytes = DriveFault::kAllBytes;
-    ways.insert(2, {"Ctrl-C", withInterrupt(passing)});
-    ways.insert(3, {"drive vanishes, Ctrl-C", withInterrupt(ways[1].fault)});
+    const std::vector<NamedFault> interrupts = {
+        {"Ctrl-C", withInterrupt(passing)},
+        {"drive vanishes, Ctrl-C", withInterrupt(plain[1].fault)}};
+    ways.insert(ways.begin() + 2, interrupts.begin(), interrupts.end());
     return ways;
 }
 
@@ -201,20 +205,20 @@ bool triesAllWays(const BenchCase &bench)
 }
 
 // The ways of call number `number`, each with its fault set to that call.
-QVector<NamedFault> waysFor(const BenchCase &bench, DriveCall call, std::uint32_t number)
+std::vector<NamedFault> waysFor(const BenchCase &bench, DriveCall call, std::uint32_t number)
 {
-    QVector<NamedFault> all = waysWithInterrupts(call);
+    std::vector<NamedFault> all = waysWithInterrupts(call);
     for (NamedFault &way : all)
         way.fault.after = number;
     if (triesAllWays(bench))
         return all;
-    const int others = all.size() - 1;
-    return {all[0], all[1 + static_cast<int>(number) % others]};
+    const std::size_t others = all.size() - 1;
+    return {all[0], all[1 + number % others]};
 }
 
 } // namespace
 
-BenchRun runOnBench(const BenchCase &bench, const QVector<DriveFault> &faults)
+BenchRun runOnBench(const BenchCase &bench, const std::vector<DriveFault> &faults)
 {
     return Table(bench).run(faults);
 }

@@ -15,6 +15,8 @@
 #include <array>
 #include <optional>
 
+#include <vector>
+
 enum class BenchCommand { Dump, ReadRam, WriteRam, Flash };
 
 struct BenchCase {
@@ -52,7 +54,8 @@ struct BenchRun {
 };
 
 // Runs the command as with --quiet. An erase that does not end is interrupted as with Ctrl-C.
-BenchRun runOnBench(const BenchCase &bench, const QVector<virtual_reader::DriveFault> &faults = {});
+BenchRun runOnBench(const BenchCase &bench,
+                    const std::vector<virtual_reader::DriveFault> &faults = {});
 
 // Whether two contents of the chip are the same as far as it keeps them.
 bool isSameContent(const BenchCase &bench, const QByteArray &left, const QByteArray &right);
