@@ -9,6 +9,7 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace virtual_reader;
 
@@ -29,7 +30,10 @@ int runWindow(int &argc, char **argv)
     installTranslation(QCoreApplication::applicationDirPath(), &translator);
     TabDialog dialog(fileName);
     dialog.show();
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    if (dialog.hasLeftJob())
+        std::_Exit(code); // a thread still uses what would be torn down
+    return code;
 }
 } // namespace
 

@@ -1,13 +1,21 @@
 #include "app/tab_dialog.h"
 
 #include "ui/firmware_update_tab.h"
+#include "ui/guarded_job.h"
 #include "ui/main_tab.h"
 #include "ui/tab_about.h"
 #include "worker/famicom_thread.h"
 
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+namespace
+{
+// What a read that goes well needs at most to come to its next step.
+constexpr int kPatienceMs = 3000;
+} // namespace
 
 TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
 {
@@ -24,36 +32,73 @@ TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
     layout->addWidget(tabWidget);
     setLayout(layout);
 
-    connect(m_mainTab->worker, &QThread::finished, this, &TabDialog::onJobEnded);
-    connect(&m_cancelTimer, &QTimer::timeout, m_mainTab->worker, &FamicomThread::canceled);
+    connect(m_mainTab->guarded, &GuardedJob::changed, this, &TabDialog::onJobChanged);
+    connect(&m_askTimer, &QTimer::timeout, this, &TabDialog::askAgain);
+}
+
+bool TabDialog::isBusy() const
+{
+    return m_mainTab->guarded->isBusy() || m_mainTab->worker->isRunning();
+}
+
+void TabDialog::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && isBusy())
+        event->accept();
+    else
+        QDialog::keyPressEvent(event);
 }
 
 void TabDialog::done(int result)
 {
-    if (m_mainTab->worker->isRunning())
-        askJobToEnd();
-    else
+    const bool isPatienceOver = m_closesAfterJob && m_sinceAsked.hasExpired(kPatienceMs);
+    m_hasLeftJob = isBusy() && isPatienceOver && m_mainTab->guarded->mayBeLeft();
+    if (!isBusy() || m_hasLeftJob) {
+        m_askTimer.stop();
         QDialog::done(result);
+    } else if (isPatienceOver) {
+        tellOnce(tr("The cartridge is being written. The window stays until that has ended."));
+    } else {
+        askJobToEnd();
+    }
 }
 
 void TabDialog::askJobToEnd()
 {
     constexpr int kAskAgainMs = 100;
-    m_mainTab->worker->canceled();
-    m_cancelTimer.start(kAskAgainMs);
     if (m_closesAfterJob)
         return;
     m_closesAfterJob = true;
+    m_sinceAsked.start();
     tabWidget->setCurrentWidget(m_mainTab);
-    m_mainTab->info(tr("A job is running and has been asked to stop. "
-                       "The window closes when it has ended."));
+    tellOnce(tr("A job is running and has been asked to stop. "
+                "The window closes when it has ended."));
+    m_askTimer.start(kAskAgainMs);
+    askAgain();
 }
 
-void TabDialog::onJobEnded()
+void TabDialog::askAgain()
 {
-    if (!m_closesAfterJob)
+    m_mainTab->worker->canceled();
+    m_mainTab->guarded->stop();
+    if (m_sinceAsked.hasExpired(kPatienceMs) && m_mainTab->guarded->mayBeLeft())
+        tellOnce(tr("The job has not ended yet. Close the window again to leave it behind; it only "
+                    "reads."));
+}
+
+void TabDialog::tellOnce(const QString &line)
+{
+    if (line != m_lastTold)
+        m_mainTab->info(line);
+    m_lastTold = line;
+}
+
+void TabDialog::onJobChanged()
+{
+    if (!m_closesAfterJob || isBusy())
         return;
-    m_cancelTimer.stop();
+    m_askTimer.stop();
     m_closesAfterJob = false;
+    m_lastTold.clear();
     close();
 }

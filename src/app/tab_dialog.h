@@ -1,13 +1,16 @@
 // The program's only window: a dialog with the tabs "GB", "Update" and "About".
 //
-// A job is never left because the window closed. Whatever asks the window to close while a job runs
-// (close button, Escape, the user logging out) makes the job be asked to cancel and the
-// window closes by itself when the job has ended.
+// A job is not left because the window closed. Whatever asks the window to close while a job runs
+// (close button, the user logging out) makes the job be asked to stop, and the window closes by
+// itself when the job has ended. Who asks again some seconds later leaves a job behind that only
+// reads, for a reader that hangs must not hold the window; never one that writes. Escape, too
+// easily pressed, does nothing while a job runs.
 //
 // Thread: GUI thread only.
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QString>
 #include <QTimer>
 
@@ -25,12 +28,25 @@ public:
     // Every way to close a dialog ends here. Does not close while a job runs, see above.
     void done(int result) override;
 
+    // The window was closed over a job that only reads. It still runs and uses what this object
+    // owns: the process must end without tearing anything down.
+    bool hasLeftJob() const { return m_hasLeftJob; }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
+    bool isBusy() const;
     void askJobToEnd();
-    void onJobEnded();
+    void askAgain();
+    void onJobChanged();
+    void tellOnce(const QString &line);
 
     QTabWidget *tabWidget;
     MainTab *m_mainTab;
     bool m_closesAfterJob = false;
-    QTimer m_cancelTimer; // repeats the wish to cancel, which a job that just begins would forget
+    bool m_hasLeftJob = false;
+    QElapsedTimer m_sinceAsked;
+    QString m_lastTold;
+    QTimer m_askTimer; // repeats the wish to stop, which a step that just begins would forget
 };

@@ -188,7 +188,7 @@ ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &re
 // Whether this file can be flashed through this mapper.
 ExitCode checkFlashFile(const QByteArray &file, const CartridgeValues &values, Reporter &reporter)
 {
-    const FlashFault fault = flashFileFault(file, values);
+    const FlashFault fault = flashFileFault(file.size(), values);
     const FlashLimit *limit = flashLimitOf(values);
     switch (fault) {
     case FlashFault::None:

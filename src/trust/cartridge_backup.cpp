@@ -18,9 +18,6 @@ constexpr int kFirstMmm01Type = 0x0B;
 constexpr int kLastMmm01Type = 0x0D;
 constexpr int kPlainMmm01Rom = 512 * 1024;
 constexpr char kColorFlag = '\x80';
-// The largest that a reader reads without a bank switch; a game that no table knows may have less,
-// which shows in what is read.
-constexpr int kLargestGbaRom = 32 * 1024 * 1024;
 
 // Keeps the good name for a good read. A save that is suspicious may well be an empty one.
 QString markOf(VerdictKind kind, bool isSave)
@@ -137,6 +134,7 @@ void CartridgeBackup::readRom(const CartridgeJob &job)
 
 const BackedUpMemory &CartridgeBackup::backUpRom()
 {
+    // It may have less, which shows in what is read.
     if (isUnknownGbaGame(m_report))
         m_record.values.romSize = kLargestGbaRom;
     CartridgeJob job;

@@ -22,6 +22,9 @@ struct CartridgeValues {
 // What a user can want of a cartridge, whatever its system.
 enum class CartridgeTask { Dump, ReadSave, WriteSave, Flash };
 
+// What the bus of a GBA cartridge reaches, in bytes.
+constexpr int kLargestGbaRom = 32 * 1024 * 1024;
+
 // What a job lacks.
 enum class MissingValue {
     None,

@@ -33,6 +33,25 @@ WriteMismatch mismatchOf(const QByteArray &wanted, const QByteArray &found,
 
 } // namespace
 
+CheckedWrite checkWritten(const CartridgeJob &readJob, const QByteArray &content,
+                          TrustListener &listener)
+{
+    CheckedWrite write;
+    QByteArray found;
+    write.outcome = runPhase(readJob, {}, Phase::Check, listener, &found);
+    write.outcome.state = CartridgeState::Written;
+    if (!write.outcome.isDone()) {
+        write.outcome.trouble = Trouble::NotReadBack;
+        return write;
+    }
+    Q_ASSERT(found.size() >= content.size());
+    found.truncate(content.size());
+    write.mismatch = mismatchOf(content, found, shapeOf(readJob));
+    if (write.mismatch.bytes.count != 0)
+        write.outcome.trouble = Trouble::Mismatch;
+    return write;
+}
+
 CheckedWrite writeAndCheck(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                            const QByteArray &content, TrustListener &listener)
 {
@@ -48,17 +67,5 @@ CheckedWrite writeAndCheck(const CartridgeJob &writeJob, const CartridgeJob &rea
             write.outcome.state = CartridgeState::NotWritten;
         return write;
     }
-    QByteArray found;
-    write.outcome = runPhase(readJob, {}, Phase::Check, listener, &found);
-    write.outcome.state = CartridgeState::Written;
-    if (!write.outcome.isDone()) {
-        write.outcome.trouble = Trouble::NotReadBack;
-        return write;
-    }
-    Q_ASSERT(found.size() >= content.size());
-    found.truncate(content.size());
-    write.mismatch = mismatchOf(content, found, shapeOf(readJob));
-    if (write.mismatch.bytes.count != 0)
-        write.outcome.trouble = Trouble::Mismatch;
-    return write;
+    return checkWritten(readJob, content, listener);
 }

@@ -23,8 +23,12 @@ struct CheckedWrite {
     WriteMismatch mismatch; // of Trouble::Mismatch
 };
 
-// Writes `content` with `writeJob`, reads it back with `readJob`, which reads as much or more, and
-// compares. Stopped if the user wants that before the write; afterwards what was written in full
-// deserves its check, which changes nothing.
+// Reads back what was written, with `readJob`, which reads as much as `content` or more, and
+// compares. The state of the cartridge is Written, however this ends.
+CheckedWrite checkWritten(const CartridgeJob &readJob, const QByteArray &content,
+                          TrustListener &listener);
+
+// Writes `content` with `writeJob`, reads it back as above. Stopped if the user wants that before
+// the write; afterwards what was written in full deserves its check, which changes nothing.
 CheckedWrite writeAndCheck(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                            const QByteArray &content, TrustListener &listener);

@@ -26,18 +26,18 @@ const FlashLimit *flashLimitOf(const CartridgeValues &values)
     return nullptr;
 }
 
-FlashFault flashFileFault(const QByteArray &file, const CartridgeValues &values)
+FlashFault flashFileFault(int fileBytes, const CartridgeValues &values)
 {
     if (values.system == kSystemGba)
         return FlashFault::GbaRom;
     const FlashLimit *limit = flashLimitOf(values);
     if (limit == nullptr)
         return FlashFault::NoFlashChip;
-    if (file.isEmpty())
+    if (fileBytes == 0)
         return FlashFault::EmptyFile;
-    if (file.size() > limit->writtenBytes)
+    if (fileBytes > limit->writtenBytes)
         return FlashFault::BeyondMapper;
-    const int tail = file.size() % limit->bankBytes;
+    const int tail = fileBytes % limit->bankBytes;
     return tail > 0 && tail < kShortestFlashTail ? FlashFault::ShortTail : FlashFault::None;
 }
 

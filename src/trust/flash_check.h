@@ -6,8 +6,6 @@
 #include "trust/cartridge_task.h"
 #include "worker/flash_chip_probe.h"
 
-#include <QByteArray>
-
 #include <optional>
 
 // The most that a mapper brings to a flash chip, as its script has it. Behind an MBC1 more would
@@ -38,7 +36,7 @@ enum class FlashFault {
 
 // Whether the file can be written at all. A refusal by the script would come only when the program
 // already waits for an erase.
-FlashFault flashFileFault(const QByteArray &file, const CartridgeValues &values);
+FlashFault flashFileFault(int fileBytes, const CartridgeValues &values);
 
 // The file, and the size that the user wants backed up, beside what the chip says.
 FlashFault flashSizeFault(int fileSize, const FlashChipAnswer &chip,

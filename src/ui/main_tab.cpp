@@ -4,6 +4,7 @@
 #include "device/device_ops.h"
 #include "ui/console.h"
 #include "ui/file_action.h"
+#include "ui/guarded_job.h"
 #include "ui/settings.h"
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
@@ -12,20 +13,16 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QHBoxLayout>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 namespace
 {
-// Closes a job's block in the log. The only log text that is not translated.
-const char kRule[] = "<hr><br>";
-
 void createWidgets(MainTab *tab)
 {
     tab->settings = new Settings(tab);
     tab->console = new Console(tab);
-    tab->progress = new QProgressBar(tab);
+    tab->progress = new JobBar(tab);
     tab->cancelButton = new QPushButton(MainTab::tr("Cancel"), tab);
     tab->infoButton = new QPushButton(MainTab::tr("Info"), tab);
     tab->dumpButton = new QPushButton(MainTab::tr("Dump"), tab);
@@ -60,6 +57,18 @@ void layOutWidgets(MainTab *tab)
     tab->mainLayout->addLayout(tab->consoleLayout);
     tab->mainLayout->addLayout(tab->progressLayout);
     tab->setLayout(tab->mainLayout);
+}
+
+// A push button of a dialog becomes its default one by itself, and an Enter too many would press
+// the one that happens to be enabled: Cancel, during an erase. The keyboard goes through the tab as
+// the eye does: settings, actions, log, Cancel.
+void setKeyboardOrder(MainTab *tab)
+{
+    for (QPushButton *button : {tab->infoButton, tab->dumpButton, tab->flashButton,
+                                tab->readRamButton, tab->writeRamButton, tab->cancelButton})
+        button->setAutoDefault(false);
+    QWidget::setTabOrder(tab->writeRamButton, tab->console);
+    QWidget::setTabOrder(tab->console, tab->cancelButton);
 }
 
 void connectButtons(MainTab *tab)
@@ -128,7 +137,7 @@ void select(Settings *settings, const DetectedSettings &detected)
 void startJob(MainTab *tab, const FileAction &action)
 {
     tab->setEnabledButtons(false);
-    tab->worker->start(QThread::NormalPriority);
+    tab->guarded->start();
     tab->info(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name);
 }
 
@@ -148,8 +157,11 @@ MainTab::MainTab(QWidget *parent) : QWidget(parent)
 {
     createWidgets(this);
     layOutWidgets(this);
+    setKeyboardOrder(this);
     connectButtons(this);
     createWorker(this);
+    guarded = new GuardedJob(this);
+    connect(cancelButton, &QPushButton::clicked, guarded, &GuardedJob::stop);
     setProgress(0, 1);
     setEnabledButtons(true);
     greet(this);
@@ -157,6 +169,7 @@ MainTab::MainTab(QWidget *parent) : QWidget(parent)
 
 MainTab::~MainTab()
 {
+    delete guarded;
     // A job that has only just been started clears the flag once more, so the wish is repeated.
     constexpr unsigned long kAskAgainMs = 100;
     do {
@@ -229,9 +242,20 @@ void MainTab::setProgress(int ile, int max)
 
 void MainTab::setEnabledButtons(bool stan)
 {
-    for (QPushButton *button : {infoButton, dumpButton, readRamButton, flashButton, writeRamButton})
+    // A disabled button gives the keyboard away; the one that was pressed gets it back.
+    const bool isLost = cancelButton->hasFocus() || focusWidget() == nullptr;
+    QPushButton *focused = nullptr;
+    for (QPushButton *button :
+         {infoButton, dumpButton, readRamButton, flashButton, writeRamButton}) {
+        if (button->hasFocus())
+            focused = button;
         button->setEnabled(stan);
+    }
     cancelButton->setEnabled(!stan);
+    if (focused != nullptr)
+        m_pressed = focused;
+    if (stan && m_pressed != nullptr && isLost)
+        m_pressed->setFocus();
 }
 
 void MainTab::print_error(int err)
@@ -240,12 +264,13 @@ void MainTab::print_error(int err)
         info(tr(">Operation failure."));
     else if (err == 1)
         info(tr(">Success!"));
-    info(QString::fromLatin1(kRule));
+    info(QString::fromLatin1(kLogRule));
     setProgress(0, 1);
     // The job has told its end, but its thread may still be on the way out. The actions come back
     // only when it has let go of the reader.
     worker->wait();
     setEnabledButtons(true);
+    guarded->onWorkerEnd();
 }
 
 bool MainTab::prepareJob(const QString &fileName)
@@ -262,7 +287,7 @@ bool MainTab::prepareJob(const QString &fileName)
     if (!QFile::exists(script)) {
         info(tr("Not exists script file :"));
         info(script);
-        info(QString::fromLatin1(kRule));
+        info(QString::fromLatin1(kLogRule));
         return refuse();
     }
     if (fileName.isEmpty())

@@ -2,20 +2,23 @@
 // worker that runs every cartridge job.
 //
 // Each file action asks for a file, puts the reader on the right bus, fills the worker's job fields
-// from the settings and starts it. The worker's signals come back as log lines, progress and the
-// line that ends the job. While a job runs the actions are disabled and Cancel is enabled; that
-// alone keeps the device link single-user.
+// from the settings and has it started. The worker's signals come back as log lines, progress and
+// the line that ends the job; what stands before and behind the worker's part, a backup and a
+// judgement, is guarded_job.h. While a job runs the actions are disabled and Cancel is enabled;
+// that alone keeps the device link single-user.
 //
 // Thread: GUI thread only. Short device traffic (report, mode selection, flash chip probe) runs on
 // it too, never while a job runs.
 #pragma once
 
+#include "ui/job_bar.h"
+
 #include <QWidget>
 
 class Console;
 class FamicomThread;
+class GuardedJob;
 class QHBoxLayout;
-class QProgressBar;
 class QPushButton;
 class QVBoxLayout;
 class Settings;
@@ -32,7 +35,7 @@ public:
     // Open to the window, which has to know when a job ends; owned by the tab.
     Settings *settings;
     Console *console;
-    QProgressBar *progress;
+    JobBar *progress;
     QPushButton *cancelButton;
     QPushButton *infoButton;
     QPushButton *dumpButton;
@@ -45,6 +48,7 @@ public:
     QHBoxLayout *progressLayout;
     QVBoxLayout *mainLayout;
     FamicomThread *worker;
+    GuardedJob *guarded; // what stands around the worker's jobs
 
 public slots:
     void push_info();        // reports reader and cartridge, selects the settings that fit
@@ -65,4 +69,6 @@ private:
     // Returns: false if the job must not start; the reason, if any, is in the log and the reader is
     //          free to be unmounted.
     bool prepareJob(const QString &fileName);
+
+    QPushButton *m_pressed = nullptr; // the action that had the keyboard when a job began
 };

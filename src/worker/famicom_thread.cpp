@@ -35,18 +35,6 @@ private:
     FamicomThread &m_thread;
 };
 
-CartridgeJob jobOf(const FamicomThread &thread)
-{
-    CartridgeJob job;
-    job.operate = thread.operate;
-    job.scriptPath = thread.script_name;
-    job.romSize = thread.rom_size;
-    job.ramSize = thread.ram_size;
-    job.saveType = thread.save_type;
-    job.flashWidth = thread.flash_width;
-    return job;
-}
-
 // Size of the file to be flashed; -1 if it is too large to be one.
 int flashFileSize(const QString &fileName)
 {
@@ -98,10 +86,11 @@ JobEnd saveDump(const FamicomThread &thread, const RunningJob &running)
     return isWritten ? JobEnd::Done : JobEnd::OutputNotWritten;
 }
 
-JobEnd runSteps(FamicomThread *thread)
+JobResult runSteps(FamicomThread *thread)
 {
     ThreadListener listener(*thread);
-    RunningJob running(jobOf(*thread), listener);
+    RunningJob running(thread->job(), listener);
+    clearLastDriveError();
     const int operate = running.job.operate;
     JobEnd end = selectReader(running.job);
     if (end == JobEnd::Done)
@@ -113,12 +102,24 @@ JobEnd runSteps(FamicomThread *thread)
     // The user's file is touched only now: a failed dump leaves the old one as it was.
     if (end == JobEnd::Done && isReadJob(operate))
         end = saveDump(*thread, running);
-    return end;
+    return resultOf(running, end);
 }
 
 } // namespace
 
 FamicomThread::FamicomThread() : QThread(nullptr) {}
+
+CartridgeJob FamicomThread::job() const
+{
+    CartridgeJob job;
+    job.operate = operate;
+    job.scriptPath = script_name;
+    job.romSize = rom_size;
+    job.ramSize = ram_size;
+    job.saveType = save_type;
+    job.flashWidth = flash_width;
+    return job;
+}
 
 void FamicomThread::canceled()
 {
@@ -130,17 +131,16 @@ void FamicomThread::run()
     cancel_flag.store(0, std::memory_order_relaxed);
     data_pos = 0;
     data_buf = nullptr;
-    JobEnd end = JobEnd::Done;
     {
         // The drive is given up before the end is told, so that it can be unmounted at once.
         const ReaderSession session;
-        end = runSteps(this);
-        const QString line = jobEndLine(end);
+        m_result = runSteps(this);
+        const QString line = jobEndLine(m_result.end);
         if (!line.isEmpty())
             emit log(line);
     }
     emit set_progress(1, 1);
-    emit error(end == JobEnd::Done ? 1 : 0);
+    emit error(m_result.end == JobEnd::Done ? 1 : 0);
     delete[] data_buf;
     data_buf = nullptr;
 }

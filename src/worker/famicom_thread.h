@@ -36,6 +36,11 @@ public:
     bool verify = false;               // copy of the setting; the worker does not read it
     unsigned char *data_buf = nullptr; // transfer buffer; exists only during run()
 
+    // What the fields say, as a job. Not while one runs.
+    CartridgeJob job() const;
+    // How the last job ended, without its bytes. Not while one runs.
+    const JobResult &result() const { return m_result; }
+
 signals:
     void log(QString);
     void set_progress(int ile, int max);
@@ -48,4 +53,7 @@ public slots:
 
 protected:
     void run() override;
+
+private:
+    JobResult m_result;
 };

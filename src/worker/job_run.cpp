@@ -90,6 +90,18 @@ void keyCipher()
     cipherSetKey8(info);
 }
 
+JobResult resultOf(const RunningJob &running, JobEnd end)
+{
+    JobResult result;
+    result.end = end;
+    result.wantedBytes = bytesToMove(running.job);
+    result.movedBytes = std::max(0, running.cursor);
+    result.scriptError = running.scriptError;
+    result.hasTouchedCartridge = running.hasTouchedCartridge;
+    result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
+    return result;
+}
+
 JobResult runJob(const CartridgeJob &job, const QByteArray &input, JobListener &listener)
 {
     const ReaderSession session;
@@ -97,14 +109,9 @@ JobResult runJob(const CartridgeJob &job, const QByteArray &input, JobListener &
     if (isFlashJob(job.operate))
         running.job.romSize = input.size();
     clearLastDriveError();
-    JobResult result;
     QByteArray buffer;
-    result.end = runSteps(&running, input, &buffer);
-    result.wantedBytes = bytesToMove(running.job);
-    result.movedBytes = std::max(0, running.cursor);
-    result.scriptError = running.scriptError;
-    result.hasTouchedCartridge = running.hasTouchedCartridge;
-    result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
+    const JobEnd end = runSteps(&running, input, &buffer);
+    JobResult result = resultOf(running, end);
     if (isReadJob(job.operate) && !buffer.isEmpty()) {
         buffer.truncate(result.wantedBytes);
         result.bytes = buffer;

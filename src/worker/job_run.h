@@ -9,8 +9,7 @@
 
 // Runs the job from the search for the reader to the end of its script, and gives the drive up.
 // `input`: what a job that writes moves to the cartridge; a flash job takes its size from it, a
-// save
-//          job needs ramSize bytes, or more of which only the first are used. Not altered.
+// save job needs ramSize bytes, or more of which only the first are used. Not altered.
 // Returns: how it ended. NoScript before anything else is done; InputNotRead for a short input.
 JobResult runJob(const CartridgeJob &job, const QByteArray &input, JobListener &listener);
 
@@ -26,3 +25,7 @@ JobEnd selectReader(const CartridgeJob &job);
 void keyCipher();
 
 // The script's part is runOperation() in script/script_host.h.
+
+// What is known of the job when it has ended, without its bytes. The drive's error is the last
+// since clearLastDriveError(), which the owner calls before the first step.
+JobResult resultOf(const RunningJob &running, JobEnd end);

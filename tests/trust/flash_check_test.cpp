@@ -69,14 +69,14 @@ private slots:
         QFETCH(int, system);
         QFETCH(int, mapper);
         QFETCH(int, bytes);
-        QTEST(flashFileFault(QByteArray(bytes, 'r'), valuesOf(system, mapper)), "fault");
+        QTEST(flashFileFault(bytes, valuesOf(system, mapper)), "fault");
     }
 
     void unknownMapperHasNoChip()
     {
         CartridgeValues values;
         values.system = kSystemGb;
-        QCOMPARE(flashFileFault("rom", values), FlashFault::NoFlashChip);
+        QCOMPARE(flashFileFault(3, values), FlashFault::NoFlashChip);
         QVERIFY(flashLimitOf(valuesOf(kSystemGba, 4)) == nullptr);
     }
 

@@ -5,6 +5,7 @@
 #include "reader_fixture.h"
 
 #include "test_class.h"
+#include "ui/guarded_job.h"
 #include "ui/settings.h"
 
 #include <QPushButton>
@@ -82,6 +83,7 @@ void CartridgeWriteTest::use(std::unique_ptr<Cartridge> cartridge)
     m_fixture->findReader();
     ReaderFixture::addShippedScripts();
     m_tab = std::make_unique<MainTab>();
+    m_tab->guarded->backupFolder = m_fixture->path("backups");
     m_tab->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_tab.get()));
 }
@@ -182,7 +184,10 @@ void CartridgeWriteTest::gbaSaveIsWrittenAndReadBack()
               "Dump save finish.", ">Success!", "<hr><br>"};
     COMPARE_LOG(*m_tab, lines);
     QVERIFY(m_fixture->fileBytes("back.sav") == save);
-    QCOMPARE(m_fixture->reader().counters().refusedBlocks, 0U);
+    // Whether a chip is larger than the settings say is asked by reading beyond 64 KiB, 2 KiB at a
+    // time, and this chip has no second bank.
+    const bool isAskedForMore = type == 1 && size == 64 * static_cast<int>(kKiB);
+    QCOMPARE(m_fixture->reader().counters().refusedBlocks, isAskedForMore ? 32U : 0U);
 }
 
 GBDRIVER_TEST(CartridgeWriteTest, gui)

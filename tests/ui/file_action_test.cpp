@@ -5,6 +5,7 @@
 #include "reader_fixture.h"
 
 #include "test_class.h"
+#include "ui/guarded_job.h"
 #include "ui/settings.h"
 #include "virtual/gb_cartridges.h"
 #include "worker/famicom_thread.h"
@@ -116,6 +117,7 @@ void FileActionTest::use(std::unique_ptr<Cartridge> cartridge)
     m_fixture = std::make_unique<ReaderFixture>(std::move(cartridge));
     m_fixture->findReader();
     m_tab = std::make_unique<MainTab>();
+    m_tab->guarded->guardsWrites = false; // the bare job; guarded_job_test has the guard
     m_tab->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_tab.get()));
 }
@@ -482,24 +484,24 @@ void FileActionTest::actionsAreDisabledUntilTheJobEnds()
                      ">Operation failure.", "<hr><br>"}));
 }
 
-// The actions come back with the job's last signal, which the worker sends shortly before its
-// thread ends. Pressing one in that moment must start a job, so the tab waits for the thread.
+// The actions come back when the job has been judged. Pressing one in that moment must start a job,
+// although the threads of the job before may still be on their way out.
 void FileActionTest::nextJobMayStartAtOnce()
 {
     use(makeMbc5Cartridge(kRomSize));
     addScripts(kIdleScript);
     constexpr int kJobs = 3;
-    constexpr int kLingerMs = 200; // at most; ends early if the tab does not wait
-    int ended = 0;
+    constexpr int kLingerMs = 50;
     QSemaphore tabIsIdle;
-    connect(m_tab->worker, &FamicomThread::error, m_tab.get(), [&] {
-        const bool idle = isIdle(*m_tab);
-        tabIsIdle.release();
-        QVERIFY(idle);
+    int ended = 0;
+    connect(m_tab->guarded, &GuardedJob::changed, m_tab.get(), [&] {
+        if (m_tab->guarded->isBusy())
+            return;
+        QVERIFY(isIdle(*m_tab));
         if (++ended < kJobs)
             press(&MainTab::readRamButton, m_fixture->path(QString("%1.sav").arg(ended)));
     });
-    // Connected last, so that the two of the tab's thread are on their way by then.
+    // Lingers behind its last signal, at most this long.
     connect(
         m_tab->worker, &FamicomThread::error, m_tab->worker,
         [&] { tabIsIdle.tryAcquire(1, kLingerMs); }, Qt::DirectConnection);

@@ -1,10 +1,16 @@
 #include "log_check.h"
 
+#include "ui/guarded_job.h"
 #include "ui/settings.h"
 #include "worker/famicom_thread.h"
 
 #include <QComboBox>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QTextBlock>
+#include <QTextDocument>
+
+#include <memory>
 
 namespace
 {
@@ -17,7 +23,61 @@ int enabledActions(const MainTab &tab)
         count += button->isEnabled() ? 1 : 0;
     return count;
 }
+
+bool isRule(const QTextBlock &block)
+{
+    return block.blockFormat().hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
+}
+
+// The first block of a judgement; invalid if there is none.
+QTextBlock firstJudgement(const QTextDocument &log)
+{
+    static const QRegularExpression kWord(
+        "^(verified|consistent|unverified|unstable|suspicious|written|incomplete|failed|refused|"
+        "stopped): ");
+    QTextBlock block = log.begin();
+    while (block.isValid() && !kWord.match(block.text()).hasMatch())
+        block = block.next();
+    return block;
+}
+
+// The last block of the rule that closes what begins with `block`.
+QTextBlock endOfRule(QTextBlock block)
+{
+    while (block.isValid() && !isRule(block))
+        block = block.next();
+    return block.next();
+}
+
+void removeJudgements(QTextDocument *log)
+{
+    for (QTextBlock first = firstJudgement(*log); first.isValid(); first = firstJudgement(*log)) {
+        const QTextBlock last = endOfRule(first);
+        QTextCursor cursor(log);
+        cursor.setPosition(first.position() - 1);
+        cursor.setPosition(last.position() + last.length() - 1, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
+}
 } // namespace
+
+ShownLog logOf(const MainTab &tab)
+{
+    const std::unique_ptr<QTextDocument> log(tab.console->document()->clone());
+    removeJudgements(log.get());
+    return {log->toPlainText(), log->toHtml()};
+}
+
+QStringList judgementsOf(const MainTab &tab)
+{
+    QStringList lines;
+    const QTextDocument *log = tab.console->document();
+    QTextBlock block = firstJudgement(*log);
+    for (; block.isValid(); block = block.next())
+        if (!isRule(block) && !block.text().trimmed().isEmpty())
+            lines << block.text();
+    return lines;
+}
 
 QStringList greetingLines()
 {
@@ -48,7 +108,7 @@ QString richLog(const QStringList &lines)
 
 bool isIdle(const MainTab &tab)
 {
-    return !tab.worker->isRunning() && enabledActions(tab) == 5 && !tab.cancelButton->isEnabled();
+    return !tab.worker->isRunning() && !tab.guarded->isBusy() && enabledActions(tab) == 5 && !tab.cancelButton->isEnabled();
 }
 
 bool isBusy(const MainTab &tab)

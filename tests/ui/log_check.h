@@ -16,12 +16,23 @@ QStringList greetingLines();
 QString plainLog(const QStringList &lines);
 QString richLog(const QStringList &lines);
 
-// The tab's whole log must be the greeting and then `lines`: text, paragraphs, rules and colours.
+// The tab's log without its judgements, which stand behind the rules of jobs.
+struct ShownLog {
+    QString text;
+    QString html;
+};
+ShownLog logOf(const MainTab &tab);
+
+// From the first judgement on: all lines but the rules. Of a log with one job: its judgement.
+QStringList judgementsOf(const MainTab &tab);
+
+// The tab's whole log but for judgements must be the greeting and then `lines`: text, paragraphs,
+// rules and colours.
 #define COMPARE_LOG(tab, lines)                                                                    \
     do {                                                                                           \
         const QStringList expectedLog = greetingLines() + QStringList(lines);                      \
-        QCOMPARE((tab).console->toPlainText(), plainLog(expectedLog));                             \
-        QCOMPARE((tab).console->toHtml(), richLog(expectedLog));                                   \
+        QCOMPARE(logOf(tab).text, plainLog(expectedLog));                             \
+        QCOMPARE(logOf(tab).html, richLog(expectedLog));                                   \
     } while (false)
 
 // The tab is idle: no thread runs and the actions can be pressed.

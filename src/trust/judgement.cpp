@@ -1,0 +1,66 @@
+#include "trust/judgement.h"
+
+#include <array>
+
+namespace
+{
+
+JudgementKind judgementOfJob(const JobResult &result)
+{
+    switch (result.end) {
+    case JobEnd::Refused:
+        return JudgementKind::Refused;
+    case JobEnd::Cancelled:
+        return JudgementKind::Stopped;
+    case JobEnd::Done: // but not whole
+        return JudgementKind::Incomplete;
+    case JobEnd::ScriptFailed:
+        return result.driveError.isEmpty() ? JudgementKind::Failed : JudgementKind::Incomplete;
+    case JobEnd::NoReader:
+    case JobEnd::NoMode:
+    case JobEnd::NoMemory:
+    case JobEnd::NoScript:
+    case JobEnd::InputNotOpened:
+    case JobEnd::InputNotRead:
+    case JobEnd::OutputNotWritten:
+        break;
+    }
+    return JudgementKind::Failed;
+}
+
+} // namespace
+
+JudgementKind judgementOf(VerdictKind kind)
+{
+    return static_cast<JudgementKind>(kind);
+}
+
+JudgementKind judgementOf(const Outcome &outcome)
+{
+    switch (outcome.trouble) {
+    case Trouble::JobFailed:
+        return judgementOfJob(outcome.job);
+    case Trouble::Stopped:
+        return JudgementKind::Stopped;
+    case Trouble::ReadsDiffer:
+    case Trouble::SaveIsBlank:
+    case Trouble::SaveIsLarger:
+    case Trouble::ChipIsUnclear:
+    case Trouble::NoFolder:
+        return JudgementKind::Refused;
+    case Trouble::None:
+    case Trouble::NoFile:
+    case Trouble::NotReadBack:
+    case Trouble::Mismatch:
+        break;
+    }
+    return JudgementKind::Failed;
+}
+
+const char *wordOf(JudgementKind kind)
+{
+    constexpr std::array<const char *, 10> kWords = {
+        "verified", "consistent", "unverified", "unstable", "suspicious",
+        "written",  "incomplete", "failed",     "refused",  "stopped"};
+    return kWords[static_cast<std::size_t>(kind)];
+}

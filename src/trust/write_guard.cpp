@@ -1,0 +1,176 @@
+#include "trust/write_guard.h"
+
+#include "cart/setting_tables.h"
+#include "device/device_link.h"
+#include "trust/pending_file.h"
+#include "trust/save_check.h"
+
+namespace
+{
+
+WriteGuard refuse(GuardFault fault)
+{
+    WriteGuard guard;
+    guard.fault = fault;
+    return guard;
+}
+
+WriteGuard refuse(const Outcome &outcome)
+{
+    WriteGuard guard = refuse(GuardFault::Trouble);
+    guard.outcome = outcome;
+    guard.outcome.state = CartridgeState::NotWritten;
+    return guard;
+}
+
+WriteGuard refuseFlash(FlashFault fault, int bytes, int allowedBytes)
+{
+    WriteGuard guard = refuse(GuardFault::Flash);
+    guard.flash = fault;
+    guard.bytes = bytes;
+    guard.allowedBytes = allowedBytes;
+    return guard;
+}
+
+Outcome jobFailure(JobEnd end)
+{
+    Outcome outcome;
+    outcome.trouble = Trouble::JobFailed;
+    outcome.phase = Phase::Backup;
+    outcome.job.end = end;
+    outcome.job.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
+    return outcome;
+}
+
+// Of the reader, while the cartridge was looked at.
+JobEnd readerFaultOf(ReportOutcome outcome)
+{
+    switch (outcome) {
+    case ReportOutcome::NoReader:
+        return JobEnd::NoReader;
+    case ReportOutcome::NoMode:
+    case ReportOutcome::ShortRead:
+        return JobEnd::NoMode;
+    case ReportOutcome::GbCartridge:
+    case ReportOutcome::GbaCartridge:
+    case ReportOutcome::Unknown:
+        break;
+    }
+    return JobEnd::Done;
+}
+
+CartridgeValues valuesOf(const WantedWrite &write)
+{
+    const CartridgeJob &job = write.job;
+    CartridgeValues values;
+    values.system = isGbaJob(job.operate) ? kSystemGba : kSystemGb;
+    values.ramSize = job.ramSize;
+    if (values.system == kSystemGba)
+        values.saveType = job.saveType;
+    else
+        values.mapper = write.mapper;
+    return values;
+}
+
+// Whether the cartridge, or the game table, names just this save.
+bool isNamedSave(const CartridgeValues &said, const CartridgeValues &found)
+{
+    return found.ramSize == said.ramSize && found.saveType == said.saveType;
+}
+
+WriteGuard kept(const KeptBackup &backup)
+{
+    if (!backup.outcome.isDone())
+        return refuse(backup.outcome);
+    WriteGuard guard;
+    guard.backup = backup;
+    return guard;
+}
+
+WriteGuard guardSave(const WantedWrite &write, const CartridgeReport &report,
+                     TrustListener &listener)
+{
+    const CartridgeValues said = valuesOf(write);
+    const CartridgeValues found = valuesFound(report);
+    // A GB save of another size is read with the same commands, so its backup is a true one.
+    if (said.system == kSystemGba && contradictsSave(said, found))
+        return refuse(GuardFault::Contradiction);
+    const Outcome larger = findLargerSave(write.job, listener);
+    if (!larger.isDone())
+        return refuse(larger);
+    return kept(keepBackup(
+        {saveReadingJob(write.job), write.folder, titleOf(report), isNamedSave(said, found), false},
+        listener));
+}
+
+// What the mapper and the chip allow.
+WriteGuard checkFlash(const WantedWrite &write, int fileBytes, const FlashLimit *limit,
+                      const ProbedChip &probed)
+{
+    const int mostBytes = limit == nullptr ? 0 : limit->writtenBytes;
+    const FlashFault fileFault = flashFileFault(fileBytes, valuesOf(write));
+    if (fileFault == FlashFault::ShortTail)
+        return refuseFlash(fileFault, fileBytes % limit->bankBytes, kShortestFlashTail);
+    if (fileFault != FlashFault::None)
+        return refuseFlash(fileFault, fileBytes, mostBytes);
+    if (probed.end == ProbeEnd::NotAsked)
+        return refuse(jobFailure(probed.fault));
+    Outcome unclear;
+    unclear.trouble = Trouble::ChipIsUnclear;
+    if (probed.end == ProbeEnd::Unclear || probed.chip.isWide != (write.job.flashWidth == 1))
+        return refuse(unclear);
+    if (flashSizeFault(fileBytes, probed.chip, {}, 0) == FlashFault::BeyondChip)
+        return refuseFlash(FlashFault::BeyondChip, fileBytes,
+                           static_cast<int>(probed.chip.sizeBytes));
+    return {};
+}
+
+WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
+                      TrustListener &listener)
+{
+    Outcome unread;
+    QByteArray file;
+    if (!readUserFile(write.file, &file, &unread.detail)) {
+        unread.trouble = Trouble::NoFile;
+        return refuse(unread);
+    }
+    const FlashLimit *limit = flashLimitOf(valuesOf(write));
+    const ProbedChip probed = probeFlashChipTwice();
+    const WriteGuard checked = checkFlash(write, file.size(), limit, probed);
+    if (checked.fault != GuardFault::None)
+        return checked;
+    const bool isSized = probed.chip.sizeBytes != 0;
+    const KeptBackup backup =
+        keepBackup({romReadingJob(write.job, flashBytesToKeep(probed.chip, *limit)), write.folder,
+                    titleOf(report), false, !isSized},
+                   listener);
+    // So reads an erased chip that cannot be asked, but also an empty slot, where a write moves
+    // every byte into the air and ends well.
+    if (backup.outcome.isDone() && backup.isErased && !isSized && !write.isReadBack)
+        return refuse(GuardFault::NoChip);
+    return kept(backup);
+}
+
+} // namespace
+
+WriteGuard guardWrite(const WantedWrite &write, TrustListener &listener)
+{
+    const bool isGba = isGbaJob(write.job.operate);
+    if (isGba && isFlashJob(write.job.operate))
+        return {};
+    const CartridgeReport report = detectCartridge([](const QString &) {});
+    const JobEnd fault = readerFaultOf(report.outcome);
+    if (fault != JobEnd::Done)
+        return refuse(jobFailure(fault));
+    const std::optional<int> system = valuesFound(report).system;
+    if (system && *system != (isGba ? kSystemGba : kSystemGb))
+        return refuse(GuardFault::OtherSystem);
+    WriteGuard guard;
+    guard.danger = dangerOf(report, CartridgeTask::WriteSave);
+    if (movesSave(write.job.operate) && guard.danger != Danger::None) {
+        guard.fault = GuardFault::Danger;
+        return guard;
+    }
+    return movesSave(write.job.operate) ? guardSave(write, report, listener)
+                                        : guardFlash(write, report, listener);
+}

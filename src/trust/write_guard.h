@@ -1,0 +1,44 @@
+// What has to be so before the window's worker may write into a cartridge: the cartridge is the one
+// that the settings speak of, and all that the write replaces lies in a file.
+//
+// Thread: as worker/job_run.h.
+#pragma once
+
+#include "trust/cartridge_values.h"
+#include "trust/flash_check.h"
+#include "trust/kept_backup.h"
+
+// A write that somebody wants.
+struct WantedWrite {
+    CartridgeJob job;
+    int mapper = 0;          // GB: row of the mapper table
+    QString file;            // of the user's, which is to be written
+    QString folder;          // for the backup; empty: the default one
+    bool isReadBack = false; // what was written will be compared
+};
+
+// Why a job must not begin.
+enum class GuardFault {
+    None,
+    Trouble,       // `outcome` tells
+    OtherSystem,   // the slot holds a cartridge of another system than the job's
+    Danger,        // `danger`
+    Contradiction, // cartridge or game table name another GBA save than the job
+    Flash,         // `flash`, with the two sizes of its text
+    BeyondBus,     // a GBA ROM larger than the bus reaches is to be read
+    NoChip         // nothing answers: no header, no chip, all bytes FF; and nobody would notice
+};
+
+struct WriteGuard {
+    GuardFault fault = GuardFault::None;
+    Outcome outcome;
+    Danger danger = Danger::None;
+    FlashFault flash = FlashFault::None;
+    int bytes = 0;
+    int allowedBytes = 0;
+    KeptBackup backup; // of None
+};
+
+// Looks at the cartridge, checks, and keeps what it holds. A GBA ROM, which no job can write, is
+// let pass: its job ends before it has sent anything.
+WriteGuard guardWrite(const WantedWrite &write, TrustListener &listener);

@@ -1,0 +1,258 @@
+#include "ui/guarded_job.h"
+
+#include "cart/setting_tables.h"
+#include "device/device_link.h"
+#include "trust/cartridge_task.h"
+#include "trust/judgement_words.h"
+#include "trust/old_file.h"
+#include "ui/careful_thread.h"
+#include "ui/console.h"
+#include "ui/job_bar.h"
+#include "ui/main_tab.h"
+#include "ui/settings.h"
+#include "worker/famicom_thread.h"
+
+#include <QAccessible>
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+// Where an erase comes first, which tells no progress.
+bool erasesFirst(const CartridgeJob &job)
+{
+    return isFlashJob(job.operate) || (job.operate == GBA_WRITE_RAM && job.saveType == kSaveFlash);
+}
+
+QString stepText(Phase phase)
+{
+    switch (phase) {
+    case Phase::Read:
+        return GuardedJob::tr("Reading");
+    case Phase::Compare:
+        return GuardedJob::tr("Reading again");
+    case Phase::Backup:
+        return GuardedJob::tr("Keeping a backup");
+    case Phase::Write:
+        return GuardedJob::tr("Writing");
+    case Phase::Check:
+        return GuardedJob::tr("Comparing");
+    }
+    return QString();
+}
+
+} // namespace
+
+GuardedJob::GuardedJob(MainTab *tab) : QObject(tab), m_tab(tab), m_thread(new CarefulThread)
+{
+    connect(m_thread, &CarefulThread::phaseBegan, this, &GuardedJob::showPhase);
+    connect(m_thread, &CarefulThread::progressed, m_tab, &MainTab::setProgress);
+    connect(m_thread, &QThread::finished, this, &GuardedJob::onStepsEnd);
+}
+
+GuardedJob::~GuardedJob()
+{
+    m_thread->requestStop();
+    m_thread->wait();
+    delete m_thread;
+}
+
+void GuardedJob::start()
+{
+    m_guard = WriteGuard();
+    m_oldFile.clear();
+    m_finished = FinishedJob();
+    m_finished.job = m_tab->worker->job();
+    m_finished.path = m_tab->worker->file_name;
+    const CartridgeJob &job = m_finished.job;
+    if (!guardsWrites)
+        startWorker();
+    else if (isWriteJob(job.operate))
+        guard();
+    else if (job.operate == GBA_READ_ROM && job.romSize > kLargestGbaRom)
+        refuse(GuardFault::BeyondBus);
+    else if (QFile::exists(m_finished.path))
+        keepOldFile();
+    else
+        startWorker();
+}
+
+void GuardedJob::guard()
+{
+    WantedWrite wanted;
+    wanted.job = m_finished.job;
+    wanted.mapper = m_tab->settings->mbcType;
+    wanted.file = m_finished.path;
+    wanted.folder = backupFolder;
+    wanted.isReadBack = m_tab->worker->verify;
+    runSteps(
+        Stage::Before,
+        [this, wanted](TrustListener &listener) { m_guard = guardWrite(wanted, listener); },
+        [this] { startUnlessRefused(); });
+}
+
+void GuardedJob::keepOldFile()
+{
+    runSteps(
+        Stage::Before,
+        [this](TrustListener & /*listener*/) {
+            const OldFileCopy kept = ::keepOldFile(m_finished.path, backupFolder);
+            m_oldFile = kept.path;
+            m_guard.outcome = kept.outcome;
+            m_guard.fault = kept.outcome.isDone() ? GuardFault::None : GuardFault::Trouble;
+        },
+        [this] { startUnlessRefused(); });
+}
+
+void GuardedJob::startUnlessRefused()
+{
+    if (m_guard.fault == GuardFault::None)
+        startWorker();
+    else
+        endRefused();
+}
+
+void GuardedJob::refuse(GuardFault fault)
+{
+    m_guard.fault = fault;
+    endRefused();
+}
+
+// The job's block ends with the reason and its rule, as one that the worker has ended does.
+void GuardedJob::endRefused()
+{
+    releaseReader();
+    m_stage = Stage::After;
+    // The line of the action comes first, and its caller has yet to write it.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_tab->info(guardText(m_guard).toHtmlEscaped());
+            m_tab->info(QString::fromLatin1(kLogRule));
+            tell(refusalEntries(m_guard));
+            becomeIdle();
+        },
+        Qt::QueuedConnection);
+}
+
+void GuardedJob::startWorker()
+{
+    m_stage = Stage::Job;
+    m_tab->progress->showStep(QString());
+    m_tab->setProgress(0, 1);
+    m_tab->worker->start(QThread::NormalPriority);
+    if (erasesFirst(m_finished.job))
+        m_tab->progress->showWaiting(tr("Erasing"));
+    emit changed();
+}
+
+void GuardedJob::onWorkerEnd()
+{
+    if (m_stage != Stage::Job)
+        return;
+    m_finished.job = m_tab->worker->job(); // a flash job has taken its size from the file
+    m_finished.result = m_tab->worker->result();
+    const bool isWrite = isWriteJob(m_finished.job.operate);
+    runSteps(
+        Stage::After,
+        [this, isWrite](TrustListener &listener) {
+            m_judged = isWrite ? judgeWrite(m_finished, m_tab->worker->verify, listener)
+                               : judgeRead(m_finished, readsUnknownTwice, listener);
+            dropOldFile();
+        },
+        [this] { tellJudgement(); });
+}
+
+// On the steps' thread: files of 32 MiB are compared.
+void GuardedJob::dropOldFile()
+{
+    if (m_oldFile.isEmpty())
+        return;
+    const bool isNewGood =
+        m_judged.kind == JudgementKind::Verified || m_judged.kind == JudgementKind::Consistent;
+    if ((isNewGood || areEqualFiles(m_oldFile, m_finished.path)) && QFile::remove(m_oldFile))
+        m_oldFile.clear();
+}
+
+void GuardedJob::tellJudgement()
+{
+    if (isReadJob(m_finished.job.operate) && m_judged.kind <= JudgementKind::Suspicious)
+        m_lastRead = m_finished;
+    tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile}));
+    becomeIdle();
+}
+
+void GuardedJob::readAgain()
+{
+    m_guard = WriteGuard();
+    m_oldFile.clear();
+    runTask(
+        [this](TrustListener &listener) {
+            m_judged = compareAgain(m_lastRead.job, m_lastRead.path, listener);
+        },
+        [this] { tell(judgementEntries(m_judged, {})); });
+}
+
+void GuardedJob::stop()
+{
+    m_thread->requestStop();
+}
+
+bool GuardedJob::mayBeLeft() const
+{
+    return m_stage != Stage::Job || !isWriteJob(m_finished.job.operate);
+}
+
+void GuardedJob::runTask(const std::function<void(TrustListener &)> &steps,
+                         const std::function<void()> &done)
+{
+    runSteps(Stage::After, steps, [this, done] {
+        done();
+        becomeIdle();
+    });
+}
+
+void GuardedJob::tell(const QStringList &entries)
+{
+    for (const QString &entry : entries)
+        m_tab->info(entry);
+    QAccessibleEvent alert(m_tab->console, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void GuardedJob::runSteps(Stage stage, const std::function<void(TrustListener &)> &steps,
+                          const std::function<void()> &behind)
+{
+    m_stage = stage;
+    m_behind = behind;
+    m_tab->setEnabledButtons(false);
+    emit changed();
+    m_thread->run(steps);
+}
+
+void GuardedJob::onStepsEnd()
+{
+    m_thread->wait();
+    // What follows may begin other steps.
+    const std::function<void()> behind = std::move(m_behind);
+    m_behind = nullptr;
+    behind();
+}
+
+void GuardedJob::becomeIdle()
+{
+    m_stage = Stage::Idle;
+    m_tab->progress->showStep(QString());
+    m_tab->setProgress(0, 1);
+    m_tab->setEnabledButtons(true);
+    emit changed();
+}
+
+void GuardedJob::showPhase(int phase, int totalBytes)
+{
+    m_tab->progress->showStep(stepText(static_cast<Phase>(phase)));
+    m_tab->setProgress(0, std::max(1, totalBytes));
+}

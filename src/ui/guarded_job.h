@@ -1,0 +1,91 @@
+// A job of the main tab with what stands around it: what the cartridge or the file holds is kept
+// before the worker starts, and behind the job's rule the log says what it was worth.
+//
+//   Idle -> Before -> Job -> After -> Idle
+//
+// Before and After run on a thread of their own, through src/trust; the worker knows nothing of
+// them. The same thread does the tasks of the corner's menu. Without a guard, and for a read onto a
+// new file, the worker starts at once.
+//
+// Thread: GUI thread only.
+#pragma once
+
+#include "ui/judgement_text.h"
+
+#include <QObject>
+
+#include <functional>
+
+class CarefulThread;
+class MainTab;
+
+class GuardedJob : public QObject
+{
+    Q_OBJECT
+
+public:
+    // `tab` has its worker and its widgets, owns this object and outlives it.
+    explicit GuardedJob(MainTab *tab);
+    // Asks the steps to stop and waits for them.
+    ~GuardedJob() override;
+
+    // The user's choices, from one start of the program to its end.
+    bool guardsWrites = true;
+    bool readsUnknownTwice = false;
+    QString backupFolder; // empty: the default one
+
+    // Begins the job for which the tab's worker has been filled. The tab shows that it is busy.
+    void start();
+    // The tab has told the worker's end.
+    void onWorkerEnd();
+
+    // The user wants to stop; the worker is asked by the tab.
+    void stop();
+
+    bool isBusy() const { return m_stage != Stage::Idle; }
+    // True while nothing that runs could leave a cartridge half written.
+    bool mayBeLeft() const;
+
+    // Runs steps that use the reader, with the tab busy meanwhile. `done` is called behind them, on
+    // the GUI thread, and tells what came of it. Not while busy.
+    void runTask(const std::function<void(TrustListener &)> &steps,
+                 const std::function<void()> &done);
+
+    // The last dump or save that was read into a file: whether there is one, and reading it again.
+    bool canReadAgain() const { return !m_lastRead.path.isEmpty(); }
+    void readAgain();
+
+    // Adds entries to the log and tells assistive programs of the first.
+    void tell(const QStringList &entries);
+
+signals:
+    // Busy or idle, and what canReadAgain() says.
+    void changed();
+
+private:
+    enum class Stage { Idle, Before, Job, After };
+
+    void runSteps(Stage stage, const std::function<void(TrustListener &)> &steps,
+                  const std::function<void()> &behind);
+    void onStepsEnd();
+    void guard();
+    void keepOldFile();
+    void startUnlessRefused();
+    void refuse(GuardFault fault);
+    void endRefused();
+    void startWorker();
+    void dropOldFile();
+    void tellJudgement();
+    void becomeIdle();
+    void showPhase(int phase, int totalBytes);
+
+    MainTab *m_tab;
+    CarefulThread *m_thread;
+    Stage m_stage = Stage::Idle;
+    std::function<void()> m_behind; // what the steps that run are followed by
+    WriteGuard m_guard;
+    QString m_oldFile; // copy of the file that a dump replaces
+    FinishedJob m_finished;
+    JudgedJob m_judged;
+    FinishedJob m_lastRead; // its path is empty: none
+};

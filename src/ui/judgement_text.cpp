@@ -1,0 +1,222 @@
+#include "ui/judgement_text.h"
+
+#include "trust/judgement_words.h"
+#include "trust/words.h"
+
+#include <QCoreApplication>
+
+#include <array>
+
+const char kLogRule[] = "<hr><br>";
+
+namespace
+{
+
+enum class Tone { Good, Warning, Bad };
+
+// Dark on light: readable on the steel blue of the log, and the word tells it without the colour.
+struct ToneColors {
+    const char *background;
+    const char *text;
+};
+constexpr std::array<ToneColors, 3> kColors = {
+    {{"#e3f4e1", "#11430f"}, {"#fff3c9", "#4d3600"}, {"#ffe1dd", "#6b0d06"}}};
+
+Tone toneOf(JudgementKind kind)
+{
+    switch (kind) {
+    case JudgementKind::Verified:
+    case JudgementKind::Consistent:
+    case JudgementKind::Written:
+        return Tone::Good;
+    case JudgementKind::Unverified:
+    case JudgementKind::Stopped:
+        return Tone::Warning;
+    case JudgementKind::Unstable:
+    case JudgementKind::Suspicious:
+    case JudgementKind::Incomplete:
+    case JudgementKind::Failed:
+    case JudgementKind::Refused:
+        break;
+    }
+    return Tone::Bad;
+}
+
+Tone toneOf(const JudgedJob &judged)
+{
+    const bool isCut = judged.fileBytes > judged.bytes;
+    return judged.kind == JudgementKind::Written && (isCut || !judged.isCompared)
+               ? Tone::Warning
+               : toneOf(judged.kind);
+}
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("Judgement", text);
+}
+
+QString htmlOf(const QString &plain)
+{
+    return plain.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
+}
+
+QString entryOf(Tone tone, const QString &line)
+{
+    const ToneColors &colors = kColors[static_cast<std::size_t>(tone)];
+    return QStringLiteral("<span style=\"background-color: %1; color: %2; white-space: pre-wrap;\">"
+                          "%3</span>")
+        .arg(QLatin1String(colors.background), QLatin1String(colors.text), htmlOf(line));
+}
+
+QString adviceEntry(const QString &advice)
+{
+    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(advice));
+}
+
+QString readAdvice(const JudgedJob &judged)
+{
+    switch (judged.kind) {
+    case JudgementKind::Unverified:
+        return judged.reads == 1
+                   ? tr("\"Read again and compare\" in the menu at the top right shows whether two "
+                        "reads are equal.")
+                   : QString();
+    case JudgementKind::Unstable:
+        return tr("Do not use this file. Clean the contacts, push the cartridge in again and read "
+                  "it once more.");
+    case JudgementKind::Suspicious:
+        return judged.reads == 0
+                   ? QString()
+                   : tr("Do not trust this file. See that the settings are right (Info selects "
+                        "them), clean the contacts, push the cartridge in again and read it once "
+                        "more.");
+    default:
+        return QString();
+    }
+}
+
+QString readerAdvice(const Outcome &outcome)
+{
+    switch (outcome.job.end) {
+    case JobEnd::NoReader:
+    case JobEnd::NoMode:
+        return tr("Plug the reader in again. \"Why is no reader found?\" in the menu at the top "
+                  "right tells more.");
+    case JobEnd::Done:
+    case JobEnd::ScriptFailed:
+        return tr("Check the plug of the reader and the contacts of the cartridge, and try again.");
+    default:
+        return QString();
+    }
+}
+
+QString failureAdvice(const Outcome &outcome)
+{
+    const bool isJob =
+        outcome.trouble == Trouble::JobFailed || outcome.trouble == Trouble::NotReadBack;
+    return isJob ? readerAdvice(outcome) : QString();
+}
+
+// The write has, or may have, changed the cartridge.
+bool hasChanged(CartridgeState state)
+{
+    return state == CartridgeState::PartlyWritten || state == CartridgeState::PartlyErased ||
+           state == CartridgeState::Written;
+}
+
+QString backupNote(const JudgedJob &judged, const QString &path)
+{
+    if (path.isEmpty() || !hasChanged(judged.outcome.state))
+        return QString();
+    const QString kept = tr("What the cartridge held before is in %1").arg(path);
+    if (judged.outcome.isDone())
+        return kept;
+    return kept + QLatin1Char('\n') +
+           (isFlashJob(judged.job.operate) ? tr("To put it back, write that file with FLASH.")
+                                           : tr("To put it back, write that file with Write RAM."));
+}
+
+void appendUnlessEmpty(const QString &advice, QStringList *entries)
+{
+    if (!advice.isEmpty())
+        *entries << adviceEntry(advice);
+}
+
+// The other setting that may help; empty if only the switch does.
+QString otherSetting(const WriteGuard &guard)
+{
+    if (guard.fault == GuardFault::OtherSystem || guard.fault == GuardFault::Contradiction)
+        return tr("Press Info to select what the cartridge says of itself.");
+    if (guard.fault == GuardFault::NoChip)
+        return tr("Push the cartridge in again, or tick \"Verify the data after writing\".");
+    if (guard.flash == FlashFault::NoFlashChip)
+        return tr("If yours is wired otherwise, choose another mapper.");
+    switch (guard.outcome.trouble) {
+    case Trouble::SaveIsBlank:
+        return tr("See that the settings are right and that the contacts are clean.");
+    case Trouble::SaveIsLarger:
+        return tr("Choose 128 KB.");
+    case Trouble::NoFolder:
+    case Trouble::NoFile:
+        return tr("Make room in the backup folder, or see that you may write there.");
+    default:
+        return failureAdvice(guard.outcome);
+    }
+}
+
+// Without a reader, or beyond the bus, the switch would help nobody.
+bool isHelpedBySwitch(const WriteGuard &guard)
+{
+    if (guard.fault == GuardFault::BeyondBus)
+        return false;
+    return guard.fault != GuardFault::Trouble || guard.outcome.trouble != Trouble::JobFailed;
+}
+
+} // namespace
+
+QString judgementEntry(JudgementKind kind, const QString &line)
+{
+    return entryOf(toneOf(kind), line);
+}
+
+QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &notes)
+{
+    QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
+    if (!judged.sha1.isEmpty())
+        entries << adviceEntry(tr("%1 bytes, SHA-1 %2")
+                                   .arg(judged.bytes)
+                                   .arg(QString::fromLatin1(judged.sha1.toHex())));
+    appendUnlessEmpty(readAdvice(judged), &entries);
+    appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
+    appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
+    if (!notes.oldFilePath.isEmpty())
+        entries << adviceEntry(
+            tr("The file that was there before is in %1").arg(notes.oldFilePath));
+    return entries << QString::fromLatin1(kLogRule);
+}
+
+QStringList refusalEntries(const WriteGuard &guard)
+{
+    const JudgementKind kind =
+        guard.fault == GuardFault::Trouble ? judgementOf(guard.outcome) : JudgementKind::Refused;
+    const bool isRead =
+        guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
+    const CartridgeState state = isRead ? CartridgeState::NotRead : CartridgeState::NotWritten;
+    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
+                                                 stateText(state))};
+    appendUnlessEmpty(otherSetting(guard), &entries);
+    if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
+        entries << adviceEntry(
+            tr("If you know better, turn \"Guard writes\" off in the menu at the "
+               "top right; then there is no backup."));
+    return entries << QString::fromLatin1(kLogRule);
+}
+
+QStringList outcomeEntries(const Outcome &outcome, const QString &advice)
+{
+    const JudgementKind kind = judgementOf(outcome);
+    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
+                                                 judgementText(outcome))};
+    appendUnlessEmpty(advice.isEmpty() ? failureAdvice(outcome) : advice, &entries);
+    return entries << QString::fromLatin1(kLogRule);
+}

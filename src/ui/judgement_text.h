@@ -1,0 +1,32 @@
+// How the log shows a judgement: one coloured line that begins with its word, a line or two of
+// advice in the terms of the window, a rule.
+//
+// Thread: GUI thread only.
+#pragma once
+
+#include "trust/judged_job.h"
+#include "trust/write_guard.h"
+
+#include <QStringList>
+
+// Closes a block of the log. The only log text that is not translated.
+extern const char kLogRule[];
+
+// What is told beside the judgement itself.
+struct JudgementNotes {
+    QString backupPath;  // of what a write has replaced; empty: there is none
+    QString oldFilePath; // of the file that a dump has replaced; empty: there is none
+};
+
+// Log entries, one append each, the rule last. Everything that does not come from this program is
+// escaped.
+QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &notes);
+
+// Likewise for a write that was not begun. The reason itself stands before the rule of the job.
+QStringList refusalEntries(const WriteGuard &guard);
+
+// Likewise for any other task that ended with `outcome`.
+QStringList outcomeEntries(const Outcome &outcome, const QString &advice);
+
+// One entry of the kind's colour; `line` is plain text and begins with the kind's word.
+QString judgementEntry(JudgementKind kind, const QString &line);
