@@ -6,6 +6,8 @@
 
 #include "script/erase_poll.h"
 #include "test_class.h"
+#include "ui/guarded_job.h"
+#include "ui/main_tab.h"
 #include "ui/settings.h"
 #include "virtual/gb_cartridges.h"
 #include "worker/famicom_thread.h"
@@ -43,6 +45,8 @@ constexpr char kDumpScript[] = "function cpu_dump(dev, size, max) {\n"
                                "    cpu_read(dev, 0, 0x4000);\n"
                                "    cpu_read(dev, 0x4000, 0x4000);\n"
                                "}\n";
+constexpr char kSaveScript[] =
+    "function save_write(dev, size, max) { ram_write(dev, 0xA000, size); }\n";
 
 QStringList *threadWarnings = nullptr;
 
@@ -74,7 +78,11 @@ private slots:
     void idleWindowCloses();
     void windowWaitsForTheJob_data();
     void windowWaitsForTheJob();
+    void escapeDoesNothingDuringAJob();
     void forgottenCancelIsAskedAgain();
+    void secondCloseLeavesAReadBehind();
+    void secondCloseNeverLeavesAWrite();
+    void noButtonIsPressedByEnter();
     void dumpIsFinishedBeforeTheWindowCloses();
     void finishedJobDoesNotCloseTheWindow();
     void destroyedWindowWaitsForTheJob();
@@ -118,6 +126,7 @@ void TabDialogTest::use(std::unique_ptr<Cartridge> cartridge, const QByteArray &
     m_dialog = std::make_unique<TabDialog>(".");
     m_tab = m_dialog->findChild<MainTab *>();
     QVERIFY(m_tab);
+    m_tab->guarded->guardsWrites = false; // the erase comes at once
     m_dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_dialog.get()));
 }
@@ -204,7 +213,10 @@ void TabDialogTest::idleWindowCloses()
 
 void TabDialogTest::windowWaitsForTheJob_data()
 {
-    idleWindowCloses_data();
+    QTest::addColumn<CloseFunction>("closeWindow");
+    QTest::newRow("close button") << CloseFunction([](TabDialog &dialog) { dialog.close(); });
+    QTest::newRow("accepted") << CloseFunction([](TabDialog &dialog) { dialog.accept(); });
+    QTest::newRow("log-out") << CloseFunction([](TabDialog &) { QApplication::closeAllWindows(); });
 }
 
 void TabDialogTest::windowWaitsForTheJob()
@@ -242,6 +254,77 @@ void TabDialogTest::forgottenCancelIsAskedAgain()
     m_tab->worker->cancel_flag.store(0);
     QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
     QVERIFY(isIdle(*m_tab));
+}
+
+void TabDialogTest::escapeDoesNothingDuringAJob()
+{
+    startErasing();
+    QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(isBusy(*m_tab));
+    QCOMPARE(m_tab->worker->cancel_flag.load(), 0);
+    QVERIFY(!m_tab->console->toPlainText().contains(kClosingLine));
+}
+
+// A reader that hangs must not hold the window.
+void TabDialogTest::secondCloseLeavesAReadBehind()
+{
+    QSemaphore mayGoOn;
+    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
+    m_fixture->reader().setListener([&](const Operation &operation) {
+        if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
+            mayGoOn.acquire();
+    });
+    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
+    m_dialog->close();
+    m_dialog->close(); // in the same breath
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(!m_dialog->hasLeftJob());
+
+    QTRY_VERIFY_WITH_TIMEOUT(
+        m_tab->console->toPlainText().endsWith("The job has not ended yet. Close the window again "
+                                               "to leave it behind; it only reads."),
+        kJobTimeoutMs);
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
+    QVERIFY(m_dialog->hasLeftJob());
+    QVERIFY(m_tab->worker->isRunning());
+    mayGoOn.release(2); // the test's process goes on, so this job has to end
+}
+
+void TabDialogTest::secondCloseNeverLeavesAWrite()
+{
+    QSemaphore mayGoOn;
+    use(makeMbc5Cartridge(32 * 1024), kSaveScript);
+    m_fixture->reader().setListener([&](const Operation &operation) {
+        if (operation.kind == Operation::Kind::CommandRun &&
+            QThread::currentThread() == m_tab->worker)
+            mayGoOn.acquire();
+    });
+    press(m_tab->writeRamButton, m_fixture->addFile("new.sav", QByteArray(0x8000, 's')));
+    QVERIFY(isBusy(*m_tab));
+    m_dialog->close();
+    const QString refusal =
+        "The cartridge is being written. The window stays until that has ended.";
+    QTRY_VERIFY_WITH_TIMEOUT((m_dialog->close(), m_tab->console->toPlainText().endsWith(refusal)),
+                             kJobTimeoutMs);
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(!m_dialog->hasLeftJob());
+    mayGoOn.release(1000);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
+}
+
+// An Enter too many, from the file dialog, must not press Cancel during an erase.
+void TabDialogTest::noButtonIsPressedByEnter()
+{
+    startErasing();
+    for (QPushButton *button : m_dialog->findChildren<QPushButton *>())
+        QVERIFY2(!button->isDefault() && !button->autoDefault(), qPrintable(button->text()));
+    QTest::keyClick(m_dialog.get(), Qt::Key_Return);
+    QTest::keyClick(m_dialog.get(), Qt::Key_Enter);
+    QCOMPARE(m_tab->worker->cancel_flag.load(), 0);
+    QVERIFY(isBusy(*m_tab));
 }
 
 // A dump cannot be cancelled. It goes on to its end, and the file is whole.

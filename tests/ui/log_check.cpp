@@ -108,7 +108,8 @@ QString richLog(const QStringList &lines)
 
 bool isIdle(const MainTab &tab)
 {
-    return !tab.worker->isRunning() && !tab.guarded->isBusy() && enabledActions(tab) == 5 && !tab.cancelButton->isEnabled();
+    return !tab.worker->isRunning() && !tab.guarded->isBusy() && enabledActions(tab) == 5 &&
+           !tab.cancelButton->isEnabled();
 }
 
 bool isBusy(const MainTab &tab)

@@ -31,8 +31,8 @@ QStringList judgementsOf(const MainTab &tab);
 #define COMPARE_LOG(tab, lines)                                                                    \
     do {                                                                                           \
         const QStringList expectedLog = greetingLines() + QStringList(lines);                      \
-        QCOMPARE(logOf(tab).text, plainLog(expectedLog));                             \
-        QCOMPARE(logOf(tab).html, richLog(expectedLog));                                   \
+        QCOMPARE(logOf(tab).text, plainLog(expectedLog));                                          \
+        QCOMPARE(logOf(tab).html, richLog(expectedLog));                                           \
     } while (false)
 
 // The tab is idle: no thread runs and the actions can be pressed.
