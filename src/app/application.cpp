@@ -23,6 +23,9 @@ QString fileArgument(int argc, char **argv)
 
 int runWindow(int &argc, char **argv)
 {
+    // Of use only before there is an application.
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
     const QString fileName = fileArgument(argc, argv);

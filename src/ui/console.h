@@ -1,4 +1,5 @@
-// The log view that the tabs share: a steel-blue, read-only text area that follows its newest line.
+// The log view that the tabs share: a steel-blue, read-only text area that follows its newest line,
+// also while it changes its size, and forgets its oldest ones when there are thousands.
 //
 // Thread: GUI thread only.
 #pragma once

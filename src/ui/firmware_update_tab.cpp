@@ -18,6 +18,8 @@ void createWidgets(FirmwareUpdateTab *tab)
     tab->console = new Console(tab);
     tab->progress = new QProgressBar(tab);
     tab->updateButton = new QPushButton(FirmwareUpdateTab::tr("Update Firmware"), tab);
+    // An Enter that was meant for something else must not start an update.
+    tab->updateButton->setAutoDefault(false);
 }
 
 void layOutWidgets(FirmwareUpdateTab *tab)
@@ -100,6 +102,9 @@ void FirmwareUpdateTab::print_error(int err)
     else if (err == 0)
         info(tr(">Operation failure."));
     info(QString::fromLatin1(kRule));
+    // The lines above say more than was done.
+    if (err == 1)
+        info(tr("Nothing was sent to the reader: this program transfers no firmware."));
     setProgress(0, 1);
     // The update has told its end, but its thread may still be on the way out, and a thread that
     // runs cannot be started: the next press would be lost and the button stay disabled.

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
@@ -40,6 +41,23 @@ template <typename Table> void fill(const Table &table, QComboBox *box, int *fie
     box->setCurrentIndex(0);
     *field = table[0].value;
 }
+
+// Leaves the wheel to what lies around a list that has no focus: whoever scrolls past must not
+// change a size unnoticed.
+class WheelGuard : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const auto *list = static_cast<const QWidget *>(watched);
+        if (event->type() != QEvent::Wheel || list->hasFocus())
+            return false;
+        event->ignore();
+        return true;
+    }
+};
 } // namespace
 
 Settings::Settings(QWidget *parent) : QGroupBox(tr("Settings"), parent)
@@ -63,6 +81,17 @@ void Settings::buildWidgets()
     m_item2Box = new QComboBox(this);
     m_item3Box = new QComboBox(this);
     m_verifyBox = new QCheckBox(tr("Verify the data after writing"), this);
+
+    // The label names its list to assistive programs, whatever it says at the time.
+    m_sysLabel->setBuddy(m_sysBox);
+    m_item1Label->setBuddy(m_item1Box);
+    m_item2Label->setBuddy(m_item2Box);
+    m_item3Label->setBuddy(m_item3Box);
+    auto *wheelGuard = new WheelGuard(this);
+    for (QComboBox *box : {m_sysBox, m_item1Box, m_item2Box, m_item3Box}) {
+        box->setFocusPolicy(Qt::StrongFocus); // the wheel does not give the focus either
+        box->installEventFilter(wheelGuard);
+    }
 }
 
 void Settings::layOutWidgets()

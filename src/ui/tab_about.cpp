@@ -54,13 +54,16 @@ QString purpose()
 
 void addText(QVBoxLayout *layout, const QString &text)
 {
-    layout->addWidget(new QLabel(text));
+    auto *label = new QLabel(text);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    layout->addWidget(label);
 }
 
 void addLink(QVBoxLayout *layout, const QString &text)
 {
     auto *label = new QLabel(text);
     label->setOpenExternalLinks(true);
+    label->setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
     layout->addWidget(label);
 }
 } // namespace

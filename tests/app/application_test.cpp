@@ -44,6 +44,7 @@ private slots:
     void cleanup();
 
     void startsInEnglish();
+    void fineScreensAreScaled();
     void argumentChangesNothing();
     void chineseComesBeforeJapanese();
     void brokenTranslationIsSilent();
@@ -78,9 +79,17 @@ void ApplicationTest::startsInEnglish()
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
     const QStringList lines = outcome.output.split('\n');
     QVERIFY(lines[0].startsWith("title: GB Driver 3.0 build - "));
-    QCOMPARE(lines.mid(1, 6),
+    QCOMPARE(lines.mid(1, 8),
              (QStringList{"tab: GB", "tab: Update", "tab: About", "style: fusion", "dump: Dump",
+                          "pixels: 1", "pixmaps: sharp",
                           "log: Velora Driver Series for GB/GBC/GBA 3.0 started."}));
+}
+
+void ApplicationTest::fineScreensAreScaled()
+{
+    const Outcome outcome =
+        runApplication({{"GBDRIVER_TEST_PLAN", "look"}, {"QT_FONT_DPI", "192"}});
+    QVERIFY2(outcome.output.contains("\npixels: 2\n"), qPrintable(outcome.output));
 }
 
 void ApplicationTest::argumentChangesNothing()

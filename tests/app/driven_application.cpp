@@ -1,7 +1,7 @@
 // The program with a user inside: runs it as its main function does and, once the window stands,
 // carries out the plan named in GBDRIVER_TEST_PLAN. What it saw goes to the standard output.
 //
-//   look               reports title, tabs, style, some texts, and closes the window
+//   look               reports title, tabs, style, some texts, scaling, and closes the window
 //   close-while-erasing  flashes the file GBDRIVER_TEST_FILE and closes the window meanwhile
 #include "app/application.h"
 #include "file_dialog_answer.h"
@@ -43,6 +43,9 @@ void look(QWidget *dialog)
         say("tab: " + tabs->tabText(i));
     say("style: " + QApplication::style()->objectName());
     say("dump: " + tab->dumpButton->text());
+    say(QString("pixels: %1").arg(dialog->devicePixelRatioF()));
+    say("pixmaps: " +
+        QString(QApplication::testAttribute(Qt::AA_UseHighDpiPixmaps) ? "sharp" : ""));
     say("log: " + tab->console->toPlainText());
     dialog->close();
 }

@@ -3,13 +3,23 @@
 
 #include "test_class.h"
 
+#include <QAccessible>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QVBoxLayout>
 #include <QtTest>
 
 namespace
 {
+// Lines of different lengths, so that a narrow view breaks some of them.
+void fill(Console *console, int lines)
+{
+    for (int i = 0; i < lines; ++i)
+        appendLog(console, QString("line %1 ").arg(i).repeated(1 + i % 20));
+}
+
 // True if the whole last line stands inside the view.
 bool showsItsEnd(const Console &console)
 {
@@ -31,6 +41,12 @@ private slots:
     void newestLineIsVisible();
     void appendingMovesTheCursorToTheEnd();
     void userCannotType();
+
+    void newestLineStaysVisibleOnResize();
+    void scrolledUpStaysThereOnResize();
+    void oldestLinesAreDropped();
+    void tabKeyLeavesTheLog();
+    void isSpokenAsTheLog();
 };
 
 void ConsoleTest::looksLikeTheLog()
@@ -118,6 +134,81 @@ void ConsoleTest::userCannotType()
     QTest::keyClicks(&console, "abc");
     QTest::keyClick(&console, Qt::Key_Backspace);
     QCOMPARE(console.toPlainText(), QString("text"));
+}
+
+void ConsoleTest::newestLineStaysVisibleOnResize()
+{
+    Console console(nullptr);
+    console.resize(800, 400);
+    console.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&console));
+    fill(&console, 100);
+    // A line that comes while the user has scrolled up is shown without the margin below it.
+    console.verticalScrollBar()->setValue(0);
+    appendLog(&console, "last");
+    QVERIFY(showsItsEnd(console));
+    for (const QSize &size :
+         {QSize(800, 100), QSize(400, 100), QSize(900, 120), QSize(401, 90), QSize(600, 500)}) {
+        console.resize(size);
+        QTRY_COMPARE(console.size(), size);
+        QVERIFY2(showsItsEnd(console), qPrintable(QString::number(size.height())));
+    }
+}
+
+void ConsoleTest::scrolledUpStaysThereOnResize()
+{
+    Console console(nullptr);
+    console.resize(400, 400);
+    console.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&console));
+    fill(&console, 100);
+    console.verticalScrollBar()->setValue(20);
+    console.resize(400, 100);
+    QTRY_COMPARE(console.height(), 100);
+    QCOMPARE(console.verticalScrollBar()->value(), 20);
+}
+
+void ConsoleTest::oldestLinesAreDropped()
+{
+    Console console(nullptr);
+    for (int i = 1; i <= 5000; ++i)
+        appendLog(&console, QString::number(i));
+    QCOMPARE(console.document()->blockCount(), 5000);
+    for (int i = 5001; i <= 6002; ++i) {
+        appendLog(&console, QString::number(i));
+        QVERIFY(console.document()->blockCount() <= 5000);
+        QCOMPARE(console.document()->lastBlock().text(), QString::number(i));
+        QVERIFY(console.textCursor().atEnd());
+    }
+    QCOMPARE(console.document()->blockCount(), 4000);
+    QCOMPARE(console.document()->firstBlock().text(), QString("2003"));
+}
+
+void ConsoleTest::tabKeyLeavesTheLog()
+{
+    QWidget window;
+    QVBoxLayout layout(&window);
+    auto *console = new Console(&window);
+    auto *after = new QPushButton(&window);
+    layout.addWidget(console);
+    layout.addWidget(after);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    console->setFocus();
+    QTest::keyClick(console, Qt::Key_Tab);
+    QVERIFY(after->hasFocus());
+    QTest::keyClick(after, Qt::Key_Backtab);
+    QVERIFY(console->hasFocus());
+}
+
+void ConsoleTest::isSpokenAsTheLog()
+{
+    Console console(nullptr);
+    appendLog(&console, "text");
+    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&console);
+    QCOMPARE(face->text(QAccessible::Name), QString("Log"));
+    QCOMPARE(face->text(QAccessible::Value), QString("text"));
 }
 
 GBDRIVER_TEST(ConsoleTest, gui)

@@ -7,6 +7,7 @@
 #include "worker/update_thread.h"
 
 #include <QBoxLayout>
+#include <QDialog>
 #include <QMetaMethod>
 #include <QPointer>
 #include <QProgressBar>
@@ -22,8 +23,9 @@ namespace
 {
 const QStringList kOpening = {"First turn off anti-virus software.",
                               "Next press \"Update Firmware\" to update firmware.", "\r\n"};
+const char kNothingSent[] = "Nothing was sent to the reader: this program transfers no firmware.";
 const QStringList kUpdate = {"Starting update firmware , pelase wait...",
-                             "Update firmware successful.", ">Success!", "<hr><br>"};
+                             "Update firmware successful.", ">Success!", "<hr><br>", kNothingSent};
 
 // Methods that the class itself declares, as "signal void public name(types) names".
 QStringList declaredMethods(const QMetaObject &meta)
@@ -123,6 +125,7 @@ private slots:
     void secondPressRunsAnotherUpdate();
     void updateRunsAtNormalPriority();
     void disabledButtonCannotBePressed();
+    void enterStartsNoUpdate();
     void buttonComesBackAfterTheThreadHasEnded();
     void destroyedTabWaitsForTheUpdate();
     void destroyedIdleTabTakesItsWorkerAlong();
@@ -249,6 +252,7 @@ void FirmwareUpdateTabTest::everyTextButTheRuleIsTranslated()
                                "[UpdateThread]Update firmware successful.",
                                tab + ">Success!",
                                "<hr><br>",
+                               tab + kNothingSent,
                                tab + ">Operation failure.",
                                "<hr><br>"};
     QCOMPARE(m_tab->console->toPlainText(), plainLog(lines));
@@ -298,7 +302,7 @@ void FirmwareUpdateTabTest::endOfUpdateIsLogged_data()
     QTest::addColumn<int>("error");
     QTest::addColumn<QStringList>("lines");
     QTest::newRow("failure") << 0 << QStringList{">Operation failure.", "<hr><br>"};
-    QTest::newRow("success") << 1 << QStringList{">Success!", "<hr><br>"};
+    QTest::newRow("success") << 1 << QStringList{">Success!", "<hr><br>", kNothingSent};
     QTest::newRow("neither") << 7 << QStringList{"<hr><br>"};
     QTest::newRow("negative") << -1 << QStringList{"<hr><br>"};
 }
@@ -388,6 +392,25 @@ void FirmwareUpdateTabTest::disabledButtonCannotBePressed()
     press();
     QTRY_VERIFY(isIdle());
     COMPARE_WHOLE_LOG(kUpdate);
+}
+
+// A button of a dialog would become its default button with the focus, and take every Enter.
+void FirmwareUpdateTabTest::enterStartsNoUpdate()
+{
+    QDialog dialog;
+    auto *tab = new FirmwareUpdateTab;
+    QVBoxLayout layout(&dialog);
+    layout.addWidget(tab);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    tab->console->setFocus();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    tab->updateButton->setFocus();
+    QTest::keyClick(&dialog, Qt::Key_Return);
+    QVERIFY(tab->updateButton->isEnabled());
+    QVERIFY(!tab->updateButton->isDefault());
+    QTest::keyClick(tab->updateButton, Qt::Key_Space);
+    QVERIFY(!tab->updateButton->isEnabled());
 }
 
 // The worker is held in its last signal until the button is enabled, or for a while: a button that

@@ -10,6 +10,7 @@
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <QtTest>
@@ -109,6 +110,8 @@ private slots:
     void clickedLinkOpens_data();
     void clickedLinkOpens();
     void clickBesideALinkOpensNothing();
+    void linksOpenByKeyboard();
+    void everyTextCanBeCopied();
     void everyTextButTheMakersNoticeIsTranslated();
     void fileChangesNothing_data();
     void fileChangesNothing();
@@ -209,6 +212,38 @@ void TabAboutTest::clickBesideALinkOpensNothing()
     for (QLabel *label : labelsOf(*m_tab))
         clickBehind(label, QString()); // on the plain beginning of each text
     QCOMPARE(opener.opened, QStringList());
+}
+
+// Tab goes to the label, then to the link in it, and on to the next label with a link.
+void TabAboutTest::linksOpenByKeyboard()
+{
+    const LinkOpener opener;
+    QApplication::setActiveWindow(m_tab.get());
+    labelsOf(*m_tab)[3]->setFocus(Qt::TabFocusReason);
+    for (const int index : {3, 4}) {
+        QLabel *label = labelsOf(*m_tab)[index];
+        QVERIFY(label->hasFocus());
+        QTest::keyClick(label, Qt::Key_Tab);
+        QVERIFY(label->hasFocus());
+        QTest::keyClick(label, Qt::Key_Return);
+        QTest::keyClick(label, Qt::Key_Tab);
+    }
+    QCOMPARE(opener.opened,
+             (QStringList{"https://velora.example", "mailto:support@velora.example"}));
+}
+
+void TabAboutTest::everyTextCanBeCopied()
+{
+    const QRegularExpression markup("<[^>]*>");
+    for (QLabel *label : labelsOf(*m_tab)) {
+        const QString shown = label->text().remove(markup);
+        const QPoint firstWord = label->contentsRect().topLeft() + QPoint(4, 4);
+        QTest::mouseDClick(label, Qt::LeftButton, Qt::NoModifier, firstWord);
+        QVERIFY2(label->hasSelectedText(), qPrintable(shown));
+        QTest::keyClick(label, Qt::Key_A, Qt::ControlModifier);
+        // Lines are separated as in a text document.
+        QCOMPARE(label->selectedText().replace(QChar::ParagraphSeparator, '\n'), shown);
+    }
 }
 
 void TabAboutTest::everyTextButTheMakersNoticeIsTranslated()
