@@ -240,12 +240,12 @@ Outcome CartridgeBackup::writeNew(bool isDated, const QString &suffix, const QBy
                                     : freePath(m_plan.folder, title, suffix);
     PendingFile file(newPath, ExistingFile::Keep);
     Outcome outcome;
-    if (file.problem().isEmpty() && file.write(bytes) && file.commit()) {
+    if (file.trouble().isNone() && file.write(bytes) && file.commit()) {
         *path = newPath;
     } else {
         outcome.trouble = Trouble::NoFile;
         outcome.state = CartridgeState::OnlyRead;
-        outcome.detail = file.problem();
+        outcome.file = file.trouble();
     }
     return outcome;
 }
