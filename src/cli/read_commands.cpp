@@ -10,6 +10,7 @@
 #include "trust/checked_read.h"
 #include "trust/known_titles.h"
 #include "trust/pending_file.h"
+#include "trust/words.h"
 
 #include <QCryptographicHash>
 
@@ -33,13 +34,14 @@ public:
     {
         m_file = std::make_unique<PendingFile>(
             m_options.path, m_options.overwrites ? ExistingFile::Replace : ExistingFile::Keep);
-        if (m_file->isTaken())
+        const FileTrouble &trouble = m_file->trouble();
+        if (trouble.fault == FileFault::Exists)
             return fail(ExitCode::Refused,
-                        m_file->problem() +
+                        fileTroubleText(trouble) +
                             QStringLiteral(" Choose another name, or replace it with --overwrite."),
                         CartridgeState::NotRead);
-        if (!m_file->problem().isEmpty())
-            return fail(ExitCode::FileError, m_file->problem(), CartridgeState::NotRead);
+        if (!trouble.isNone())
+            return fail(ExitCode::FileError, fileTroubleText(trouble), CartridgeState::NotRead);
         const CartridgeLook look = lookAtCartridge(m_options, m_task, m_reporter);
         m_code = look.code;
         if (m_code == ExitCode::Done)
@@ -54,7 +56,7 @@ public:
         m_read = readOnce(m_job, Phase::Read, m_listener);
         m_code = tellTrouble(m_read.outcome, m_reporter);
         if (m_code == ExitCode::Done && !m_file->write(m_read.bytes))
-            return fail(ExitCode::FileError, m_file->problem());
+            return fail(ExitCode::FileError, fileTroubleText(m_file->trouble()));
         return m_code == ExitCode::Done && !isStopped();
     }
 
@@ -70,7 +72,7 @@ public:
     {
         const QString path = keptReadPath(m_options.path, verdict.kind, m_options.overwrites);
         if (!m_file->commit(path)) {
-            fail(ExitCode::FileError, m_file->problem());
+            fail(ExitCode::FileError, fileTroubleText(m_file->trouble()));
             return m_code;
         }
         tellVerdict(verdict, {path, m_read.bytes.size(), m_read.sha1, m_read.reads}, m_reporter);
@@ -157,11 +159,11 @@ ExitCode runVerify(const CliOptions &options, Reporter &reporter)
 {
     QVector<DatFile> tables;
     QByteArray bytes;
-    QString problem;
     if (!readTables(options.datFiles, &tables, reporter))
         return ExitCode::FileError;
-    if (!readUserFile(options.path, &bytes, &problem)) {
-        reporter.problem(problem);
+    const FileTrouble trouble = readUserFile(options.path, &bytes);
+    if (!trouble.isNone()) {
+        reporter.problem(fileTroubleText(trouble));
         return ExitCode::FileError;
     }
     const QByteArray sha1 = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);

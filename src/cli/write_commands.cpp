@@ -123,9 +123,10 @@ CartridgeState stateAfterLook(const CliOptions &options)
 ExitCode takeSaveFile(const CliOptions &options, int saveSize, Reporter &reporter,
                       QByteArray *bytes)
 {
-    QString problem;
-    if (!readUserFile(options.path, bytes, &problem))
-        return tellProblem(ExitCode::FileError, problem, stateAfterLook(options), reporter);
+    const FileTrouble trouble = readUserFile(options.path, bytes);
+    if (!trouble.isNone())
+        return tellProblem(ExitCode::FileError, fileTroubleText(trouble), stateAfterLook(options),
+                           reporter);
     if (bytes->size() == saveSize)
         return ExitCode::Done;
     const QString sizes = QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
@@ -294,9 +295,10 @@ ExitCode runWriteRam(const CliOptions &options, Reporter &reporter)
 ExitCode runFlash(const CliOptions &options, Reporter &reporter)
 {
     QByteArray file;
-    QString problem;
-    if (!readUserFile(options.path, &file, &problem))
-        return tellProblem(ExitCode::FileError, problem, CartridgeState::Untouched, reporter);
+    const FileTrouble trouble = readUserFile(options.path, &file);
+    if (!trouble.isNone())
+        return tellProblem(ExitCode::FileError, fileTroubleText(trouble), CartridgeState::Untouched,
+                           reporter);
     const CartridgeLook look = lookAtCartridge(options, CartridgeTask::Flash, reporter);
     if (look.code != ExitCode::Done)
         return look.code;

@@ -4,6 +4,7 @@
 #include "device/checksums.h"
 #include "trust/file_sha1.h"
 #include "trust/words.h"
+#include "worker/job_words.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -27,6 +28,13 @@ QString crcText(const QByteArray &bytes)
     const std::uint32_t crc = crc32(reinterpret_cast<const std::uint8_t *>(bytes.constData()),
                                     static_cast<std::uint32_t>(bytes.size()));
     return QStringLiteral("%1").arg(crc, 8, 16, QLatin1Char('0'));
+}
+
+// One line. What a script refused stands in its own words only.
+QString reasonOf(const Outcome &outcome)
+{
+    const QString text = troubleText(outcome);
+    return text.isEmpty() ? reasonOf(outcome.job) : text;
 }
 
 QString memoryText(const char *heading, const BackedUpMemory &memory)
@@ -83,11 +91,11 @@ QString memoryText(const BackedUpMemory &memory)
     case MemoryEnd::Swapped:
         return QStringLiteral("not read: the cartridge was changed meanwhile");
     case MemoryEnd::NotRead:
-        return QStringLiteral("not read, see above");
+        return QStringLiteral("not read: ") + reasonOf(memory.outcome);
     case MemoryEnd::NotReadTwice:
-        return QStringLiteral("not read twice, see above");
+        return QStringLiteral("not read twice: ") + reasonOf(memory.outcome);
     case MemoryEnd::NotWritten:
-        return QStringLiteral("not written, see above");
+        return QStringLiteral("not written: ") + reasonOf(memory.outcome);
     }
     return QString();
 }

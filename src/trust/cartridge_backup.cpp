@@ -57,31 +57,30 @@ bool CartridgeBackup::makeJob(CartridgeTask task, CartridgeJob *job, BackedUpMem
     return true;
 }
 
-bool CartridgeBackup::read(const CartridgeJob &job, BackedUpMemory *memory)
+bool CartridgeBackup::readFirst(const CartridgeJob &job, CheckedRead *made, BackedUpMemory *memory)
 {
     QElapsedTimer clock;
     clock.start();
-    const CheckedRead first = readOnce(job, Phase::Read, m_listener);
+    *made = readOnce(job, Phase::Read, m_listener);
     memory->milliseconds = clock.elapsed();
-    memory->outcome = first.outcome;
-    memory->bytes = first.bytes;
-    memory->sha1 = first.sha1;
-    memory->reads = 1;
-    memory->end = first.outcome.isDone() ? MemoryEnd::Kept : MemoryEnd::NotRead;
-    return first.outcome.isDone();
+    memory->outcome = made->outcome;
+    memory->bytes = made->bytes;
+    memory->sha1 = made->sha1;
+    memory->reads = made->reads;
+    memory->end = made->outcome.isDone() ? MemoryEnd::Kept : MemoryEnd::NotRead;
+    return made->outcome.isDone();
 }
 
-// `compared`: what the first read brought, in full.
-bool CartridgeBackup::readMore(const CartridgeJob &job, int times, CheckedRead *compared,
+// `made` has what the first read brought in full, whatever is kept of it.
+bool CartridgeBackup::readMore(const CartridgeJob &job, int times, CheckedRead *made,
                                BackedUpMemory *memory)
 {
-    compared->reads = memory->reads;
-    readAgain(job, times, m_listener, compared);
-    memory->reads = compared->reads;
-    memory->outcome = compared->outcome;
-    if (!compared->outcome.isDone())
+    readAgain(job, times, m_listener, made);
+    memory->reads = made->reads;
+    memory->outcome = made->outcome;
+    if (!made->outcome.isDone())
         memory->end = MemoryEnd::NotReadTwice;
-    return compared->outcome.isDone();
+    return made->outcome.isDone();
 }
 
 QString CartridgeBackup::romSuffix() const
@@ -115,17 +114,15 @@ void CartridgeBackup::cutToContent(RomEvidence *evidence, BackedUpMemory *rom) c
 void CartridgeBackup::readRom(const CartridgeJob &job)
 {
     BackedUpMemory &rom = m_record.rom;
-    if (!read(job, &rom))
+    CheckedRead made;
+    if (!readFirst(job, &made, &rom))
         return;
-    CheckedRead compared;
-    compared.outcome = rom.outcome;
-    compared.bytes = rom.bytes;
     RomEvidence evidence = evidenceOf(rom.bytes, rom.sha1, m_plan.tables);
     cutToContent(&evidence, &rom);
-    if (!readMore(job, moreReads(evidence.known.has_value()), &compared, &rom))
+    if (!readMore(job, moreReads(evidence.known.has_value()), &made, &rom))
         return;
-    evidence.reads = rom.reads;
-    evidence.differences = compared.differences;
+    evidence.reads = made.reads;
+    evidence.differences = made.differences;
     const Verdict verdict = judgeRom(evidence);
     if (verdict.kind == VerdictKind::Verified)
         m_record.title = verdict.title;
@@ -179,17 +176,14 @@ bool CartridgeBackup::hasReadableSave()
 void CartridgeBackup::readSave(const CartridgeJob &job)
 {
     BackedUpMemory &save = m_record.save;
-    if (!read(job, &save))
-        return;
-    CheckedRead compared;
-    compared.outcome = save.outcome;
-    compared.bytes = save.bytes;
-    if (!readMore(job, std::max(1, m_plan.reads - 1), &compared, &save))
+    CheckedRead made;
+    if (!readFirst(job, &made, &save) ||
+        !readMore(job, std::max(1, m_plan.reads - 1), &made, &save))
         return;
     SaveEvidence evidence;
     describeSave(save.bytes, &evidence);
-    evidence.reads = save.reads;
-    evidence.differences = compared.differences;
+    evidence.reads = made.reads;
+    evidence.differences = made.differences;
     keep(judgeSave(evidence), QStringLiteral(".sav"), true, &save);
 }
 
@@ -238,12 +232,12 @@ Outcome CartridgeBackup::writeNew(bool isDated, const QString &suffix, const QBy
                                     : freePath(m_plan.folder, title, suffix);
     PendingFile file(newPath, ExistingFile::Keep);
     Outcome outcome;
-    if (file.problem().isEmpty() && file.write(bytes) && file.commit()) {
+    if (file.trouble().isNone() && file.write(bytes) && file.commit()) {
         *path = newPath;
     } else {
         outcome.trouble = Trouble::NoFile;
         outcome.state = CartridgeState::OnlyRead;
-        outcome.detail = file.problem();
+        outcome.file = file.trouble();
     }
     return outcome;
 }

@@ -43,9 +43,8 @@ public:
 private:
     static bool isNothingNew(const BackedUpMemory &save);
     bool makeJob(CartridgeTask task, CartridgeJob *job, BackedUpMemory *memory);
-    bool read(const CartridgeJob &job, BackedUpMemory *memory);
-    bool readMore(const CartridgeJob &job, int times, CheckedRead *compared,
-                  BackedUpMemory *memory);
+    bool readFirst(const CartridgeJob &job, CheckedRead *made, BackedUpMemory *memory);
+    bool readMore(const CartridgeJob &job, int times, CheckedRead *made, BackedUpMemory *memory);
     void readRom(const CartridgeJob &job);
     void readSave(const CartridgeJob &job);
     bool hasReadableSave();

@@ -61,14 +61,12 @@ bool renameKeeping(const QString &from, const QString &to, QString *reason)
 
 } // namespace
 
-bool renameFile(const QString &from, const QString &to, bool replaces, QString *problem)
+FileTrouble renameFile(const QString &from, const QString &to, bool replaces)
 {
     QString reason;
     setUsualMode(from, to);
-    if (replaces ? renameReplacing(from, to, &reason) : renameKeeping(from, to, &reason)) {
-        syncFolderOf(to);
-        return true;
-    }
-    *problem = QStringLiteral("Cannot write %1: %2.").arg(to, reason);
-    return false;
+    if (!(replaces ? renameReplacing(from, to, &reason) : renameKeeping(from, to, &reason)))
+        return {FileFault::NotRenamed, to, reason};
+    syncFolderOf(to);
+    return {};
 }

@@ -11,6 +11,7 @@ namespace
 constexpr int kAttempts = 20;
 constexpr DWORD kPauseMs = 50;
 
+// Without a full stop, as other systems have it.
 QString textOf(DWORD error)
 {
     wchar_t text[256] = {};
@@ -18,7 +19,10 @@ QString textOf(DWORD error)
     if (FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
                        0, text, sizeof text / sizeof text[0], nullptr) == 0)
         return QStringLiteral("error %1").arg(error);
-    return QString::fromWCharArray(text).trimmed();
+    QString sentence = QString::fromWCharArray(text).trimmed();
+    if (sentence.endsWith(QLatin1Char('.')))
+        sentence.chop(1);
+    return sentence;
 }
 
 std::wstring nativeName(const QString &path)
@@ -28,19 +32,18 @@ std::wstring nativeName(const QString &path)
 
 } // namespace
 
-bool renameFile(const QString &from, const QString &to, bool replaces, QString *problem)
+FileTrouble renameFile(const QString &from, const QString &to, bool replaces)
 {
     const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0U);
     DWORD error = ERROR_SUCCESS;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         // FALSE: failed.
         if (MoveFileExW(nativeName(from).c_str(), nativeName(to).c_str(), flags) != FALSE)
-            return true;
+            return {};
         error = GetLastError();
         if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)
             break;
         Sleep(kPauseMs);
     }
-    *problem = QStringLiteral("Cannot write %1: %2").arg(to, textOf(error));
-    return false;
+    return {FileFault::NotRenamed, to, textOf(error)};
 }

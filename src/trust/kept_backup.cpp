@@ -46,10 +46,12 @@ void store(const BackupPlan &plan, KeptBackup *backup)
     const QString path = datedPath(folder, plan.title, QDateTime::currentDateTime(),
                                    isSave ? QStringLiteral(".sav") : QStringLiteral(".gb"));
     PendingFile file(path, ExistingFile::Keep);
-    if (file.problem().isEmpty() && file.write(contentOf(backup->bytes, plan)) && file.commit())
+    if (file.trouble().isNone() && file.write(contentOf(backup->bytes, plan)) && file.commit()) {
         backup->path = path;
-    else
-        fail(Trouble::NoFile, file.problem(), &backup->outcome);
+    } else {
+        fail(Trouble::NoFile, {}, &backup->outcome);
+        backup->outcome.file = file.trouble();
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "script/job.h"
+#include "trust/file_trouble.h"
 
 // What a job is for.
 enum class Phase {
@@ -46,7 +47,7 @@ enum class Trouble {
     SaveIsLarger,  // the save chip holds more than the job would keep of it
     ChipIsUnclear, // a flash chip says something else when it is asked again
     NoFolder,      // `detail`, the folder for the backup, cannot be made
-    NoFile,        // a file cannot be written or read back; `detail` says which and why
+    NoFile,        // a file cannot be written or read back; `file` says which and why
     NotReadBack,   // written, but the read that was to prove it failed as `job` tells
     Mismatch       // written, but the cartridge holds something else
 };
@@ -57,6 +58,7 @@ struct Outcome {
     Phase phase = Phase::Read; // of `job`
     JobResult job;             // of JobFailed and NotReadBack
     QString detail;            // see Trouble; of a job without a script its path
+    FileTrouble file;          // of NoFile
 
     bool isDone() const { return trouble == Trouble::None; }
 };

@@ -15,16 +15,18 @@ namespace
 // Files are never larger than the largest cartridge by much; what is, is no dump and no save.
 constexpr qint64 kLargestFile = 256 * 1024 * 1024;
 
-QString nameFault(const QString &path)
+FileFault nameFault(const QString &path, ExistingFile existing)
 {
     const QFileInfo info(path);
     if (localPath(path).isEmpty())
-        return QStringLiteral("the system cannot hold this name in its 8-bit encoding");
+        return FileFault::NameNotRepresentable;
     if (info.isDir())
-        return QStringLiteral("it is a folder");
+        return FileFault::IsFolder;
     if (info.exists() && !info.isFile())
-        return QStringLiteral("it is no ordinary file");
-    return info.absoluteDir().exists() ? QString() : QStringLiteral("the folder does not exist");
+        return FileFault::NotOrdinary;
+    if (!info.absoluteDir().exists())
+        return FileFault::NoFolder;
+    return existing == ExistingFile::Keep && info.exists() ? FileFault::Exists : FileFault::None;
 }
 
 } // namespace
@@ -32,15 +34,9 @@ QString nameFault(const QString &path)
 PendingFile::PendingFile(const QString &finalPath, ExistingFile existing)
     : m_finalPath(finalPath), m_existing(existing)
 {
-    const QString prefix = QStringLiteral("Cannot write %1: ").arg(finalPath);
-    const QString fault = nameFault(finalPath);
-    if (!fault.isEmpty()) {
-        m_problem = prefix + fault + QLatin1Char('.');
-        return;
-    }
-    m_isTaken = existing == ExistingFile::Keep && QFileInfo::exists(finalPath);
-    if (m_isTaken) {
-        m_problem = prefix + QStringLiteral("it exists already.");
+    const FileFault fault = nameFault(finalPath, existing);
+    if (fault != FileFault::None) {
+        m_trouble = {fault, finalPath, {}};
         return;
     }
     QTemporaryFile reserved(finalPath + QStringLiteral(".XXXXXX.part"));
@@ -48,7 +44,7 @@ PendingFile::PendingFile(const QString &finalPath, ExistingFile existing)
     if (reserved.open())
         m_temporaryPath = reserved.fileName();
     else
-        m_problem = prefix + reserved.errorString() + QLatin1Char('.');
+        m_trouble = {FileFault::NotMade, finalPath, reserved.errorString()};
 }
 
 PendingFile::~PendingFile()
@@ -63,49 +59,44 @@ bool PendingFile::write(const QByteArray &bytes)
     clearLastDriveError();
     if (writeFileWhole(localPath(m_temporaryPath).constData(), bytes.constData(), size) == size &&
         lastDriveError().empty())
-        return holds(bytes);
-    m_problem = QStringLiteral("Cannot write %1: %2")
-                    .arg(m_temporaryPath, QString::fromLocal8Bit(lastDriveError().c_str()));
-    return false;
+        m_trouble = check(bytes);
+    else
+        m_trouble = {FileFault::NotWritten, m_temporaryPath,
+                     QString::fromLocal8Bit(lastDriveError().c_str())};
+    return m_trouble.isNone();
 }
 
 // A cartridge may be overwritten next, so that nobody's word is taken for what is in its backup.
-bool PendingFile::holds(const QByteArray &bytes)
+FileTrouble PendingFile::check(const QByteArray &bytes) const
 {
     QByteArray found;
-    if (!readUserFile(m_temporaryPath, &found, &m_problem))
-        return false;
-    if (found == bytes)
-        return true;
-    m_problem =
-        QStringLiteral("%1 does not hold what was written to it; the disk is not to be trusted.")
-            .arg(m_temporaryPath);
-    return false;
+    const FileTrouble trouble = readUserFile(m_temporaryPath, &found);
+    if (!trouble.isNone() || found == bytes)
+        return trouble;
+    return {FileFault::NotHeld, m_temporaryPath, {}};
 }
 
 bool PendingFile::commit(const QString &otherPath)
 {
     const QString path = otherPath.isEmpty() ? m_finalPath : otherPath;
-    if (!renameFile(m_temporaryPath, path, m_existing == ExistingFile::Replace, &m_problem))
-        return false;
-    m_temporaryPath.clear();
-    return true;
+    m_trouble = renameFile(m_temporaryPath, path, m_existing == ExistingFile::Replace);
+    if (m_trouble.isNone())
+        m_temporaryPath.clear();
+    return m_trouble.isNone();
 }
 
-bool readUserFile(const QString &path, QByteArray *bytes, QString *problem)
+FileTrouble readUserFile(const QString &path, QByteArray *bytes)
 {
     QFile file(path);
     if (QFileInfo(path).isDir())
-        *problem = QStringLiteral("Cannot read %1: it is a folder.").arg(path);
-    else if (!file.open(QIODevice::ReadOnly))
-        *problem = QStringLiteral("Cannot read %1: %2.").arg(path, file.errorString());
-    else if (file.size() > kLargestFile)
-        *problem = QStringLiteral("Cannot read %1: it is too large for a cartridge.").arg(path);
-    else {
-        *bytes = file.readAll();
-        if (file.error() == QFile::NoError)
-            return true;
-        *problem = QStringLiteral("Cannot read %1: %2.").arg(path, file.errorString());
-    }
-    return false;
+        return {FileFault::ReadsFolder, path, {}};
+    if (!file.open(QIODevice::ReadOnly))
+        return {FileFault::NotRead, path, file.errorString()};
+    if (file.size() > kLargestFile)
+        return {FileFault::TooLarge, path, {}};
+    const QByteArray content = file.readAll();
+    if (file.error() != QFile::NoError)
+        return {FileFault::NotRead, path, file.errorString()};
+    *bytes = content;
+    return {};
 }

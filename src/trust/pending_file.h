@@ -4,8 +4,9 @@
 // Thread: one at a time; writing goes through the drive backend of the process.
 #pragma once
 
+#include "trust/file_trouble.h"
+
 #include <QByteArray>
-#include <QString>
 
 enum class ExistingFile {
     Keep, // a file of that name is an error
@@ -16,7 +17,7 @@ class PendingFile
 {
 public:
     // Takes a temporary name beside `finalPath`, so that a folder that cannot be written to shows
-    // before a long transfer. Check problem().
+    // before a long transfer. Check trouble().
     PendingFile(const QString &finalPath, ExistingFile existing);
 
     // Removes the temporary file unless it was renamed.
@@ -24,31 +25,27 @@ public:
     PendingFile(const PendingFile &) = delete;
     PendingFile &operator=(const PendingFile &) = delete;
 
-    // Why there can be no such file, or the last write or rename failed; empty if all is well.
-    QString problem() const { return m_problem; }
-
-    // True if problem() is that a file of that name exists.
-    bool isTaken() const { return m_isTaken; }
+    // Why there can be no such file, or the last write or rename failed.
+    const FileTrouble &trouble() const { return m_trouble; }
 
     // Where to write, for a job that does it itself.
     QString temporaryPath() const { return m_temporaryPath; }
 
-    // Writes and reads back. Returns: false with the reason in problem().
+    // Writes and reads back. Returns: false with the reason in trouble().
     bool write(const QByteArray &bytes);
 
     // Gives the file its name, or `otherPath` in the same folder. Returns: false with the reason in
-    // problem(); the old file, if there is one, is then as it was.
+    // trouble(); the old file, if there is one, is then as it was.
     bool commit(const QString &otherPath = {});
 
 private:
-    bool holds(const QByteArray &bytes);
+    FileTrouble check(const QByteArray &bytes) const;
 
     QString m_finalPath;
     QString m_temporaryPath;
-    QString m_problem;
+    FileTrouble m_trouble;
     ExistingFile m_existing;
-    bool m_isTaken = false;
 };
 
-// A whole file of the user's. Returns: false with the reason in `*problem`.
-bool readUserFile(const QString &path, QByteArray *bytes, QString *problem);
+// A whole file of the user's. `*bytes` is as before if it cannot be read.
+FileTrouble readUserFile(const QString &path, QByteArray *bytes);

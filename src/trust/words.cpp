@@ -214,6 +214,43 @@ QStringList failureLines(const JobResult &result)
     return lines;
 }
 
+QString fileTroubleText(const FileTrouble &trouble)
+{
+    const QString path = trouble.path;
+    switch (trouble.fault) {
+    case FileFault::None:
+        break;
+    case FileFault::NameNotRepresentable:
+        return QStringLiteral("Cannot write %1: the system cannot hold this name in its 8-bit "
+                              "encoding.")
+            .arg(path);
+    case FileFault::IsFolder:
+        return QStringLiteral("Cannot write %1: it is a folder.").arg(path);
+    case FileFault::NotOrdinary:
+        return QStringLiteral("Cannot write %1: it is no ordinary file.").arg(path);
+    case FileFault::NoFolder:
+        return QStringLiteral("Cannot write %1: the folder does not exist.").arg(path);
+    case FileFault::Exists:
+        return QStringLiteral("Cannot write %1: it exists already.").arg(path);
+    case FileFault::NotMade:
+    case FileFault::NotRenamed:
+        return QStringLiteral("Cannot write %1: %2.").arg(path, trouble.systemText);
+    case FileFault::NotWritten:
+        return QStringLiteral("Cannot write %1: %2").arg(path, trouble.systemText);
+    case FileFault::NotHeld:
+        return QStringLiteral("%1 does not hold what was written to it; the disk is not to be "
+                              "trusted.")
+            .arg(path);
+    case FileFault::ReadsFolder:
+        return QStringLiteral("Cannot read %1: it is a folder.").arg(path);
+    case FileFault::TooLarge:
+        return QStringLiteral("Cannot read %1: it is too large for a cartridge.").arg(path);
+    case FileFault::NotRead:
+        return QStringLiteral("Cannot read %1: %2.").arg(path, trouble.systemText);
+    }
+    return QString();
+}
+
 QString troubleText(const Outcome &outcome)
 {
     switch (outcome.trouble) {
@@ -242,7 +279,7 @@ QString troubleText(const Outcome &outcome)
     case Trouble::NoFolder:
         return QStringLiteral("Cannot make the folder %1 for the backup.").arg(outcome.detail);
     case Trouble::NoFile:
-        return outcome.detail;
+        return fileTroubleText(outcome.file);
     case Trouble::NotReadBack:
         return QStringLiteral("It was written, but it could not be read back, so nobody knows "
                               "whether it is right.");

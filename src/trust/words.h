@@ -47,6 +47,9 @@ QString jobFailureText(JobEnd end, const QString &scriptPath = {});
 // many bytes moved.
 QStringList failureLines(const JobResult &result);
 
+// One sentence: "Cannot write PATH: it is a folder." Empty for None.
+QString fileTroubleText(const FileTrouble &trouble);
+
 // What happened, without the state of the cartridge. Empty for None; of JobFailed and NotReadBack
 // what the job's failure means, see failureLines() for its causes.
 QString troubleText(const Outcome &outcome);

@@ -205,7 +205,8 @@ void KeptBackupTest::diskThatLiesIsTold()
     QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
     QVERIFY(backup.path.isEmpty());
     QCOMPARE(names(), QStringList());
-    QVERIFY(backup.outcome.detail.contains("does not hold what was written to it"));
+    QCOMPARE(backup.outcome.file.fault, FileFault::NotHeld);
+    QVERIFY(troubleText(backup.outcome).contains("does not hold what was written to it"));
 }
 
 // The closed RAM reads as an erased chip does.

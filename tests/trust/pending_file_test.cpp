@@ -8,6 +8,8 @@
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(FileFault)
+
 using namespace virtual_reader;
 
 namespace
@@ -73,7 +75,7 @@ void PendingFileTest::cleanup()
 void PendingFileTest::fileAppearsWithItsNameAtTheEnd()
 {
     PendingFile file(path(), ExistingFile::Keep);
-    QCOMPARE(file.problem(), QString());
+    QVERIFY(file.trouble().isNone());
     QVERIFY(file.write(kNew));
     QCOMPARE(names().size(), 1);
     QVERIFY(names().first().endsWith(".part"));
@@ -95,8 +97,8 @@ void PendingFileTest::existingFileIsTaken()
 {
     makeFile("file", kOld);
     const PendingFile file(path(), ExistingFile::Keep);
-    QVERIFY(file.isTaken());
-    QVERIFY(file.problem().contains("it exists already"));
+    QCOMPARE(file.trouble().fault, FileFault::Exists);
+    QCOMPARE(file.trouble().path, path());
     QCOMPARE(names(), QStringList("file"));
     QCOMPARE(bytesOf(path()), kOld);
 }
@@ -105,7 +107,7 @@ void PendingFileTest::existingFileIsReplacedInOneStep()
 {
     makeFile("file", kOld);
     PendingFile file(path(), ExistingFile::Replace);
-    QVERIFY(!file.isTaken());
+    QVERIFY(file.trouble().isNone());
     QVERIFY(file.write(kNew));
     QCOMPARE(bytesOf(path()), kOld);
     QVERIFY(file.commit());
@@ -130,7 +132,9 @@ void PendingFileTest::nameThatIsTakenMeanwhileIsKept()
         QVERIFY(file.write(kNew));
         makeFile("file", kOld);
         QVERIFY(!file.commit());
-        QVERIFY(file.problem().contains(path()));
+        QCOMPARE(file.trouble().fault, FileFault::NotRenamed);
+        QCOMPARE(file.trouble().path, path());
+        QVERIFY(!file.trouble().systemText.isEmpty());
     }
     QCOMPARE(bytesOf(path()), kOld);
     QCOMPARE(names(), QStringList("file"));
@@ -139,25 +143,22 @@ void PendingFileTest::nameThatIsTakenMeanwhileIsKept()
 void PendingFileTest::impossibleNameIsTold_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("folder") << "."
-                            << "it is a folder";
-    QTest::newRow("no such folder") << "missing/file"
-                                    << "the folder does not exist";
-    QTest::newRow("file as a folder") << "a file/file"
-                                      << "the folder does not exist";
-    QTest::newRow("no character") << QString(QChar(0xD800)) << "8-bit encoding";
+    QTest::addColumn<FileFault>("fault");
+    QTest::newRow("folder") << "." << FileFault::IsFolder;
+    QTest::newRow("no such folder") << "missing/file" << FileFault::NoFolder;
+    QTest::newRow("file as a folder") << "a file/file" << FileFault::NoFolder;
+    QTest::newRow("no character") << QString(QChar(0xD800)) << FileFault::NameNotRepresentable;
 }
 
 void PendingFileTest::impossibleNameIsTold()
 {
     QFETCH(QString, name);
-    QFETCH(QString, reason);
+    QFETCH(FileFault, fault);
     makeFile("a file", kOld);
     for (const ExistingFile existing : {ExistingFile::Keep, ExistingFile::Replace}) {
         const PendingFile file(path(name), existing);
-        QVERIFY2(file.problem().contains(reason), qPrintable(file.problem()));
-        QVERIFY(!file.isTaken());
+        QCOMPARE(file.trouble().fault, fault);
+        QCOMPARE(file.trouble().path, path(name));
         QVERIFY(file.temporaryPath().isEmpty());
     }
     QCOMPARE(names(), QStringList("a file"));
@@ -184,11 +185,14 @@ void PendingFileTest::failedWriteLeavesTheOldFile()
     QFETCH(int, call);
     QFETCH(int, way);
     makeFile("file", kOld);
-    m_drive->addFault(waysToFail(static_cast<DriveCall>(call))[way].fault);
+    const DriveFault fault = waysToFail(static_cast<DriveCall>(call))[way].fault;
+    const bool isLie = fault.claimsAll || fault.flips != 0;
+    m_drive->addFault(fault);
     {
         PendingFile file(path(), ExistingFile::Replace);
         QVERIFY(!file.write(kNew));
-        QVERIFY2(file.problem().contains(".part"), qPrintable(file.problem()));
+        QCOMPARE(file.trouble().fault, isLie ? FileFault::NotHeld : FileFault::NotWritten);
+        QVERIFY2(file.trouble().path.endsWith(".part"), qPrintable(file.trouble().path));
     }
     QCOMPARE(names(), QStringList("file"));
     QCOMPARE(bytesOf(path()), kOld);
@@ -197,25 +201,23 @@ void PendingFileTest::failedWriteLeavesTheOldFile()
 void PendingFileTest::unreadableUserFileIsTold_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("folder") << "."
-                            << "it is a folder";
-    QTest::newRow("nothing there") << "missing"
-                                   << "Cannot read";
-    QTest::newRow("too large") << "large"
-                               << "too large for a cartridge";
+    QTest::addColumn<FileFault>("fault");
+    QTest::newRow("folder") << "." << FileFault::ReadsFolder;
+    QTest::newRow("nothing there") << "missing" << FileFault::NotRead;
+    QTest::newRow("too large") << "large" << FileFault::TooLarge;
 }
 
 void PendingFileTest::unreadableUserFileIsTold()
 {
     QFETCH(QString, name);
-    QFETCH(QString, reason);
+    QFETCH(FileFault, fault);
     QFile large(path("large"));
     QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(256 * 1024 * 1024 + 1));
     QByteArray bytes = "untouched";
-    QString problem;
-    QVERIFY(!readUserFile(path(name), &bytes, &problem));
-    QVERIFY2(problem.contains(reason), qPrintable(problem));
+    const FileTrouble trouble = readUserFile(path(name), &bytes);
+    QCOMPARE(trouble.fault, fault);
+    QCOMPARE(trouble.path, path(name));
+    QCOMPARE(trouble.systemText.isEmpty(), fault != FileFault::NotRead);
     QCOMPARE(bytes, QByteArray("untouched"));
 }
 

@@ -1,0 +1,32 @@
+// Why a file of the user's could not be written or read. Words for people: trust/words.h.
+#pragma once
+
+#include <QString>
+
+enum class FileFault {
+    None,
+
+    // Of a file that was to be written.
+    NameNotRepresentable, // in the system's 8-bit encoding
+    IsFolder,
+    NotOrdinary, // a device, say
+    NoFolder,    // that it would lie in
+    Exists,      // and is to be kept
+    NotMade,     // under its temporary name
+    NotWritten,
+    NotHeld, // what was read back is something else
+    NotRenamed,
+
+    // Of a file that was to be read.
+    ReadsFolder,
+    TooLarge,
+    NotRead
+};
+
+struct [[nodiscard]] FileTrouble {
+    FileFault fault = FileFault::None;
+    QString path;
+    QString systemText; // of NotMade, NotWritten, NotRenamed and NotRead
+
+    bool isNone() const { return fault == FileFault::None; }
+};
