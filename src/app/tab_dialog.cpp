@@ -1,20 +1,32 @@
 #include "app/tab_dialog.h"
 
+#include "ui/corner_actions.h"
 #include "ui/firmware_update_tab.h"
 #include "ui/guarded_job.h"
 #include "ui/main_tab.h"
+#include "ui/reader_corner.h"
 #include "ui/tab_about.h"
 #include "worker/famicom_thread.h"
 
+#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QTabWidget>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace
 {
 // What a read that goes well needs at most to come to its next step.
 constexpr int kPatienceMs = 3000;
+
+// The one local file that is dragged; empty if it is anything else.
+QString droppedFile(const QDropEvent &event)
+{
+    const QList<QUrl> urls = event.mimeData()->urls();
+    return urls.size() == 1 ? urls[0].toLocalFile() : QString();
+}
 } // namespace
 
 TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
@@ -28,12 +40,22 @@ TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
     tabWidget->addTab(new FirmwareUpdateTab, tr("Update"));
     tabWidget->addTab(new TabAbout(fileInfo), tr("About"));
 
+    auto *corner = new ReaderCorner;
+    tabWidget->setCornerWidget(corner);
+    m_corner = new CornerActions(m_mainTab, corner, [this](bool isOn) { m_demo.use(isOn); });
+    setAcceptDrops(true);
+
     auto *layout = new QVBoxLayout;
     layout->addWidget(tabWidget);
     setLayout(layout);
 
     connect(m_mainTab->guarded, &GuardedJob::changed, this, &TabDialog::onJobChanged);
     connect(&m_askTimer, &QTimer::timeout, this, &TabDialog::askAgain);
+}
+
+TabDialog::~TabDialog()
+{
+    delete tabWidget; // with the job that may still use the demo reader
 }
 
 bool TabDialog::isBusy() const
@@ -47,6 +69,19 @@ void TabDialog::keyPressEvent(QKeyEvent *event)
         event->accept();
     else
         QDialog::keyPressEvent(event);
+}
+
+void TabDialog::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!isBusy() && !droppedFile(*event).isEmpty())
+        event->acceptProposedAction();
+}
+
+void TabDialog::dropEvent(QDropEvent *event)
+{
+    tabWidget->setCurrentWidget(m_mainTab);
+    m_corner->checkFile(droppedFile(*event));
+    event->acceptProposedAction();
 }
 
 void TabDialog::done(int result)

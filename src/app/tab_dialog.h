@@ -9,11 +9,14 @@
 // Thread: GUI thread only.
 #pragma once
 
+#include "app/demo_reader.h"
+
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QString>
 #include <QTimer>
 
+class CornerActions;
 class MainTab;
 class QTabWidget;
 
@@ -24,6 +27,8 @@ class TabDialog : public QDialog
 public:
     // `fileName`: the program's first argument, handed to the About tab.
     explicit TabDialog(const QString &fileName, QWidget *parent = nullptr);
+    // Waits for a job that runs.
+    ~TabDialog() override;
 
     // Every way to close a dialog ends here. Does not close while a job runs, see above.
     void done(int result) override;
@@ -34,6 +39,9 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    // A ROM file that is dropped on the window is checked.
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     bool isBusy() const;
@@ -44,6 +52,8 @@ private:
 
     QTabWidget *tabWidget;
     MainTab *m_mainTab;
+    CornerActions *m_corner;
+    DemoReader m_demo;
     bool m_closesAfterJob = false;
     bool m_hasLeftJob = false;
     QElapsedTimer m_sinceAsked;

@@ -145,6 +145,22 @@ QVector<DriveFinding> examineDrives()
     return findings;
 }
 
+NamedReader findNamedReader()
+{
+    const ReaderSession session;
+    const signed char before = deviceLink.driveLetter;
+    const std::uint32_t drives = driveBackend().logicalDrives();
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        if ((drives >> (letter - 'A') & 1U) == 0)
+            continue;
+        clearLastDriveError();
+        if (probeDrive(letter, nullptr) == 1 && lastDriveError().empty())
+            return {letter, identityText()};
+    }
+    deviceLink.driveLetter = before;
+    return {};
+}
+
 QString driveTypeText(DriveType type)
 {
     switch (type) {

@@ -52,6 +52,16 @@ struct DriveFinding {
 // link's own, so the link's letter, label, identity and last error change as by a scan.
 QVector<DriveFinding> examineDrives();
 
+struct NamedReader {
+    char letter = 0; // 0: there is none
+    QString identity;
+};
+
+// Looks for the first removable drive that says who it is: stricter than a job, for a look that
+// nobody asked for must not take a strange stick for the reader. What is found becomes the device
+// link's reader; without one the link's letter is as before.
+NamedReader findNamedReader();
+
 // "removable", "fixed disk", ...
 QString driveTypeText(DriveType type);
 

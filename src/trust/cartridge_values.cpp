@@ -157,6 +157,22 @@ bool isRecognised(const CartridgeReport &report)
            report.outcome == ReportOutcome::GbaCartridge || isUnknownGbaGame(report);
 }
 
+JobEnd readerFaultOf(ReportOutcome outcome)
+{
+    switch (outcome) {
+    case ReportOutcome::NoReader:
+        return JobEnd::NoReader;
+    case ReportOutcome::NoMode:
+    case ReportOutcome::ShortRead:
+        return JobEnd::NoMode;
+    case ReportOutcome::GbCartridge:
+    case ReportOutcome::GbaCartridge:
+    case ReportOutcome::Unknown:
+        break;
+    }
+    return JobEnd::Done;
+}
+
 Danger dangerOf(const CartridgeReport &report, CartridgeTask task)
 {
     if (report.outcome != ReportOutcome::GbCartridge ||

@@ -34,12 +34,12 @@ JudgedJob failedJob(const FinishedJob &finished, Phase phase)
     return failed(finished.job, outcome);
 }
 
-JudgedJob unreadFile(const CartridgeJob &job, const QString &problem, CartridgeState state)
+JudgedJob unreadFile(const CartridgeJob &job, const FileTrouble &trouble, CartridgeState state)
 {
     Outcome outcome;
     outcome.trouble = Trouble::NoFile;
     outcome.state = state;
-    outcome.detail = problem;
+    outcome.file = trouble;
     return failed(job, outcome);
 }
 
@@ -65,9 +65,9 @@ JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, Sec
                     TrustListener *listener)
 {
     CheckedRead read;
-    QString problem;
-    if (!readUserFile(path, &read.bytes, &problem))
-        return unreadFile(job, problem,
+    const FileTrouble unread = readUserFile(path, &read.bytes);
+    if (!unread.isNone())
+        return unreadFile(job, unread,
                           reads == 0 ? CartridgeState::Untouched : CartridgeState::OnlyRead);
     read.reads = reads;
     read.sha1 = QCryptographicHash::hash(read.bytes, QCryptographicHash::Sha1);
@@ -120,9 +120,11 @@ JudgedJob judgeWrite(const FinishedJob &finished, bool compares, TrustListener &
     if (!compares)
         return judged;
     QByteArray file;
-    QString problem;
-    if (!readUserFile(finished.path, &file, &problem) || file.size() < bytes)
-        return unreadFile(finished.job, problem, CartridgeState::Written);
+    FileTrouble unread = readUserFile(finished.path, &file);
+    if (unread.isNone() && file.size() < bytes)
+        unread = {FileFault::NotRead, finished.path, QStringLiteral("it has become shorter")};
+    if (!unread.isNone())
+        return unreadFile(finished.job, unread, CartridgeState::Written);
     const CheckedWrite checked =
         checkWritten(readingJob(finished.job, bytes), file.left(bytes), listener);
     judged.outcome = checked.outcome;

@@ -9,13 +9,19 @@
 namespace
 {
 
-OldFileCopy failed(Trouble trouble, const QString &detail)
+OldFileCopy failed(Trouble trouble)
 {
-    OldFileCopy kept;
-    kept.outcome.trouble = trouble;
-    kept.outcome.state = CartridgeState::NotRead;
-    kept.outcome.detail = detail;
-    return kept;
+    OldFileCopy copy;
+    copy.outcome.trouble = trouble;
+    copy.outcome.state = CartridgeState::NotRead;
+    return copy;
+}
+
+OldFileCopy failedFile(const FileTrouble &trouble)
+{
+    OldFileCopy copy = failed(Trouble::NoFile);
+    copy.outcome.file = trouble;
+    return copy;
 }
 
 } // namespace
@@ -26,26 +32,28 @@ OldFileCopy keepOldFile(const QString &path, const QString &folder)
     if (!old.isFile() || old.size() == 0)
         return {};
     QByteArray bytes;
-    QString problem;
-    if (!readUserFile(path, &bytes, &problem))
-        return failed(Trouble::NoFile, problem);
+    const FileTrouble unread = readUserFile(path, &bytes);
+    if (!unread.isNone())
+        return failedFile(unread);
     const QString target = folder.isEmpty() ? defaultBackupFolder() : folder;
-    if (!QDir().mkpath(target))
-        return failed(Trouble::NoFolder, target);
-    OldFileCopy kept;
-    kept.path = datedPath(target, old.completeBaseName(), QDateTime::currentDateTime(),
-                          old.suffix().isEmpty() ? QString() : QLatin1Char('.') + old.suffix());
-    PendingFile file(kept.path, ExistingFile::Keep);
-    if (file.problem().isEmpty() && file.write(bytes) && file.commit())
-        return kept;
-    return failed(Trouble::NoFile, file.problem());
+    if (!QDir().mkpath(target)) {
+        OldFileCopy copy = failed(Trouble::NoFolder);
+        copy.outcome.detail = target;
+        return copy;
+    }
+    const QString suffix = old.suffix().isEmpty() ? QString() : QLatin1Char('.') + old.suffix();
+    OldFileCopy copy;
+    copy.path = datedPath(target, old.completeBaseName(), QDateTime::currentDateTime(), suffix);
+    PendingFile file(copy.path, ExistingFile::Keep);
+    if (file.trouble().isNone() && file.write(bytes) && file.commit())
+        return copy;
+    return failedFile(file.trouble());
 }
 
 bool areEqualFiles(const QString &path, const QString &otherPath)
 {
     QByteArray bytes;
     QByteArray otherBytes;
-    QString problem;
-    return readUserFile(path, &bytes, &problem) && readUserFile(otherPath, &otherBytes, &problem) &&
+    return readUserFile(path, &bytes).isNone() && readUserFile(otherPath, &otherBytes).isNone() &&
            bytes == otherBytes;
 }

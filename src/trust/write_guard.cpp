@@ -42,23 +42,6 @@ Outcome jobFailure(JobEnd end)
     return outcome;
 }
 
-// Of the reader, while the cartridge was looked at.
-JobEnd readerFaultOf(ReportOutcome outcome)
-{
-    switch (outcome) {
-    case ReportOutcome::NoReader:
-        return JobEnd::NoReader;
-    case ReportOutcome::NoMode:
-    case ReportOutcome::ShortRead:
-        return JobEnd::NoMode;
-    case ReportOutcome::GbCartridge:
-    case ReportOutcome::GbaCartridge:
-    case ReportOutcome::Unknown:
-        break;
-    }
-    return JobEnd::Done;
-}
-
 CartridgeValues valuesOf(const WantedWrite &write)
 {
     const CartridgeJob &job = write.job;
@@ -130,7 +113,8 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
 {
     Outcome unread;
     QByteArray file;
-    if (!readUserFile(write.file, &file, &unread.detail)) {
+    unread.file = readUserFile(write.file, &file);
+    if (!unread.file.isNone()) {
         unread.trouble = Trouble::NoFile;
         return refuse(unread);
     }

@@ -46,8 +46,13 @@ QString stepText(Phase phase)
 
 } // namespace
 
-GuardedJob::GuardedJob(MainTab *tab) : QObject(tab), m_tab(tab), m_thread(new CarefulThread)
+GuardedJob::GuardedJob(MainTab *tab)
+    : QObject(tab), m_tab(tab), m_thread(new CarefulThread), m_lookThread(new CarefulThread)
 {
+    connect(m_lookThread, &QThread::finished, this, [this] {
+        const std::function<void()> behind = m_behindLook; // it may begin another look
+        behind();
+    });
     connect(m_thread, &CarefulThread::phaseBegan, this, &GuardedJob::showPhase);
     connect(m_thread, &CarefulThread::progressed, m_tab, &MainTab::setProgress);
     connect(m_thread, &QThread::finished, this, &GuardedJob::onStepsEnd);
@@ -57,7 +62,9 @@ GuardedJob::~GuardedJob()
 {
     m_thread->requestStop();
     m_thread->wait();
+    m_lookThread->wait();
     delete m_thread;
+    delete m_lookThread;
 }
 
 void GuardedJob::start()
@@ -215,6 +222,20 @@ void GuardedJob::runTask(const std::function<void(TrustListener &)> &steps,
     });
 }
 
+bool GuardedJob::look(const std::function<void()> &steps, const std::function<void()> &done)
+{
+    if (isBusy() || m_lookThread->isRunning())
+        return false;
+    m_behindLook = done;
+    m_lookThread->run([steps](TrustListener & /*listener*/) { steps(); });
+    return true;
+}
+
+void GuardedJob::waitForLook()
+{
+    m_lookThread->wait();
+}
+
 void GuardedJob::tell(const QStringList &entries)
 {
     for (const QString &entry : entries)
@@ -226,6 +247,7 @@ void GuardedJob::tell(const QStringList &entries)
 void GuardedJob::runSteps(Stage stage, const std::function<void(TrustListener &)> &steps,
                           const std::function<void()> &behind)
 {
+    waitForLook();
     m_stage = stage;
     m_behind = behind;
     m_tab->setEnabledButtons(false);

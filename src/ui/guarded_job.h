@@ -51,6 +51,13 @@ public:
     void runTask(const std::function<void(TrustListener &)> &steps,
                  const std::function<void()> &done);
 
+    // Runs `steps`, a short look at drives, beside everything; `done` as above. While a job runs,
+    // or another look, nothing is done.
+    // Returns: whether the look was begun.
+    bool look(const std::function<void()> &steps, const std::function<void()> &done);
+    // Before anything else uses the reader: waits for a look that runs.
+    void waitForLook();
+
     // The last dump or save that was read into a file: whether there is one, and reading it again.
     bool canReadAgain() const { return !m_lastRead.path.isEmpty(); }
     void readAgain();
@@ -81,6 +88,8 @@ private:
 
     MainTab *m_tab;
     CarefulThread *m_thread;
+    CarefulThread *m_lookThread;
+    std::function<void()> m_behindLook;
     Stage m_stage = Stage::Idle;
     std::function<void()> m_behind; // what the steps that run are followed by
     WriteGuard m_guard;

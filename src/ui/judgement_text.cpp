@@ -68,11 +68,6 @@ QString entryOf(Tone tone, const QString &line)
         .arg(QLatin1String(colors.background), QLatin1String(colors.text), htmlOf(line));
 }
 
-QString adviceEntry(const QString &advice)
-{
-    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(advice));
-}
-
 QString readAdvice(const JudgedJob &judged)
 {
     switch (judged.kind) {
@@ -139,7 +134,7 @@ QString backupNote(const JudgedJob &judged, const QString &path)
 void appendUnlessEmpty(const QString &advice, QStringList *entries)
 {
     if (!advice.isEmpty())
-        *entries << adviceEntry(advice);
+        *entries << plainEntry(advice);
 }
 
 // The other setting that may help; empty if only the switch does.
@@ -174,6 +169,11 @@ bool isHelpedBySwitch(const WriteGuard &guard)
 
 } // namespace
 
+QString plainEntry(const QString &text)
+{
+    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(text));
+}
+
 QString judgementEntry(JudgementKind kind, const QString &line)
 {
     return entryOf(toneOf(kind), line);
@@ -183,15 +183,14 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 {
     QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
     if (!judged.sha1.isEmpty())
-        entries << adviceEntry(tr("%1 bytes, SHA-1 %2")
-                                   .arg(judged.bytes)
-                                   .arg(QString::fromLatin1(judged.sha1.toHex())));
+        entries << plainEntry(tr("%1 bytes, SHA-1 %2")
+                                  .arg(judged.bytes)
+                                  .arg(QString::fromLatin1(judged.sha1.toHex())));
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
     appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
     if (!notes.oldFilePath.isEmpty())
-        entries << adviceEntry(
-            tr("The file that was there before is in %1").arg(notes.oldFilePath));
+        entries << plainEntry(tr("The file that was there before is in %1").arg(notes.oldFilePath));
     return entries << QString::fromLatin1(kLogRule);
 }
 
@@ -206,17 +205,16 @@ QStringList refusalEntries(const WriteGuard &guard)
                                                  stateText(state))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
-        entries << adviceEntry(
-            tr("If you know better, turn \"Guard writes\" off in the menu at the "
-               "top right; then there is no backup."));
+        entries << plainEntry(tr("If you know better, turn \"Guard writes\" off in the menu at the "
+                                 "top right; then there is no backup."));
     return entries << QString::fromLatin1(kLogRule);
 }
 
-QStringList outcomeEntries(const Outcome &outcome, const QString &advice)
+QStringList outcomeEntries(const Outcome &outcome)
 {
     const JudgementKind kind = judgementOf(outcome);
     QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
                                                  judgementText(outcome))};
-    appendUnlessEmpty(advice.isEmpty() ? failureAdvice(outcome) : advice, &entries);
+    appendUnlessEmpty(failureAdvice(outcome), &entries);
     return entries << QString::fromLatin1(kLogRule);
 }

@@ -26,7 +26,10 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 QStringList refusalEntries(const WriteGuard &guard);
 
 // Likewise for any other task that ended with `outcome`.
-QStringList outcomeEntries(const Outcome &outcome, const QString &advice);
+QStringList outcomeEntries(const Outcome &outcome);
 
 // One entry of the kind's colour; `line` is plain text and begins with the kind's word.
 QString judgementEntry(JudgementKind kind, const QString &line);
+
+// One entry of plain text that does not come from this program, or not all of it.
+QString plainEntry(const QString &text);

@@ -180,6 +180,7 @@ MainTab::~MainTab()
 
 void MainTab::push_info()
 {
+    guarded->waitForLook();
     const ReaderSession session;
     ReportOutput output;
     output.line = [this](const QString &line) { info(line); };
@@ -279,6 +280,7 @@ bool MainTab::prepareJob(const QString &fileName)
         releaseReader();
         return false;
     };
+    guarded->waitForLook();
     const QString script = scriptPath(settings);
     if ((settings->sysType == kSystemGba ? selectGbaMode() : selectGbMode()) == 0) {
         info(tr("Initialize device error."));

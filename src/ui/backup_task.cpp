@@ -1,0 +1,107 @@
+#include "ui/backup_task.h"
+
+#include "trust/judgement_words.h"
+#include "ui/judgement_text.h"
+
+#include <QCoreApplication>
+
+namespace
+{
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("BackupTask", text);
+}
+
+JudgementKind kindOf(const BackedUpMemory &memory)
+{
+    switch (memory.end) {
+    case MemoryEnd::Kept:
+        return judgementOf(memory.verdict.kind);
+    case MemoryEnd::NotKnown:
+    case MemoryEnd::Dangerous:
+    case MemoryEnd::Locked:
+    case MemoryEnd::UnknownGame:
+        return JudgementKind::Refused;
+    case MemoryEnd::NoMemory:
+    case MemoryEnd::Swapped:
+        return JudgementKind::Failed;
+    case MemoryEnd::NotRead:
+    case MemoryEnd::NotReadTwice:
+    case MemoryEnd::NotWritten:
+        break;
+    }
+    return judgementOf(memory.outcome);
+}
+
+// "consistent: save, 2 equal reads"
+QString lineOf(const QString &name, const BackedUpMemory &memory)
+{
+    const QString word = QLatin1String(wordOf(kindOf(memory))) + QStringLiteral(": ");
+    const QString text = memoryText(memory);
+    return word + name + QStringLiteral(", ") +
+           (text.startsWith(word) ? text.mid(word.size()) : text);
+}
+
+void append(const QString &name, const BackedUpMemory &memory, QStringList *entries)
+{
+    if (memory.end == MemoryEnd::NoMemory) {
+        *entries << plainEntry(tr("The cartridge has no %1 that can be read.").arg(name));
+        return;
+    }
+    *entries << judgementEntry(kindOf(memory), lineOf(name, memory));
+    if (!memory.path.isEmpty())
+        *entries << plainEntry(memory.path);
+}
+
+Outcome notRecognised(const CartridgeReport &report)
+{
+    Outcome outcome;
+    outcome.trouble = Trouble::JobFailed;
+    outcome.state = CartridgeState::LookedAt;
+    outcome.job.end = readerFaultOf(report.outcome);
+    return outcome;
+}
+
+} // namespace
+
+CartridgeBackupResult backUpCartridge(const QString &folder, TrustListener &listener)
+{
+    CartridgeBackupResult result;
+    result.report = detectCartridge([](const QString &) {});
+    if (!isRecognised(result.report))
+        return result;
+    CartridgeBackupPlan plan;
+    plan.folder = folder;
+    plan.program = QStringLiteral("gbdriver " GBDRIVER_VERSION);
+    CartridgeBackup backup(result.report, plan, listener);
+    result.rom = backup.backUpRom();
+    const bool isStopped = result.rom.outcome.trouble == Trouble::Stopped;
+    if (!isStopped && !listener.isStopWanted())
+        result.save = backup.backUpSave();
+    else
+        result.written.trouble = Trouble::Stopped;
+    if (result.written.isDone())
+        result.written = backup.writeReport();
+    return result;
+}
+
+QStringList backupEntries(const CartridgeBackupResult &result)
+{
+    if (!isRecognised(result.report)) {
+        const Outcome outcome = notRecognised(result.report);
+        if (outcome.job.end != JobEnd::Done)
+            return outcomeEntries(outcome);
+        return {judgementEntry(JudgementKind::Refused,
+                               tr("refused: No cartridge was recognised. Push it in again, clean "
+                                  "its contacts, or choose the settings and use Dump.")),
+                QString::fromLatin1(kLogRule)};
+    }
+    QStringList entries;
+    append(tr("ROM"), result.rom, &entries);
+    if (result.written.trouble != Trouble::Stopped)
+        append(tr("save"), result.save, &entries);
+    if (!result.written.isDone())
+        return entries + outcomeEntries(result.written);
+    return entries << QString::fromLatin1(kLogRule);
+}

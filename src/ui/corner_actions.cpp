@@ -1,0 +1,200 @@
+#include "ui/corner_actions.h"
+
+#include "device/device_link.h"
+#include "device/drive_advice.h"
+#include "trust/backup_store.h"
+#include "ui/backup_task.h"
+#include "ui/console.h"
+#include "ui/guarded_job.h"
+#include "ui/main_tab.h"
+#include "ui/reader_corner.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QPushButton>
+#include <QTimer>
+#include <QUrl>
+
+#include <memory>
+#include <utility>
+
+CornerActions::CornerActions(MainTab *tab, ReaderCorner *corner,
+                             std::function<void(bool isOn)> useDemo)
+    : QObject(tab), m_tab(tab), m_corner(corner), m_useDemo(std::move(useDemo)),
+      m_watch([this] { look(); })
+{
+    connectButtons();
+    connectTasks();
+    connectChoices();
+    connect(m_tab->guarded, &GuardedJob::changed, this, &CornerActions::onChanged);
+    onChanged();
+    m_corner->showReader({});
+    QTimer::singleShot(0, this, &CornerActions::look);
+}
+
+void CornerActions::connectButtons()
+{
+    const std::pair<QAction *, QPushButton *> rows[] = {
+        {m_corner->infoAction, m_tab->infoButton},
+        {m_corner->dumpAction, m_tab->dumpButton},
+        {m_corner->flashAction, m_tab->flashButton},
+        {m_corner->readRamAction, m_tab->readRamButton},
+        {m_corner->writeRamAction, m_tab->writeRamButton}};
+    for (const auto &row : rows)
+        connect(row.first, &QAction::triggered, row.second, [button = row.second] {
+            button->setFocus();
+            button->click();
+        });
+    // What Info has found is shown as well. Connected behind the tab's own slot.
+    connect(m_tab->infoButton, &QPushButton::clicked, this, &CornerActions::look);
+}
+
+void CornerActions::connectTasks()
+{
+    connect(m_corner->backUpAction, &QAction::triggered, this, &CornerActions::backUp);
+    connect(m_corner->readAgainAction, &QAction::triggered, this, &CornerActions::readAgain);
+    connect(m_corner->checkFileAction, &QAction::triggered, this,
+            &CornerActions::askForFileToCheck);
+    connect(m_corner->whyNoReaderAction, &QAction::triggered, this,
+            &CornerActions::tellWhyNoReader);
+}
+
+void CornerActions::connectChoices()
+{
+    GuardedJob *guarded = m_tab->guarded;
+    connect(m_corner->guardWritesAction, &QAction::toggled, guarded,
+            [guarded](bool isOn) { guarded->guardsWrites = isOn; });
+    connect(m_corner->readTwiceAction, &QAction::toggled, guarded,
+            [guarded](bool isOn) { guarded->readsUnknownTwice = isOn; });
+    connect(m_corner->openFolderAction, &QAction::triggered, this, &CornerActions::openFolder);
+    connect(m_corner->copyLogAction, &QAction::triggered, m_tab->console,
+            [this] { QApplication::clipboard()->setText(m_tab->console->toPlainText()); });
+    connect(m_corner->demoAction, &QAction::toggled, this, &CornerActions::switchDemo);
+}
+
+void CornerActions::onChanged()
+{
+    m_corner->setBusy(m_tab->guarded->isBusy());
+    m_corner->setCanReadAgain(m_tab->guarded->canReadAgain());
+    if (m_mustLook && !m_tab->guarded->isBusy())
+        look();
+}
+
+// With the demo on the system's drives come first, for it may not stand beside a real reader.
+void CornerActions::look()
+{
+    m_mustLook = !m_tab->guarded->look(
+        [this] {
+            m_demoHasEnded = false;
+            if (m_isDemo) {
+                m_useDemo(false);
+                m_found = findNamedReader();
+                m_demoHasEnded = m_found.letter != 0;
+                if (m_demoHasEnded)
+                    return;
+                m_useDemo(true);
+            }
+            m_found = findNamedReader();
+        },
+        [this] { showFound(); });
+}
+
+void CornerActions::showFound()
+{
+    if (m_demoHasEnded) {
+        m_isDemo = false;
+        const QSignalBlocker quiet(m_corner->demoAction);
+        m_corner->demoAction->setChecked(false);
+        m_tab->info(tr("A reader was plugged in, so the demo reader is off."));
+    }
+    m_corner->showReader({m_found.letter, m_found.identity, m_isDemo});
+    if (m_mustLook)
+        look();
+}
+
+void CornerActions::switchDemo(bool isOn)
+{
+    m_tab->guarded->waitForLook();
+    m_isDemo = isOn;
+    m_useDemo(isOn);
+    m_tab->info(isOn ? tr("The demo reader is on: no real cartridge is read or written.")
+                     : tr("The demo reader is off."));
+    look();
+}
+
+void CornerActions::checkFile(const QString &path)
+{
+    if (path.isEmpty() || m_tab->guarded->isBusy())
+        return;
+    m_tab->guarded->tell({plainEntry(tr("Checking the ROM file:") + QLatin1Char('\n') + path),
+                          QString::fromLatin1(kLogRule)});
+    const auto judged = std::make_shared<JudgedJob>();
+    m_tab->guarded->runTask(
+        [judged, path](TrustListener & /*listener*/) { *judged = judgeRomFile(path); },
+        [this, judged] { m_tab->guarded->tell(judgementEntries(*judged, {})); });
+}
+
+void CornerActions::askForFileToCheck()
+{
+    checkFile(QFileDialog::getOpenFileName(m_tab, tr("Check a ROM file"), QStringLiteral("."),
+                                           tr("ROM files (*.gb *.gbc *.gba *.sgb)") +
+                                               QStringLiteral(";;") + tr("All files (*)")));
+}
+
+void CornerActions::backUp()
+{
+    const QString folder = QFileDialog::getExistingDirectory(
+        m_tab, tr("Back up the cartridge into..."), QStringLiteral("."));
+    if (folder.isEmpty() || m_tab->guarded->isBusy())
+        return;
+    m_tab->guarded->tell(
+        {plainEntry(tr("Backing up the cartridge into the folder:") + QLatin1Char('\n') + folder),
+         QString::fromLatin1(kLogRule)});
+    const auto result = std::make_shared<CartridgeBackupResult>();
+    m_tab->guarded->runTask(
+        [result, folder](TrustListener &listener) { *result = backUpCartridge(folder, listener); },
+        [this, result] { m_tab->guarded->tell(backupEntries(*result)); });
+}
+
+void CornerActions::readAgain()
+{
+    m_tab->guarded->readAgain();
+}
+
+void CornerActions::tellWhyNoReader()
+{
+    const auto findings = std::make_shared<QVector<DriveFinding>>();
+    m_tab->guarded->runTask(
+        [findings](TrustListener & /*listener*/) {
+            const ReaderSession session;
+            *findings = examineDrives();
+        },
+        [this, findings] {
+            QStringList lines;
+            bool isTaken = false;
+            for (const DriveFinding &finding : *findings) {
+                lines += driveLines(finding);
+                isTaken = isTaken || finding.hasIdentity();
+            }
+            if (!isTaken)
+                lines += noReaderAdvice();
+            lines += scanNotes();
+            QStringList entries;
+            for (const QString &line : lines)
+                entries << plainEntry(line);
+            m_tab->guarded->tell(entries << QString::fromLatin1(kLogRule));
+            look();
+        });
+}
+
+void CornerActions::openFolder()
+{
+    const QString &chosen = m_tab->guarded->backupFolder;
+    const QString folder = chosen.isEmpty() ? defaultBackupFolder() : chosen;
+    if (!QDir().mkpath(folder) || !QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        m_tab->info(plainEntry(tr("The backup folder is %1").arg(folder)));
+}
