@@ -8,6 +8,7 @@
 #include "cli/telling.h"
 #include "trust/checked_write.h"
 #include "trust/flash_check.h"
+#include "trust/judgement_words.h"
 #include "trust/kept_backup.h"
 #include "trust/pending_file.h"
 #include "trust/save_check.h"
@@ -76,12 +77,14 @@ void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const K
                              wayBack(job, backup));
         break;
     case Trouble::NotReadBack:
-        reporter.problem((failureLines(write.outcome.job)
-                          << troubleText(write.outcome) + QLatin1Char(' ') + wayBack(job, backup))
-                             .join(QLatin1Char('\n')));
+        reporter.problem(
+            judgedText(JudgementKind::Failed,
+                       whyText(write.outcome) + QLatin1Char('\n') + wayBack(job, backup)));
         break;
     case Trouble::Mismatch:
-        reporter.problem(mismatchText(write.mismatch) + QLatin1Char('\n') + wayBack(job, backup));
+        reporter.problem(
+            judgedText(JudgementKind::Failed,
+                       mismatchText(write.mismatch) + QLatin1Char('\n') + wayBack(job, backup)));
         break;
     default:
         tellTrouble(write.outcome, reporter);

@@ -61,18 +61,32 @@ QString textOf(const JudgedJob &judged)
 
 } // namespace
 
+QString judgedText(JudgementKind kind, const QString &text)
+{
+    return QLatin1String(wordOf(kind)) + QStringLiteral(": ") + text;
+}
+
+QString whyText(const Outcome &outcome)
+{
+    if (outcome.trouble == Trouble::JobFailed)
+        return failureText(outcome);
+    if (outcome.trouble != Trouble::NotReadBack)
+        return troubleText(outcome);
+    Outcome read = outcome;
+    read.trouble = Trouble::JobFailed;
+    return troubleText(outcome) + QLatin1Char(' ') + failureText(read);
+}
+
 QString judgementText(const Outcome &outcome)
 {
-    const QString text =
-        outcome.trouble == Trouble::JobFailed ? failureText(outcome) : troubleText(outcome);
-    return text + QLatin1Char(' ') + stateText(outcome.state);
+    return whyText(outcome) + QLatin1Char(' ') + stateText(outcome.state);
 }
 
 QString judgementLine(const JudgedJob &judged)
 {
     if (judged.kind <= JudgementKind::Suspicious)
         return summaryOf(judged.verdict);
-    return QLatin1String(wordOf(judged.kind)) + QStringLiteral(": ") + textOf(judged);
+    return judgedText(judged.kind, textOf(judged));
 }
 
 QString guardText(const WriteGuard &guard)
@@ -81,8 +95,7 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::None:
         break;
     case GuardFault::Trouble:
-        return guard.outcome.trouble == Trouble::JobFailed ? failureText(guard.outcome)
-                                                           : troubleText(guard.outcome);
+        return whyText(guard.outcome);
     case GuardFault::OtherSystem:
         return QStringLiteral("The cartridge is of another system than the settings say.");
     case GuardFault::Danger:

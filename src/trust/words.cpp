@@ -260,9 +260,10 @@ QString troubleText(const Outcome &outcome)
         return jobFailureText(outcome.job.end, outcome.detail);
     case Trouble::Stopped:
         return outcome.state == CartridgeState::NotWritten
-                   ? QStringLiteral("Stopped before the write.")
-                   : QStringLiteral("Stopped before two reads were compared. What was read is not "
-                                    "kept.");
+                   ? QStringLiteral("Asked to stop before the write.")
+                   : QStringLiteral(
+                         "Asked to stop before two reads were compared. What was read is not "
+                         "kept.");
     case Trouble::ReadsDiffer:
         return QStringLiteral("Two reads of the cartridge differ (%1), so there can be no backup "
                               "of it. Clean the contacts, push the cartridge in again.")

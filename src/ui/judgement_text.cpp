@@ -201,8 +201,7 @@ QStringList refusalEntries(const WriteGuard &guard)
     const bool isRead =
         guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
     const CartridgeState state = isRead ? CartridgeState::NotRead : CartridgeState::NotWritten;
-    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
-                                                 stateText(state))};
+    QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
         entries << plainEntry(tr("If you know better, turn \"Guard writes\" off in the menu at the "
@@ -213,8 +212,7 @@ QStringList refusalEntries(const WriteGuard &guard)
 QStringList outcomeEntries(const Outcome &outcome)
 {
     const JudgementKind kind = judgementOf(outcome);
-    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
-                                                 judgementText(outcome))};
+    QStringList entries{judgementEntry(kind, judgedText(kind, judgementText(outcome)))};
     appendUnlessEmpty(failureAdvice(outcome), &entries);
     return entries << QString::fromLatin1(kLogRule);
 }

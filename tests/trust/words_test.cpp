@@ -134,7 +134,7 @@ private slots:
         const auto text = [&texts](Trouble trouble) { return texts[int(trouble) - 1]; };
         for (const Trouble trouble : {Trouble::ReadsDiffer, Trouble::NoFolder, Trouble::NoFile})
             QVERIFY2(text(trouble).contains("THE DETAIL"), qPrintable(text(trouble)));
-        QVERIFY(text(Trouble::Stopped).startsWith("Stopped before two reads were compared."));
+        QVERIFY(text(Trouble::Stopped).startsWith("Asked to stop before two reads were compared."));
         QVERIFY(text(Trouble::ReadsDiffer)
                     .startsWith("Two reads of the cartridge differ (THE DETAIL)"));
         QVERIFY(text(Trouble::SaveIsBlank).startsWith("All bytes of the save are equal."));
@@ -145,7 +145,7 @@ private slots:
         Outcome outcome;
         outcome.trouble = Trouble::Stopped;
         outcome.state = CartridgeState::NotWritten;
-        QCOMPARE(troubleText(outcome), QString("Stopped before the write."));
+        QCOMPARE(troubleText(outcome), QString("Asked to stop before the write."));
     }
 
     void everyFailedJobIsTold()
