@@ -47,9 +47,8 @@ bool waitForGbErase(JobListener &listener)
     });
 }
 
-bool eraseGbaSave(JobListener &listener)
+bool waitForGbaSaveErase(JobListener &listener)
 {
-    gbaSaveErase();
     return pollUntilErased(listener, [] {
         std::uint8_t bytes[10] = {};
         gbaSramRead(0, bytes, sizeof(bytes));

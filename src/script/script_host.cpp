@@ -1,5 +1,7 @@
 #include "script/script_host.h"
 
+#include "device/device_commands.h"
+#include "device/device_link.h"
 #include "device/local_path.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
@@ -125,7 +127,14 @@ JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
     if (job->job.saveType == kFlashSave) {
         job->listener.onLine(QObject::tr("Start erase flash chip..."));
         job->hasTouchedCartridge = true;
-        if (!eraseGbaSave(job->listener))
+        const std::uint32_t answer = gbaSaveErase();
+        if (answer == 0 || answer == kFailed) {
+            job->scriptError = job->failedOperation =
+                QStringLiteral("the reader did not take the command that erases the save");
+            job->listener.onLine(job->scriptError);
+            return JobEnd::ScriptFailed;
+        }
+        if (!waitForGbaSaveErase(job->listener))
             return JobEnd::Cancelled;
         job->listener.onLine(QObject::tr("Erase flash chip finish."));
     }
@@ -136,9 +145,12 @@ JobEnd flashRom(HSQUIRRELVM v, RunningJob *job)
 {
     const int size = job->job.romSize;
     job->listener.onLine(QObject::tr("Start erase flash chip..."));
-    // The poll below decides whether the erase worked.
     const SQRESULT erased = callScriptFunction(v, "cpu_erase", job, 2, size, job->job.flashWidth);
     job->scriptError = SQ_FAILED(erased) ? lastError(v) : QString();
+    // A chip that never got the commands need not be waited for. Whatever else went wrong, the poll
+    // below decides whether the erase worked.
+    if (SQ_FAILED(erased) && !job->failedOperation.isEmpty())
+        return JobEnd::ScriptFailed;
     if (!waitForGbErase(job->listener))
         // A script that did not say why it sent nothing has refused nothing: the user ended the
         // wait.

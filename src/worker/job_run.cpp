@@ -101,8 +101,9 @@ JobResult runJob(const CartridgeJob &job, const QByteArray &input, JobListener &
     QByteArray buffer;
     result.end = runSteps(&running, input, &buffer);
     result.wantedBytes = bytesToMove(running.job);
-    result.movedBytes = std::max(0, running.cursor);
+    result.movedBytes = running.cursor;
     result.scriptError = running.scriptError;
+    result.failedOperation = running.failedOperation;
     result.hasTouchedCartridge = running.hasTouchedCartridge;
     result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
     if (isReadJob(job.operate) && !buffer.isEmpty()) {

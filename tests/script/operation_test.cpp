@@ -56,6 +56,8 @@ private slots:
     void eraseMayFail_data();
     void eraseMayFail();
     void nativeErrorFailsTheOperation();
+    void unwrittenSaveEraseFailsTheOperation();
+    void eraseThatTheReaderDidNotTakeIsNotWaitedFor();
 
     void eachOperationGetsAFreshMachine();
     void eraseAndFlashShareOneMachine();
@@ -323,8 +325,49 @@ void OperationTest::nativeErrorFailsTheOperation()
     bench.drive.failNext(DriveCall::OpenWrite);
     bench.setScript("function cpu_dump(dev, a, b) { cpu_write(dev, 0x2000, 1); print(\"on\"); }");
     QVERIFY(!bench.run(0));
-    QCOMPARE(scriptErrors(bench.logs()), QStringList{"unknown"});
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, QString("cpu_write: the reader did not take the command"));
+    QCOMPARE(scriptErrors(bench.logs()), QStringList{bench.scriptError});
     QVERIFY(!bench.logs().contains("on"));
+}
+
+// An old save may begin with the byte of an erased one.
+void OperationTest::unwrittenSaveEraseFailsTheOperation()
+{
+    for (const DriveCall call : {DriveCall::OpenWrite, DriveCall::Write}) {
+        ScriptBench bench;
+        bench.drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
+        bench.job.saveType = 1;
+        bench.setScript(kTellingScript);
+        bench.drive.failNext(call);
+        QVERIFY(!bench.run(GBA_WRITE_RAM));
+        QCOMPARE(bench.end, JobEnd::ScriptFailed);
+        QCOMPARE(bench.logs(), (QStringList{"Start erase flash chip...", bench.scriptError}));
+        QCOMPARE(bench.scriptError,
+                 QString("the reader did not take the command that erases the save"));
+        QCOMPARE(bench.drive.reads.size(), 0);
+    }
+}
+
+// Unlike any other error of cpu_erase: there the poll decides.
+void OperationTest::eraseThatTheReaderDidNotTakeIsNotWaitedFor()
+{
+    ScriptBench bench;
+    bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
+    bench.setScript("function cpu_erase(dev, a, b) { cpu_write(dev, 0x555, 0x10); }\n"
+                    "function cpu_flash(dev, a, b) { print(\"flashing\"); }");
+    bench.drive.failNext(DriveCall::Write);
+    QVERIFY(!bench.run(GB_WRITE_FLASH));
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, QString("cpu_write: the reader did not take the command"));
+    QCOMPARE(bench.drive.reads.size(), 0);
+    // What the script has dealt with is for the poll again.
+    bench.setScript("function cpu_erase(dev, a, b) { try { cpu_write(dev, 0x555, 0x10); } catch "
+                    "(error) { cpu_write(dev, 0x555, 0x10); } }\n"
+                    "function cpu_flash(dev, a, b) { print(\"flashing\"); }");
+    bench.drive.failNext(DriveCall::Write);
+    QVERIFY(bench.run(GB_WRITE_FLASH));
+    QVERIFY(bench.logs().contains("flashing"));
 }
 
 void OperationTest::eachOperationGetsAFreshMachine()

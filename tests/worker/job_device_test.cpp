@@ -129,7 +129,6 @@ void JobDeviceTest::failuresThatTheModeSelectionDoesNotSee()
     }
 }
 
-// Bus writes are the only natives that notice.
 void JobDeviceTest::vanishingReaderFailsAWritingScript()
 {
     JobBench bench;
