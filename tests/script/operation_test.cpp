@@ -55,6 +55,9 @@ private slots:
     void failingEntryFunctionFails();
     void eraseMayFail_data();
     void eraseMayFail();
+    void suspendedScriptFails_data();
+    void suspendedScriptFails();
+    void suspendedCoroutineIsNoFailure();
     void nativeErrorFailsTheOperation();
     void unwrittenSaveEraseFailsTheOperation();
     void eraseThatTheReaderDidNotTakeIsNotWaitedFor();
@@ -317,6 +320,63 @@ void OperationTest::eraseMayFail()
     QCOMPARE(logs.mid(logs.size() - 4),
              (QStringList{"Erase flash chip finish.", "Start flash ROM...", "flashing",
                           "Flash ROM finish."}));
+}
+
+void OperationTest::suspendedScriptFails_data()
+{
+    QTest::addColumn<int>("operate");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QStringList>("lines"); // %1 is what the host says
+    QTest::newRow("GB ROM dump") << 0 << "cpu_dump"
+                                 << QStringList{"Start dump rom...", "%1", "Dump rom finish."};
+    QTest::newRow("GB save dump") << 2 << "save_dump"
+                                  << QStringList{"Start dump save...", "%1", "Dump save finish."};
+    QTest::newRow("GB save write")
+        << 3 << "save_write" << QStringList{"Start write save...", "%1", "Write save finish."};
+    QTest::newRow("GBA ROM dump") << 4 << "cpu_dump"
+                                  << QStringList{"Start dump rom...", "%1", "Dump rom finish."};
+    QTest::newRow("GBA save dump")
+        << 6 << "save_dump" << QStringList{"Start dump save...", "%1", "Dump save finish."};
+    QTest::newRow("GBA save write")
+        << 7 << "save_write" << QStringList{"Start write save...", "%1", "Write save finish."};
+    QTest::newRow("GB flash write, erase")
+        << 1 << "cpu_erase" << QStringList{"Start erase flash chip...", "%1"};
+    QTest::newRow("GB flash write, flash")
+        << 1 << "cpu_flash"
+        << QStringList{"Start erase flash chip...", "Erase flash chip finish.",
+                       "Start flash ROM...", "%1", "Flash ROM finish."};
+    QTest::newRow("top level") << 0 << "the script"
+                               << QStringList{"%1", "dump core script error\n"};
+}
+
+// To the library it has succeeded, but what it was to do has not been done. The state of the
+// cartridge plays no part: it is no refusal, even before anything was sent.
+void OperationTest::suspendedScriptFails()
+{
+    QFETCH(int, operate);
+    QFETCH(QString, entry);
+    QFETCH(QStringList, lines);
+    ScriptBench bench;
+    bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
+    const QByteArray suspended =
+        "function " + entry.toLatin1() + "(dev, a, b) { suspend(1); print(\"woken up\"); }";
+    const QByteArray erase = "function cpu_erase(dev, a, b) {}\n";
+    bench.setScript(entry.contains(' ')
+                        ? QByteArray("suspend();")
+                        : (entry == "cpu_erase" ? QByteArray() : erase) + suspended);
+    QVERIFY(!bench.run(operate));
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, entry + " suspended itself");
+    QCOMPARE(bench.logs(), lines.replaceInStrings("%1", bench.scriptError));
+}
+
+void OperationTest::suspendedCoroutineIsNoFailure()
+{
+    ScriptBench bench;
+    bench.setScript("function cpu_dump(dev, a, b) { local part = newthread(function() {\n"
+                    "suspend(1); print(\"never\"); }); part.call(); }");
+    QVERIFY(bench.run(0));
+    QCOMPARE(bench.scriptError, QString());
 }
 
 void OperationTest::nativeErrorFailsTheOperation()
