@@ -83,7 +83,7 @@ struct JobResult {
     QByteArray bytes; // of a job that reads: zeros where nothing arrived; empty without a buffer
 
     // Nothing went wrong anywhere. A script may end well although an operation failed: it may catch
-    // the error, and the count that some operations answer hides what became of their parts.
+    // the error.
     bool isWhole() const
     {
         return end == JobEnd::Done && movedBytes == wantedBytes && failedOperation.isEmpty() &&

@@ -84,26 +84,41 @@ SQInteger failOperation(HSQUIRRELVM v, const char *native, const QString &what)
     return sq_throwerror(v, message.toUtf8().constData());
 }
 
-// What a writing operation answered. Bytes that were never to be sent were not refused.
-SQInteger checkTaken(HSQUIRRELVM v, const char *native, std::uint32_t answer, bool sendsSomething)
+// What an operation answered, and whether the drive reported an error meanwhile: some operations
+// consist of several commands and answer the whole length whatever became of these.
+struct Answer {
+    std::uint32_t count = 0;
+    bool hasDriveError = false;
+};
+
+template <typename Operation> Answer perform(HSQUIRRELVM v, Operation operation)
 {
-    const bool isRefused = answer == kFailed || (answer == 0 && sendsSomething);
-    return isRefused
-               ? failOperation(v, native, QStringLiteral("the reader did not take the command"))
-               : 0;
+    ownerOf(v).hasTouchedCartridge = true;
+    const std::uint32_t errorsBefore = driveErrorCount();
+    const std::uint32_t count = operation();
+    return {count, driveErrorCount() != errorsBefore};
 }
 
-// What a reading operation answered. After a short read the next one would land at the wrong place.
-SQInteger checkArrived(HSQUIRRELVM v, const char *native, std::uint32_t answer,
+// Of a writing operation. Bytes that were never to be sent were not refused.
+SQInteger checkTaken(HSQUIRRELVM v, const char *native, const Answer &answer, bool sendsSomething)
+{
+    const bool isTaken = answer.count != kFailed && (answer.count != 0 || !sendsSomething);
+    return isTaken && !answer.hasDriveError
+               ? 0
+               : failOperation(v, native, QStringLiteral("the reader did not take the command"));
+}
+
+// Of a reading operation. After a short read the next one would land at the wrong place.
+SQInteger checkArrived(HSQUIRRELVM v, const char *native, const Answer &answer,
                        std::uint32_t length)
 {
-    if (answer == length)
+    if (answer.count == length && !answer.hasDriveError)
         return 0;
-    return answer == 0 || answer == kFailed
+    return answer.count == 0 || answer.count >= length
                ? failOperation(v, native, QStringLiteral("the reader did not answer"))
                : failOperation(
                      v, native,
-                     QStringLiteral("only %1 of %2 bytes arrived").arg(answer).arg(length));
+                     QStringLiteral("only %1 of %2 bytes arrived").arg(answer.count).arg(length));
 }
 
 // A transfer must stay inside the job's buffer.
@@ -131,10 +146,10 @@ SQInteger readToBuffer(HSQUIRRELVM v, DeviceOperation read, const Transfer &tran
 {
     if (SQ_FAILED(checkBounds(v, transfer)))
         return SQ_ERROR;
-    ownerOf(v).hasTouchedCartridge = true;
     RunningJob *job = transfer.job;
-    const std::uint32_t count = read(transfer.address, job->data + job->cursor, transfer.length);
-    if (SQ_FAILED(checkArrived(v, transfer.native, count, transfer.length)))
+    const Answer answer = perform(
+        v, [&] { return read(transfer.address, job->data + job->cursor, transfer.length); });
+    if (SQ_FAILED(checkArrived(v, transfer.native, answer, transfer.length)))
         return SQ_ERROR;
     advance(job, transfer.length, maximum);
     return 0;
@@ -145,9 +160,9 @@ SQInteger writeFromBuffer(HSQUIRRELVM v, DeviceOperation write, const Transfer &
 {
     if (SQ_FAILED(checkBounds(v, transfer)))
         return SQ_ERROR;
-    ownerOf(v).hasTouchedCartridge = true;
     RunningJob *job = transfer.job;
-    const std::uint32_t answer = write(transfer.address, job->data + job->cursor, transfer.length);
+    const Answer answer = perform(
+        v, [&] { return write(transfer.address, job->data + job->cursor, transfer.length); });
     if (SQ_FAILED(checkTaken(v, transfer.native, answer, transfer.length != 0)))
         return SQ_ERROR;
     advance(job, transfer.length, maximum);
@@ -170,8 +185,8 @@ SQInteger nat_cpu_write(HSQUIRRELVM v)
             return SQ_ERROR;
         ++count;
     }
-    ownerOf(v).hasTouchedCartridge = true;
-    return checkTaken(v, "cpu_write", deviceOps.gbWrite(addresses, values, count), true);
+    const Answer answer = perform(v, [&] { return deviceOps.gbWrite(addresses, values, count); });
+    return checkTaken(v, "cpu_write", answer, true);
 }
 
 SQInteger nat_cpu_read_gb(HSQUIRRELVM v)
@@ -223,8 +238,7 @@ SQInteger nat_ram_erase(HSQUIRRELVM v)
 {
     if (sq_gettop(v) < 1)
         return sq_throwerror(v, "argument number error");
-    ownerOf(v).hasTouchedCartridge = true;
-    return checkTaken(v, "ram_erase", gbaSaveErase(), true);
+    return checkTaken(v, "ram_erase", perform(v, gbaSaveErase), true);
 }
 
 SQInteger nat_rom_write(HSQUIRRELVM v)

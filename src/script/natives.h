@@ -12,7 +12,8 @@
 // arrived.
 //
 // An operation of the device that fails ends the script as well: the reader took no command, did
-// not answer, or sent fewer bytes than asked for. The cursor stays where it was, so that it always
+// not answer, or sent fewer bytes than asked for, or the drive reported an error in any part of the
+// operation. The cursor stays where it was, so that it always
 // says how much has arrived, and no progress is told. The message is one of
 //     NAME: the reader did not take the command
 //     NAME: the reader did not answer

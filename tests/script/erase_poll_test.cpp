@@ -88,6 +88,7 @@ private slots:
     void saveLookIsAlwaysAnSramRead_data();
     void saveLookIsAlwaysAnSramRead();
     void failedLookIsNoErasedChip();
+    void replyToAnotherCommandIsNoErasedChip();
     void usualWaitTakesItsTime();
 
 private:
@@ -217,6 +218,18 @@ void ErasePollTest::failedLookIsNoErasedChip()
     m_bench->drive.failNext(DriveCall::Read);
     QVERIFY(waitForGbaSaveErase(m_bench->recorder));
     QCOMPARE(waits, 4);
+}
+
+// The reply file still shows what an older command asked for.
+void ErasePollTest::replyToAnotherCommandIsNoErasedChip()
+{
+    m_bench->drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
+    for (const DriveCall call : {DriveCall::OpenWrite, DriveCall::Write}) {
+        waits = 0;
+        m_bench->drive.failNext(call);
+        QVERIFY(waitForGbaSaveErase(m_bench->recorder));
+        QCOMPARE(waits, 2);
+    }
 }
 
 // A chip needs time before a look makes sense: the thread sleeps a full second.
