@@ -8,6 +8,7 @@
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
 #include "worker/flash_chip_probe.h"
+#include "worker/log_text.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -169,7 +170,8 @@ void MainTab::push_info()
 {
     const ReaderSession session;
     ReportOutput output;
-    output.line = [this](const QString &line) { info(line); };
+    output.line = [this](const QString &line) { info(logText(line)); };
+    output.rule = [this] { info(QString::fromLatin1(kRule)); };
     output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
     makeCartridgeReport(output);
 }

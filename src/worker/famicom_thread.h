@@ -37,6 +37,8 @@ public:
     unsigned char *data_buf = nullptr; // transfer buffer; exists only during run()
 
 signals:
+    // One line for the window's log; what is foreign in it (paths, what the script says) as
+    // logText() has it.
     void log(QString);
     void set_progress(int ile, int max);
     // 1 = the job succeeded, 0 = it failed. Once per job, after the last set_progress(1, 1).
