@@ -91,13 +91,34 @@ void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const K
     }
 }
 
+// Names the file when the write itself begins: until then the user may still stop.
+class WriteListener : public CliListener
+{
+public:
+    WriteListener(Reporter &reporter, const QString &path)
+        : CliListener(reporter), m_fileLine(QStringLiteral("Write file :") + path),
+          m_reporter(reporter)
+    {
+    }
+
+    void onPhase(Phase phase, int totalBytes) override
+    {
+        if (phase == Phase::Write)
+            m_reporter.log(m_fileLine);
+        CliListener::onPhase(phase, totalBytes);
+    }
+
+private:
+    const QString m_fileLine;
+    Reporter &m_reporter;
+};
+
 // Writes the content, which came from the user's file, and tells how that went.
 ExitCode writeContent(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                       const QString &path, const QByteArray &content, const KeptBackup &backup,
                       Reporter &reporter)
 {
-    reporter.log(QStringLiteral("Write file :") + path);
-    CliListener listener(reporter);
+    WriteListener listener(reporter, path);
     const CheckedWrite write = writeAndCheck(writeJob, readJob, content, listener);
     if (write.outcome.isDone())
         tellWritten(content.size(), backup, reporter);

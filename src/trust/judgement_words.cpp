@@ -14,16 +14,13 @@ QString withStop(const QString &text)
 QString incompleteText(const Outcome &outcome)
 {
     const JobResult &job = outcome.job;
-    const QString error =
-        job.driveError.isEmpty() ? QString() : QStringLiteral(": ") + job.driveError;
-    if (job.movedBytes == job.wantedBytes)
-        return withStop(QStringLiteral("the drive reported an error") + error);
-    return withStop(QStringLiteral("%1 of %2 bytes %3%4")
-                        .arg(job.movedBytes)
-                        .arg(job.wantedBytes)
-                        .arg(outcome.phase == Phase::Write ? QStringLiteral("were written")
-                                                           : QStringLiteral("arrived"),
-                             error));
+    const QString reason = job.driveError.isEmpty() ? job.failedOperation : job.driveError;
+    const QString count = QStringLiteral("%1 of %2 bytes %3")
+                              .arg(job.movedBytes)
+                              .arg(job.wantedBytes)
+                              .arg(outcome.phase == Phase::Write ? QStringLiteral("were written")
+                                                                 : QStringLiteral("arrived"));
+    return withStop(reason.isEmpty() ? count : count + QStringLiteral(": ") + reason);
 }
 
 QString failureText(const Outcome &outcome)

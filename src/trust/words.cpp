@@ -205,6 +205,8 @@ QStringList failureLines(const JobResult &result)
     const bool hasReason = !result.scriptError.isEmpty() || !jobEndLine(result.end).isEmpty();
     if (!hasRun && hasReason)
         lines << reasonOf(result);
+    if (result.end == JobEnd::Done && !result.failedOperation.isEmpty())
+        lines << result.failedOperation; // nothing else tells of an error that the script caught
     if (!result.driveError.isEmpty())
         lines << result.driveError;
     if (hasRun && result.movedBytes != result.wantedBytes)

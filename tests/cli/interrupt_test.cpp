@@ -144,6 +144,7 @@ private slots:
                                      "is as it was."),
                  qPrintable(m_messages));
         QVERIFY2(m_messages.contains("Backup: " + m_options.backupFolder), qPrintable(m_messages));
+        QVERIFY2(!m_messages.contains("Write file"), qPrintable(m_messages));
     }
 
     void endlessEraseOfAChipIsLeft()

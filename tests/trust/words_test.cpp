@@ -171,6 +171,12 @@ private slots:
         result.driveError = "the drive is full";
         QCOMPARE(failureLines(result),
                  (QStringList{"the drive is full", "Only 512 of 1024 bytes were transferred."}));
+        result.failedOperation = "cpu_write: no";
+        QCOMPARE(failureLines(result), (QStringList{"cpu_write: no", "the drive is full",
+                                                    "Only 512 of 1024 bytes were transferred."}));
+        // What ended the script stands in its log.
+        result.end = JobEnd::ScriptFailed;
+        QCOMPARE(failureLines(result).first(), QString("the drive is full"));
         result.end = JobEnd::Refused;
         result.scriptError = "MBC5: no.";
         QCOMPARE(failureLines(result), (QStringList{"MBC5: no.", "the drive is full"}));
