@@ -185,7 +185,7 @@ void MainTab::push_info()
     const ReaderSession session;
     ReportOutput output;
     output.line = [this](const QString &line) { info(logText(line)); };
-    output.rule = [this] { info(QString::fromLatin1(kRule)); };
+    output.rule = [this] { info(QString::fromLatin1(kLogRule)); };
     output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
     makeCartridgeReport(output);
 }

@@ -37,11 +37,11 @@ QVector<CliCase> faultyReaderCases()
     };
     const QString half = "[cpu_read: only 8192 of 16384 bytes arrived]";
     comesShort("in the last read", "32K", "folder:24576", half,
-               "Only 16384 of 32768 bytes were transferred.");
+               "incomplete: 16384 of 32768 bytes arrived");
     comesShort("in all reads but the first", "64K", "folder:24576", half,
-               "Only 16384 of 65536 bytes were transferred.");
+               "incomplete: 16384 of 65536 bytes arrived");
     comesShort("no byte at all", "32K", "folder:0", "[cpu_read: the reader did not answer]",
-               "Only 0 of 32768 bytes were transferred.");
+               "incomplete: 0 of 32768 bytes arrived");
     // The same with all the data, so that the rows above fail for their shortness alone. Noise is
     // no game, and said to be none.
     const QByteArray data = noise(0x8000, 3);
@@ -82,7 +82,7 @@ QVector<CliCase> faultyReaderCases()
                  ExitCode::TransferFailed,
                  "usedCartridge",
                  {is("")},
-                 {holds("bytes were transferred.")}});
+                 {holds("bytes arrived")}});
 
     struct Fault {
         const char *reader;
