@@ -49,7 +49,7 @@ void DrivenWindow::pressInSettings(const QStringList &keys)
 
 void DrivenWindow::press(WindowButton button)
 {
-    const char *const kShortcuts[] = {"ctrl+i", "ctrl+d", "ctrl+f", "ctrl+r", "ctrl+w"};
+    const char *const kShortcuts[] = {"ctrl+i", "ctrl+d", "ctrl+f", "ctrl+r", "ctrl+w", "ctrl+e"};
     m_desktop.focusWindow(kTitle);
     m_desktop.press({kShortcuts[static_cast<int>(button)]});
 }

@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 
 // Pressed by its shortcut.
-enum class WindowButton { Info, Dump, Flash, ReadRam, WriteRam };
+enum class WindowButton { Info, Dump, Flash, ReadRam, WriteRam, ReadAgain };
 
 class DrivenWindow
 {

@@ -31,10 +31,11 @@ MountedReader::~MountedReader()
 QString MountedReader::start(const QString &cartPath, const QString &savePath,
                              const QStringList &options)
 {
-    QStringList arguments = {
-        "--mount",         m_folder.path(), "--cart", cartPath,
-        "--label",         "READER",        "--log",  m_logFolder.filePath("log"),
-        "--strict-sectors"};
+    QStringList arguments = {"--mount",         m_folder.path(), "--label",
+                             "READER",          "--log",         m_logFolder.filePath("log"),
+                             "--strict-sectors"};
+    if (!cartPath.isEmpty())
+        arguments << "--cart" << cartPath;
     if (!savePath.isEmpty())
         arguments << "--save" << savePath;
     m_process.start(VIRTUAL_READER_PROGRAM, arguments + options);

@@ -14,8 +14,9 @@ public:
     MountedReader();
     ~MountedReader();
 
-    // Mounts a reader with this image in its slot; sectors are as strict as a disk's. `savePath`
-    // may be empty; `options` are more of the reader's own. Waits until the mount stands.
+    // Mounts a reader with this image in its slot, empty for none; sectors are as strict as a
+    // disk's. `savePath` may be empty; `options` are more of the reader's own. Waits until the
+    // mount stands.
     // Returns: why it does not; empty on success.
     QString start(const QString &cartPath, const QString &savePath = QString(),
                   const QStringList &options = {});
