@@ -36,6 +36,7 @@ void createWidgets(MainTab *tab)
     tab->flashButton->setToolTip(MainTab::tr("Flash ROM to a writeable cartridge!"));
     tab->readRamButton->setToolTip(MainTab::tr("Read SRAM from cartridge!"));
     tab->writeRamButton->setToolTip(MainTab::tr("Write SRAM to cartridge!"));
+    tab->progress->setAccessibleName(MainTab::tr("Progress"));
 }
 
 void layOutWidgets(MainTab *tab)
@@ -245,19 +246,18 @@ void MainTab::setProgress(int ile, int max)
 
 void MainTab::setEnabledButtons(bool stan)
 {
-    // A disabled button gives the keyboard away; the one that was pressed gets it back.
-    const bool isLost = cancelButton->hasFocus() || focusWidget() == nullptr;
-    QPushButton *focused = nullptr;
+    // The action that was pressed cannot keep the keyboard. The tab holds it meanwhile, where no
+    // key does anything, and gives it back unless the user has taken it elsewhere.
     for (QPushButton *button :
          {infoButton, dumpButton, readRamButton, flashButton, writeRamButton}) {
-        if (button->hasFocus())
-            focused = button;
+        if (!stan && button->hasFocus()) {
+            m_pressed = button;
+            setFocus();
+        }
         button->setEnabled(stan);
     }
     cancelButton->setEnabled(!stan);
-    if (focused != nullptr)
-        m_pressed = focused;
-    if (stan && m_pressed != nullptr && isLost)
+    if (stan && hasFocus() && m_pressed != nullptr)
         m_pressed->setFocus();
 }
 
