@@ -144,7 +144,7 @@ void GuardedJob::endRefused()
     QMetaObject::invokeMethod(
         this,
         [this] {
-            m_tab->info(guardText(m_guard).toHtmlEscaped());
+            m_tab->info(plainEntry(guardText(m_guard)));
             m_tab->info(QString::fromLatin1(kLogRule));
             tell(refusalEntries(m_guard));
             becomeIdle();
