@@ -171,11 +171,11 @@ private slots:
     void writeIsKeptMadeAndCompared();
     void uncomparedWriteSaysSo();
     void longFileIsWrittenAsFarAsItFits();
-    void blankSaveThatTheHeaderNamesIsWritten();
     void writeThatDidNothingIsFailed_data();
     void writeThatDidNothingIsFailed();
     void badWriteIsNotBegun_data();
     void badWriteIsNotBegun();
+    void saveThatReadsDifferentlyIsNotReplaced();
     void shortFileWritesNothing();
     void errorBehindTheEraseNamesTheBackup();
     void folderThatCannotBeMadeRefuses();
@@ -190,6 +190,8 @@ void GuardedWriteTest::writeIsKeptMadeAndCompared_data()
 {
     QTest::addColumn<WriteCase>("row");
     QTest::newRow("GB save") << gbSave(noise(32 * kKiB, 2));
+    QTest::newRow("blank GB save of the header's size")
+        << gbSave(noise(32 * kKiB, 2), QByteArray(32 * kKiB, '\xFF'));
     QTest::newRow("GBA SRAM") << gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
     QTest::newRow("GBA FLASH 64 KiB") << gbaSave(GbaSaveType::Flash, kSaveFlash, 64 * kKiB);
     QTest::newRow("GBA FLASH 128 KiB") << gbaSave(GbaSaveType::Flash, kSaveFlash, 128 * kKiB);
@@ -246,17 +248,6 @@ void GuardedWriteTest::longFileIsWrittenAsFarAsItFits()
     QVERIFY(window->tab().console->toHtml().contains("background-color:#fff3c9"));
     QVERIFY(window->bench().save() == row.file.left(32 * kKiB));
     QVERIFY(onlyBackup(*window) == old);
-}
-
-void GuardedWriteTest::blankSaveThatTheHeaderNamesIsWritten()
-{
-    const QByteArray blank(32 * kKiB, '\xFF');
-    const WriteCase row = gbSave(noise(32 * kKiB, 2), blank);
-    const auto window = windowFor(row);
-    window->run(row.button, window->bench().addFile("new", row.file));
-    QCOMPARE(window->judgement(), QString("written: 32768 bytes, read back and equal"));
-    QVERIFY(window->bench().save() == row.file);
-    QVERIFY(onlyBackup(*window) == blank);
 }
 
 void GuardedWriteTest::writeThatDidNothingIsFailed_data()
@@ -355,6 +346,24 @@ void GuardedWriteTest::badWriteIsNotBegun()
     QVERIFY(window->bench().save() == save);
     QCOMPARE(window->backups().size(), 0);
     QCOMPARE(window->tab().guarded->isBusy(), false);
+}
+
+void GuardedWriteTest::saveThatReadsDifferentlyIsNotReplaced()
+{
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    DriveFault flip = dumpReadFault(7); // of the second read
+    flip.code = DriveErrorCode::None;
+    flip.bytes = DriveFault::kAllBytes;
+    flip.flips = 0x01;
+    window->bench().drive().addFault(flip);
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(),
+             QString("refused: Nothing was written; the cartridge is as it was."));
+    QVERIFY(window->log().contains("Two reads of the cartridge differ (bank "));
+    QVERIFY(window->bench().save() == old);
+    QVERIFY(window->backups().isEmpty());
 }
 
 void GuardedWriteTest::shortFileWritesNothing()
