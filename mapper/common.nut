@@ -66,17 +66,6 @@ function guarded(dev, rest, work)
         rest(dev);
 }
 
-// A read that fails leaves the cursor short of the end of the buffer and says nothing. At the end
-// the native has no room for one more byte, and its error, thrown before it reads, names the
-// cursor.
-function check_all_read(dev, size, read)
-{
-    local refusal = "";
-    try { read(dev, 0, 1); } catch (error) { refusal = error; }
-    if (refusal.find("cursor " + size + ",") == null)
-        throw MAPPER + ": a read from the reader failed. The cartridge is as it was. Try again.";
-}
-
 // Reads a ROM in file order. A bank at address 0 has the next one behind it, and one read takes
 // both. `show` brings banks 0 and 1 to the bus by leaving the mapper at rest.
 function read_rom(dev, size, rest, show)
@@ -90,7 +79,6 @@ function read_rom(dev, size, rest, show)
         }
         return size == 2 * ROM_BANK;
     });
-    check_all_read(dev, size, cpu_read);
 }
 
 // The same for mappers that show bank 0 at 0x0000 and, once `select` was called, any other one at
@@ -123,7 +111,6 @@ function dump_save(dev, size, sizes, rest, open)
 {
     check_save_size(size, sizes);
     move_save(dev, size, rest, open, cpu_read);
-    check_all_read(dev, size, cpu_read);
 }
 
 function write_save(dev, size, sizes, rest, open)

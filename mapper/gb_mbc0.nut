@@ -46,10 +46,8 @@ function cpu_dump(dev, size, _)
         refuse("read a ROM of " + size + " bytes", "an MMM01 shows no more than 2 MiB until it " +
             "loses power, and without a mapper a ROM has 32 KiB");
     check_rom_size(size, LARGEST_ROM);
-    if (size == PLAIN_ROM) {
-        cpu_read(dev, 0x0000, PLAIN_ROM);
-        return check_all_read(dev, size, cpu_read);
-    }
+    if (size == PLAIN_ROM)
+        return cpu_read(dev, 0x0000, PLAIN_ROM);
     local setup = size > LARGEST_PLAINLY_MAPPED_ROM ? MULTIPLEX_IN_MODE_1 : 0x00;
     read_rom(dev, size, rest, function(dev, bank) {
         local low = bank % 32;

@@ -152,12 +152,12 @@ private:
 
     void tellWhatIsKept(const BackedUpMemory &rom)
     {
-        tellProblem(
-            ExitCode::Cancelled,
-            rom.path.isEmpty()
-                ? QStringLiteral("Stopped; nothing of it was kept.")
-                : QStringLiteral("Stopped; its ROM is in %1, its save was not kept.").arg(rom.path),
-            CartridgeState::OnlyRead, m_reporter);
+        tellProblem(ExitCode::Cancelled,
+                    rom.path.isEmpty()
+                        ? QStringLiteral("Asked to stop; nothing of it was kept.")
+                        : QStringLiteral("Asked to stop; its ROM is in %1, its save was not kept.")
+                              .arg(rom.path),
+                    CartridgeState::OnlyRead, m_reporter);
     }
 
     Reporter &m_reporter;

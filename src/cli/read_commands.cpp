@@ -102,7 +102,7 @@ private:
             return false;
         const CartridgeState before =
             m_options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
-        fail(ExitCode::Cancelled, QStringLiteral("Stopped; no file was made."),
+        fail(ExitCode::Cancelled, QStringLiteral("Asked to stop; no file was made."),
              m_read.reads == 0 ? before : CartridgeState::OnlyRead);
         return true;
     }

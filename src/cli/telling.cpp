@@ -1,6 +1,7 @@
 #include "cli/telling.h"
 
 #include "device/device_link.h"
+#include "trust/judgement_words.h"
 #include "trust/words.h"
 
 #include <QJsonArray>
@@ -95,6 +96,23 @@ QString jobAdvice(const Outcome &outcome)
         .trimmed();
 }
 
+JudgementKind judgementOf(ExitCode code)
+{
+    if (code == ExitCode::Refused)
+        return JudgementKind::Refused;
+    return code == ExitCode::Cancelled ? JudgementKind::Stopped : JudgementKind::Failed;
+}
+
+// Of a script that failed, its reason comes first and alone.
+QStringList jobLines(const Outcome &outcome)
+{
+    const JobEnd end = outcome.job.end;
+    const bool hasRun =
+        end == JobEnd::Done || end == JobEnd::ScriptFailed || end == JobEnd::Refused;
+    const QStringList lines = hasRun ? QStringList{whyText(outcome)} : failureLines(outcome.job);
+    return lines + QStringList{jobAdvice(outcome)};
+}
+
 } // namespace
 
 ExitCode readerFault(const CartridgeReport &report)
@@ -162,7 +180,8 @@ ExitCode tellTrouble(const Outcome &outcome, Reporter &reporter)
 {
     const ExitCode code = exitCodeOf(outcome);
     if (outcome.trouble == Trouble::JobFailed)
-        reporter.problem((failureLines(outcome.job) << jobAdvice(outcome)).join(QLatin1Char('\n')));
+        reporter.problem(
+            judgedText(judgementOf(outcome), jobLines(outcome).join(QLatin1Char('\n'))));
     else if (outcome.trouble != Trouble::None)
         tellProblem(code, troubleText(outcome) + wayOut(outcome), outcome.state, reporter);
     return code;
@@ -171,7 +190,8 @@ ExitCode tellTrouble(const Outcome &outcome, Reporter &reporter)
 ExitCode tellProblem(ExitCode code, const QString &problem, CartridgeState state,
                      Reporter &reporter)
 {
-    reporter.problem(problem + QLatin1Char(' ') + stateText(state));
+    const QString text = problem + QLatin1Char(' ') + stateText(state);
+    reporter.problem(code == ExitCode::Usage ? text : judgedText(judgementOf(code), text));
     return code;
 }
 

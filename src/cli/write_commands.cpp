@@ -8,6 +8,7 @@
 #include "cli/telling.h"
 #include "trust/checked_write.h"
 #include "trust/flash_check.h"
+#include "trust/judgement_words.h"
 #include "trust/kept_backup.h"
 #include "trust/pending_file.h"
 #include "trust/save_check.h"
@@ -76,25 +77,48 @@ void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const K
                              wayBack(job, backup));
         break;
     case Trouble::NotReadBack:
-        reporter.problem((failureLines(write.outcome.job)
-                          << troubleText(write.outcome) + QLatin1Char(' ') + wayBack(job, backup))
-                             .join(QLatin1Char('\n')));
+        reporter.problem(
+            judgedText(JudgementKind::Failed,
+                       whyText(write.outcome) + QLatin1Char('\n') + wayBack(job, backup)));
         break;
     case Trouble::Mismatch:
-        reporter.problem(mismatchText(write.mismatch) + QLatin1Char('\n') + wayBack(job, backup));
+        reporter.problem(
+            judgedText(JudgementKind::Failed,
+                       mismatchText(write.mismatch) + QLatin1Char('\n') + wayBack(job, backup)));
         break;
     default:
         tellTrouble(write.outcome, reporter);
     }
 }
 
+// Names the file when the write itself begins: until then the user may still stop.
+class WriteListener : public CliListener
+{
+public:
+    WriteListener(Reporter &reporter, const QString &path)
+        : CliListener(reporter), m_fileLine(QStringLiteral("Write file :") + path),
+          m_reporter(reporter)
+    {
+    }
+
+    void onPhase(Phase phase, int totalBytes) override
+    {
+        if (phase == Phase::Write)
+            m_reporter.log(m_fileLine);
+        CliListener::onPhase(phase, totalBytes);
+    }
+
+private:
+    const QString m_fileLine;
+    Reporter &m_reporter;
+};
+
 // Writes the content, which came from the user's file, and tells how that went.
 ExitCode writeContent(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                       const QString &path, const QByteArray &content, const KeptBackup &backup,
                       Reporter &reporter)
 {
-    reporter.log(QStringLiteral("Write file :") + path);
-    CliListener listener(reporter);
+    WriteListener listener(reporter, path);
     const CheckedWrite write = writeAndCheck(writeJob, readJob, content, listener);
     if (write.outcome.isDone())
         tellWritten(content.size(), backup, reporter);

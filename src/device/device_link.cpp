@@ -16,13 +16,16 @@ constexpr std::uint32_t kShortestTransfer = 1024;
 
 DriveBackend *activeBackend = nullptr;
 std::string driveError;
+std::uint32_t driveErrors = 0;
 
 // True if the call succeeded; otherwise its message is kept for lastDriveError().
 bool succeeded(const DriveStatus &status)
 {
-    if (!status.ok())
-        driveError = status.message;
-    return status.ok();
+    if (status.ok())
+        return true;
+    driveError = status.message;
+    ++driveErrors;
+    return false;
 }
 
 // Closing reports what writing could not: a failure of either makes the transfer a failure.
@@ -69,6 +72,11 @@ const std::string &lastDriveError()
 void clearLastDriveError()
 {
     driveError.clear();
+}
+
+std::uint32_t driveErrorCount()
+{
+    return driveErrors;
 }
 
 void releaseReader()

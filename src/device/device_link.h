@@ -47,6 +47,10 @@ DriveBackend &driveBackend();
 const std::string &lastDriveError();
 void clearLastDriveError();
 
+// How many failures the seam has reported. Read before and after a command it tells whether one
+// came in between, also where the command's count hides it.
+std::uint32_t driveErrorCount();
+
 // Gives up what the backend keeps open on the reader's drive. Call when a job or a report ends.
 void releaseReader();
 

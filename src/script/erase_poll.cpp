@@ -1,6 +1,7 @@
 #include "script/erase_poll.h"
 
 #include "device/device_commands.h"
+#include "device/device_link.h"
 #include "device/device_ops.h"
 #include "script/job.h"
 
@@ -19,12 +20,14 @@ void sleepBetweenLooks(unsigned long timeMs)
 
 PollWaiter pollWaiter = sleepBetweenLooks;
 
-// `look` reads the first byte of the chip.
+// `look` reads the first byte of the chip. A look that failed has seen nothing: the reply to an
+// older command may have shown itself.
 template <typename Look> bool pollUntilErased(JobListener &listener, Look look)
 {
     for (;;) {
         pollWaiter(kPollIntervalMs);
-        if (look() == kErased)
+        const std::uint32_t errorsBefore = driveErrorCount();
+        if (look() == kErased && driveErrorCount() == errorsBefore)
             return true;
         if (listener.isStopWanted())
             return false;
@@ -47,9 +50,8 @@ bool waitForGbErase(JobListener &listener)
     });
 }
 
-bool eraseGbaSave(JobListener &listener)
+bool waitForGbaSaveErase(JobListener &listener)
 {
-    gbaSaveErase();
     return pollUntilErased(listener, [] {
         std::uint8_t bytes[10] = {};
         gbaSramRead(0, bytes, sizeof(bytes));

@@ -12,9 +12,9 @@ class JobListener;
 // Returns: true when it reads 0xFF, false when the user cancelled.
 bool waitForGbErase(JobListener &listener);
 
-// Starts the erase of a GBA FLASH save and waits for it: byte 0 of the save, read as SRAM whatever
-// save type is bound. Result as above.
-bool eraseGbaSave(JobListener &listener);
+// The same for the erase of a GBA FLASH save: byte 0 of the save, read as SRAM whatever save type
+// is bound.
+bool waitForGbaSaveErase(JobListener &listener);
 
 // What passes the time between two looks; gets the time in milliseconds. Tests give a waiter that
 // returns at once. Null restores the default, which puts the thread to sleep.

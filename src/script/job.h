@@ -50,8 +50,7 @@ public:
 
     // One line of the log: the host's own, what the script prints, its errors.
     virtual void onLine(const QString &line) = 0;
-    // `doneBytes` is the cursor, which a failed read moves back; `maximum` the size that the native
-    // measures against.
+    // `doneBytes` is the cursor; `maximum` the size that the native measures against.
     virtual void onProgress(int doneBytes, int maximum) = 0;
     // Whether the user wants the job to stop. Asked only while an erase is polled: half a save or
     // half a ROM is worth nothing, so anything else is finished.
@@ -75,18 +74,20 @@ enum class JobEnd {
 
 struct JobResult {
     JobEnd end = JobEnd::Done;
-    int movedBytes = 0; // as far as the cursor came; never negative
+    int movedBytes = 0; // as far as the cursor came
     int wantedBytes = 0;
     QString scriptError; // what the script or its compiler said; empty if neither said anything
     bool hasTouchedCartridge = false; // the script, or an erase, has used the bus
-    QString driveError; // the last thing that the drive reported, in the system's words
-    QByteArray bytes;   // of a job that reads: zeros where nothing arrived; empty without a buffer
+    QString driveError;      // the last thing that the drive reported, in the system's words
+    QString failedOperation; // what the first native that failed said, even if the script caught it
+    QByteArray bytes; // of a job that reads: zeros where nothing arrived; empty without a buffer
 
-    // Nothing went wrong anywhere. A script may end well although a read or a write failed: neither
-    // is visible to it.
+    // Nothing went wrong anywhere. A script may end well although an operation failed: it may catch
+    // the error.
     bool isWhole() const
     {
-        return end == JobEnd::Done && movedBytes == wantedBytes && driveError.isEmpty();
+        return end == JobEnd::Done && movedBytes == wantedBytes && failedOperation.isEmpty() &&
+               driveError.isEmpty();
     }
 };
 
@@ -103,6 +104,7 @@ struct RunningJob {
     int cursor = 0;                   // place in `data`, and bytes moved so far
     bool hasTouchedCartridge = false; // a native, or an erase, has used the bus
     QString scriptError;
+    QString failedOperation; // as in JobResult
 };
 
 // Bytes behind the transfer buffer that must belong to it as well: enciphering a short last chunk

@@ -1,6 +1,7 @@
 #include "script/natives.h"
 
 #include "device/device_commands.h"
+#include "device/device_link.h"
 #include "device/device_ops.h"
 #include "script/fatal_assertion.h"
 #include "script/job.h"
@@ -67,21 +68,65 @@ SQRESULT getTransfer(HSQUIRRELVM v, const char *native, Transfer *transfer)
     return getJob(v, &transfer->job);
 }
 
-// Not by way of `dev`, which two of the natives do not look at. A machine without an owner has no
-// job to tell.
-void noteBusUse(HSQUIRRELVM v)
+// The machine's own job. Not by way of `dev`, which two of the natives do not look at.
+RunningJob &ownerOf(HSQUIRRELVM v)
 {
-    if (auto *job = static_cast<RunningJob *>(sq_getsharedforeignptr(v)))
-        job->hasTouchedCartridge = true;
+    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
 }
 
-// A transfer must stay inside the job's buffer. The cursor can stand below zero, because a failed
-// read moves it back by one.
+// Ends the script with an error, and the job knows of it even if the script catches that.
+SQInteger failOperation(HSQUIRRELVM v, const char *native, const QString &what)
+{
+    const QString message = QLatin1String(native) + QStringLiteral(": ") + what;
+    RunningJob &job = ownerOf(v);
+    if (job.failedOperation.isEmpty())
+        job.failedOperation = message;
+    return sq_throwerror(v, message.toUtf8().constData());
+}
+
+// What an operation answered, and whether the drive reported an error meanwhile: some operations
+// consist of several commands and answer the whole length whatever became of these.
+struct Answer {
+    std::uint32_t count = 0;
+    bool hasDriveError = false;
+};
+
+template <typename Operation> Answer perform(HSQUIRRELVM v, Operation operation)
+{
+    ownerOf(v).hasTouchedCartridge = true;
+    const std::uint32_t errorsBefore = driveErrorCount();
+    const std::uint32_t count = operation();
+    return {count, driveErrorCount() != errorsBefore};
+}
+
+// Of a writing operation. Bytes that were never to be sent were not refused.
+SQInteger checkTaken(HSQUIRRELVM v, const char *native, const Answer &answer, bool sendsSomething)
+{
+    const bool isTaken = answer.count != kFailed && (answer.count != 0 || !sendsSomething);
+    return isTaken && !answer.hasDriveError
+               ? 0
+               : failOperation(v, native, QStringLiteral("the reader did not take the command"));
+}
+
+// Of a reading operation. After a short read the next one would land at the wrong place.
+SQInteger checkArrived(HSQUIRRELVM v, const char *native, const Answer &answer,
+                       std::uint32_t length)
+{
+    if (answer.count == length && !answer.hasDriveError)
+        return 0;
+    return answer.count == 0 || answer.count >= length
+               ? failOperation(v, native, QStringLiteral("the reader did not answer"))
+               : failOperation(
+                     v, native,
+                     QStringLiteral("only %1 of %2 bytes arrived").arg(answer.count).arg(length));
+}
+
+// A transfer must stay inside the job's buffer.
 SQRESULT checkBounds(HSQUIRRELVM v, const Transfer &transfer)
 {
     const std::int64_t cursor = transfer.job->cursor;
     const std::int64_t size = bytesToMove(transfer.job->job);
-    if (cursor >= 0 && cursor + transfer.length <= size)
+    if (cursor + transfer.length <= size)
         return SQ_OK;
     char message[160];
     std::snprintf(message, sizeof(message),
@@ -97,15 +142,16 @@ void advance(RunningJob *job, std::uint32_t count, int maximum)
     job->listener.onProgress(job->cursor, maximum);
 }
 
-// What a read returns is added unchecked: 0xFFFFFFFF, a failed read, moves the cursor back by one.
 SQInteger readToBuffer(HSQUIRRELVM v, DeviceOperation read, const Transfer &transfer, int maximum)
 {
     if (SQ_FAILED(checkBounds(v, transfer)))
         return SQ_ERROR;
-    noteBusUse(v);
     RunningJob *job = transfer.job;
-    const std::uint32_t count = read(transfer.address, job->data + job->cursor, transfer.length);
-    advance(job, count, maximum);
+    const Answer answer = perform(
+        v, [&] { return read(transfer.address, job->data + job->cursor, transfer.length); });
+    if (SQ_FAILED(checkArrived(v, transfer.native, answer, transfer.length)))
+        return SQ_ERROR;
+    advance(job, transfer.length, maximum);
     return 0;
 }
 
@@ -114,9 +160,11 @@ SQInteger writeFromBuffer(HSQUIRRELVM v, DeviceOperation write, const Transfer &
 {
     if (SQ_FAILED(checkBounds(v, transfer)))
         return SQ_ERROR;
-    noteBusUse(v);
     RunningJob *job = transfer.job;
-    write(transfer.address, job->data + job->cursor, transfer.length);
+    const Answer answer = perform(
+        v, [&] { return write(transfer.address, job->data + job->cursor, transfer.length); });
+    if (SQ_FAILED(checkTaken(v, transfer.native, answer, transfer.length != 0)))
+        return SQ_ERROR;
     advance(job, transfer.length, maximum);
     return 0;
 }
@@ -137,12 +185,8 @@ SQInteger nat_cpu_write(HSQUIRRELVM v)
             return SQ_ERROR;
         ++count;
     }
-    noteBusUse(v);
-    if (deviceOps.gbWrite(addresses, values, count) != 0)
-        return 0;
-    // An error without a message of its own must not show the last one that somebody caught.
-    sq_reseterror(v);
-    return SQ_ERROR;
+    const Answer answer = perform(v, [&] { return deviceOps.gbWrite(addresses, values, count); });
+    return checkTaken(v, "cpu_write", answer, true);
 }
 
 SQInteger nat_cpu_read_gb(HSQUIRRELVM v)
@@ -194,9 +238,7 @@ SQInteger nat_ram_erase(HSQUIRRELVM v)
 {
     if (sq_gettop(v) < 1)
         return sq_throwerror(v, "argument number error");
-    noteBusUse(v);
-    gbaSaveErase();
-    return 0;
+    return checkTaken(v, "ram_erase", perform(v, gbaSaveErase), true);
 }
 
 SQInteger nat_rom_write(HSQUIRRELVM v)
@@ -217,6 +259,6 @@ SQInteger nat_rom_flash_cfg(HSQUIRRELVM v)
     RunningJob *job = nullptr;
     if (SQ_FAILED(getInteger(v, kFirstArgument, &config)) || SQ_FAILED(getJob(v, &job)))
         return SQ_ERROR;
-    selectGbFlashOpcode(config & 1U);
+    selectGbFlashOpcode(config & 1U); // sends nothing, so it cannot fail
     return 0;
 }

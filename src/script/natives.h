@@ -11,7 +11,17 @@
 // where NAME is the native's. Scripts may rely on this form: from N they learn how much has
 // arrived.
 //
-// Thread: the one that runs the job, inside a script call.
+// An operation of the device that fails ends the script as well: the reader took no command, did
+// not answer, or sent fewer bytes than asked for, or the drive reported an error in any part of the
+// operation. The cursor stays where it was, so that it always
+// says how much has arrived, and no progress is told. The message is one of
+//     NAME: the reader did not take the command
+//     NAME: the reader did not answer
+//     NAME: only N of L bytes arrived
+// A script may catch the error, but its job remembers the failure.
+//
+// Thread: the one that runs the job, inside a script call. The machine has an owner, see
+// createVm().
 #pragma once
 
 #include <squirrel.h>

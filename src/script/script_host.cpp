@@ -1,5 +1,7 @@
 #include "script/script_host.h"
 
+#include "device/device_commands.h"
+#include "device/device_link.h"
 #include "device/local_path.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
@@ -57,25 +59,38 @@ void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *sourc
     sq_geterrorfunc(v)(v, "%s\n", text.toUtf8().constData());
 }
 
-// One entry function, with the line before it and the line behind it. Both come whether the call
-// succeeds or not.
-SQRESULT callEntry(HSQUIRRELVM v, RunningJob *job, const QString &begin, const SQChar *name,
-                   int firstValue, int secondValue, const QString &end)
+// After a call whose result was this: keeps what the script said. To the library a function that
+// suspends itself has succeeded; here it has not come to its end, and nobody wakes it up.
+void noteScriptError(HSQUIRRELVM v, SQRESULT result, const QString &name, RunningJob *job)
 {
-    job->listener.onLine(begin);
-    const SQRESULT result = callScriptFunction(v, name, job, 2, firstValue, secondValue);
     job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
-    job->listener.onLine(end);
-    return result;
+    if (sq_getvmstate(v) != SQ_VMSTATE_SUSPENDED)
+        return;
+    job->scriptError = name + QStringLiteral(" suspended itself");
+    job->listener.onLine(job->scriptError);
 }
 
-JobEnd endOf(SQRESULT result, const RunningJob &job)
+JobEnd endOf(HSQUIRRELVM v, SQRESULT result, const RunningJob &job)
 {
+    if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED)
+        return JobEnd::ScriptFailed;
     if (SQ_SUCCEEDED(result))
         return JobEnd::Done;
     // Without an error of its own the script lacks the entry function.
     return job.hasTouchedCartridge || job.scriptError.isEmpty() ? JobEnd::ScriptFailed
                                                                 : JobEnd::Refused;
+}
+
+// One entry function, with the line before it and the line behind it. Both come whether the call
+// succeeds or not.
+JobEnd callEntry(HSQUIRRELVM v, RunningJob *job, const QString &begin, const SQChar *name, int size,
+                 const QString &end)
+{
+    job->listener.onLine(begin);
+    const SQRESULT result = callScriptFunction(v, name, job, 2, size, size);
+    noteScriptError(v, result, QLatin1String(name), job);
+    job->listener.onLine(end);
+    return endOf(v, result, *job);
 }
 
 // Compiles the script and runs its top level, with the root table as environment, as the library's
@@ -90,33 +105,30 @@ JobEnd loadScript(HSQUIRRELVM v, RunningJob *job)
     sq_push(v, -2);
     const SQRESULT result = sq_call(v, 1, SQFalse, SQTrue);
     // Not an error of another file that the script has loaded and got over.
-    job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
+    noteScriptError(v, result, QStringLiteral("the script"), job);
     sq_pop(v, 1);
-    return endOf(result, *job);
+    return endOf(v, result, *job);
 }
 
 JobEnd dumpRom(HSQUIRRELVM v, RunningJob *job)
 {
     const int size = job->job.romSize;
-    return endOf(callEntry(v, job, QObject::tr("Start dump rom..."), "cpu_dump", size, size,
-                           QObject::tr("Dump rom finish.")),
-                 *job);
+    return callEntry(v, job, QObject::tr("Start dump rom..."), "cpu_dump", size,
+                     QObject::tr("Dump rom finish."));
 }
 
 JobEnd dumpSave(HSQUIRRELVM v, RunningJob *job)
 {
     const int size = job->job.ramSize;
-    return endOf(callEntry(v, job, QObject::tr("Start dump save..."), "save_dump", size, size,
-                           QObject::tr("Dump save finish.")),
-                 *job);
+    return callEntry(v, job, QObject::tr("Start dump save..."), "save_dump", size,
+                     QObject::tr("Dump save finish."));
 }
 
 JobEnd writeSave(HSQUIRRELVM v, RunningJob *job)
 {
     const int size = job->job.ramSize;
-    return endOf(callEntry(v, job, QObject::tr("Start write save..."), "save_write", size, size,
-                           QObject::tr("Write save finish.")),
-                 *job);
+    return callEntry(v, job, QObject::tr("Start write save..."), "save_write", size,
+                     QObject::tr("Write save finish."));
 }
 
 JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
@@ -125,7 +137,14 @@ JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
     if (job->job.saveType == kFlashSave) {
         job->listener.onLine(QObject::tr("Start erase flash chip..."));
         job->hasTouchedCartridge = true;
-        if (!eraseGbaSave(job->listener))
+        const std::uint32_t answer = gbaSaveErase();
+        if (answer == 0 || answer == kFailed) {
+            job->scriptError = job->failedOperation =
+                QStringLiteral("the reader did not take the command that erases the save");
+            job->listener.onLine(job->scriptError);
+            return JobEnd::ScriptFailed;
+        }
+        if (!waitForGbaSaveErase(job->listener))
             return JobEnd::Cancelled;
         job->listener.onLine(QObject::tr("Erase flash chip finish."));
     }
@@ -136,18 +155,21 @@ JobEnd flashRom(HSQUIRRELVM v, RunningJob *job)
 {
     const int size = job->job.romSize;
     job->listener.onLine(QObject::tr("Start erase flash chip..."));
-    // The poll below decides whether the erase worked.
     const SQRESULT erased = callScriptFunction(v, "cpu_erase", job, 2, size, job->job.flashWidth);
-    job->scriptError = SQ_FAILED(erased) ? lastError(v) : QString();
+    noteScriptError(v, erased, QStringLiteral("cpu_erase"), job);
+    // A chip that never got the commands need not be waited for. Whatever else went wrong, the poll
+    // below decides whether the erase worked.
+    if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED ||
+        (SQ_FAILED(erased) && !job->failedOperation.isEmpty()))
+        return JobEnd::ScriptFailed;
     if (!waitForGbErase(job->listener))
         // A script that did not say why it sent nothing has refused nothing: the user ended the
         // wait.
         return job->hasTouchedCartridge || job->scriptError.isEmpty() ? JobEnd::Cancelled
                                                                       : JobEnd::Refused;
     job->listener.onLine(QObject::tr("Erase flash chip finish."));
-    return endOf(callEntry(v, job, QObject::tr("Start flash ROM..."), "cpu_flash", size, size,
-                           QObject::tr("Flash ROM finish.")),
-                 *job);
+    return callEntry(v, job, QObject::tr("Start flash ROM..."), "cpu_flash", size,
+                     QObject::tr("Flash ROM finish."));
 }
 
 } // namespace

@@ -90,10 +90,8 @@ CartridgeReport detectCartridge(const std::function<void(const QString &)> &line
 {
     const ReaderSession session;
     ReportOutput output;
-    output.line = [&](const QString &text) {
-        if (text != QLatin1String("<hr><br>"))
-            line(text.trimmed().isEmpty() ? QString() : text);
-    };
+    output.line = [&](const QString &text) { line(text.trimmed().isEmpty() ? QString() : text); };
+    output.rule = [] {};
     output.settings = [](const DetectedSettings &) {};
     clearLastDriveError();
     CartridgeReport report = makeCartridgeReport(output);

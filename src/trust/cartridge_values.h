@@ -10,7 +10,7 @@
 
 #include <functional>
 
-// Makes the cartridge report and passes its lines on, without the markup of rules. A cartridge that
+// Makes the cartridge report and passes its lines on, without the rules. A cartridge that
 // was not recognised while the drive failed is a ShortRead; lastDriveError() is then why. The
 // reader is given up before the call returns. Blocks; no job may run.
 CartridgeReport detectCartridge(const std::function<void(const QString &)> &line);

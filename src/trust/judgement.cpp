@@ -15,7 +15,9 @@ JudgementKind judgementOfJob(const JobResult &result)
     case JobEnd::Done: // but not whole
         return JudgementKind::Incomplete;
     case JobEnd::ScriptFailed:
-        return result.driveError.isEmpty() ? JudgementKind::Failed : JudgementKind::Incomplete;
+        return result.driveError.isEmpty() && result.failedOperation.isEmpty()
+                   ? JudgementKind::Failed
+                   : JudgementKind::Incomplete;
     case JobEnd::NoReader:
     case JobEnd::NoMode:
     case JobEnd::NoMemory:

@@ -14,16 +14,13 @@ QString withStop(const QString &text)
 QString incompleteText(const Outcome &outcome)
 {
     const JobResult &job = outcome.job;
-    const QString error =
-        job.driveError.isEmpty() ? QString() : QStringLiteral(": ") + job.driveError;
-    if (job.movedBytes == job.wantedBytes)
-        return withStop(QStringLiteral("the drive reported an error") + error);
-    return withStop(QStringLiteral("%1 of %2 bytes %3%4")
-                        .arg(job.movedBytes)
-                        .arg(job.wantedBytes)
-                        .arg(outcome.phase == Phase::Write ? QStringLiteral("were written")
-                                                           : QStringLiteral("arrived"),
-                             error));
+    const QString reason = job.driveError.isEmpty() ? job.failedOperation : job.driveError;
+    const QString count = QStringLiteral("%1 of %2 bytes %3")
+                              .arg(job.movedBytes)
+                              .arg(job.wantedBytes)
+                              .arg(outcome.phase == Phase::Write ? QStringLiteral("were written")
+                                                                 : QStringLiteral("arrived"));
+    return withStop(reason.isEmpty() ? count : count + QStringLiteral(": ") + reason);
 }
 
 QString failureText(const Outcome &outcome)
@@ -61,18 +58,32 @@ QString textOf(const JudgedJob &judged)
 
 } // namespace
 
+QString judgedText(JudgementKind kind, const QString &text)
+{
+    return QLatin1String(wordOf(kind)) + QStringLiteral(": ") + text;
+}
+
+QString whyText(const Outcome &outcome)
+{
+    if (outcome.trouble == Trouble::JobFailed)
+        return failureText(outcome);
+    if (outcome.trouble != Trouble::NotReadBack)
+        return troubleText(outcome);
+    Outcome read = outcome;
+    read.trouble = Trouble::JobFailed;
+    return troubleText(outcome) + QLatin1Char(' ') + failureText(read);
+}
+
 QString judgementText(const Outcome &outcome)
 {
-    const QString text =
-        outcome.trouble == Trouble::JobFailed ? failureText(outcome) : troubleText(outcome);
-    return text + QLatin1Char(' ') + stateText(outcome.state);
+    return whyText(outcome) + QLatin1Char(' ') + stateText(outcome.state);
 }
 
 QString judgementLine(const JudgedJob &judged)
 {
     if (judged.kind <= JudgementKind::Suspicious)
         return summaryOf(judged.verdict);
-    return QLatin1String(wordOf(judged.kind)) + QStringLiteral(": ") + textOf(judged);
+    return judgedText(judged.kind, textOf(judged));
 }
 
 QString guardText(const WriteGuard &guard)
@@ -81,8 +92,7 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::None:
         break;
     case GuardFault::Trouble:
-        return guard.outcome.trouble == Trouble::JobFailed ? failureText(guard.outcome)
-                                                           : troubleText(guard.outcome);
+        return whyText(guard.outcome);
     case GuardFault::OtherSystem:
         return QStringLiteral("The cartridge is of another system than the settings say.");
     case GuardFault::Danger:

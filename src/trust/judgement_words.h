@@ -7,8 +7,14 @@
 #include "trust/judged_job.h"
 #include "trust/write_guard.h"
 
-// What stands behind the judgement's word for an outcome that is not Done: why, in one sentence,
-// and what can be said of the cartridge. Of a script's refusal its reason alone.
+// "failed: TEXT"
+QString judgedText(JudgementKind kind, const QString &text);
+
+// What stands behind the judgement's word for an outcome that is not Done: why, in one sentence. Of
+// a script's refusal its reason alone.
+QString whyText(const Outcome &outcome);
+
+// The same, and what can be said of the cartridge.
 QString judgementText(const Outcome &outcome);
 
 // The line itself: "consistent: 2 equal reads", "written: 32768 bytes, read back and equal".

@@ -205,6 +205,8 @@ QStringList failureLines(const JobResult &result)
     const bool hasReason = !result.scriptError.isEmpty() || !jobEndLine(result.end).isEmpty();
     if (!hasRun && hasReason)
         lines << reasonOf(result);
+    if (result.end == JobEnd::Done && !result.failedOperation.isEmpty())
+        lines << result.failedOperation; // nothing else tells of an error that the script caught
     if (!result.driveError.isEmpty())
         lines << result.driveError;
     if (hasRun && result.movedBytes != result.wantedBytes)
@@ -260,9 +262,10 @@ QString troubleText(const Outcome &outcome)
         return jobFailureText(outcome.job.end, outcome.detail);
     case Trouble::Stopped:
         return outcome.state == CartridgeState::NotWritten
-                   ? QStringLiteral("Stopped before the write.")
-                   : QStringLiteral("Stopped before two reads were compared. What was read is not "
-                                    "kept.");
+                   ? QStringLiteral("Asked to stop before the write.")
+                   : QStringLiteral(
+                         "Asked to stop before two reads were compared. What was read is not "
+                         "kept.");
     case Trouble::ReadsDiffer:
         return QStringLiteral("Two reads of the cartridge differ (%1), so there can be no backup "
                               "of it. Clean the contacts, push the cartridge in again.")

@@ -8,6 +8,7 @@
 #include "ui/guarded_job.h"
 #include "ui/main_tab.h"
 #include "ui/reader_corner.h"
+#include "worker/log_text.h"
 
 #include <QAction>
 #include <QApplication>
@@ -130,7 +131,7 @@ void CornerActions::checkFile(const QString &path)
 {
     if (path.isEmpty() || m_tab->guarded->isBusy())
         return;
-    m_tab->guarded->tell({plainEntry(tr("Checking the ROM file:") + QLatin1Char('\n') + path),
+    m_tab->guarded->tell({logText(tr("Checking the ROM file:") + QLatin1Char('\n') + path),
                           QString::fromLatin1(kLogRule)});
     const auto judged = std::make_shared<JudgedJob>();
     m_tab->guarded->runTask(
@@ -152,7 +153,7 @@ void CornerActions::backUp()
     if (folder.isEmpty() || m_tab->guarded->isBusy())
         return;
     m_tab->guarded->tell(
-        {plainEntry(tr("Backing up the cartridge into the folder:") + QLatin1Char('\n') + folder),
+        {logText(tr("Backing up the cartridge into the folder:") + QLatin1Char('\n') + folder),
          QString::fromLatin1(kLogRule)});
     const auto result = std::make_shared<CartridgeBackupResult>();
     m_tab->guarded->runTask(
@@ -185,7 +186,7 @@ void CornerActions::tellWhyNoReader()
             lines += scanNotes();
             QStringList entries;
             for (const QString &line : lines)
-                entries << plainEntry(line);
+                entries << logText(line);
             m_tab->guarded->tell(entries << QString::fromLatin1(kLogRule));
             look();
         });
@@ -196,5 +197,5 @@ void CornerActions::openFolder()
     const QString &chosen = m_tab->guarded->backupFolder;
     const QString folder = chosen.isEmpty() ? defaultBackupFolder() : chosen;
     if (!QDir().mkpath(folder) || !QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
-        m_tab->info(plainEntry(tr("The backup folder is %1").arg(folder)));
+        m_tab->info(logText(tr("The backup folder is %1").arg(folder)));
 }

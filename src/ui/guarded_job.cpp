@@ -11,6 +11,7 @@
 #include "ui/main_tab.h"
 #include "ui/settings.h"
 #include "worker/famicom_thread.h"
+#include "worker/log_text.h"
 
 #include <QAccessible>
 #include <QFile>
@@ -144,7 +145,7 @@ void GuardedJob::endRefused()
     QMetaObject::invokeMethod(
         this,
         [this] {
-            m_tab->info(plainEntry(guardText(m_guard)));
+            m_tab->info(logText(guardText(m_guard)));
             m_tab->info(QString::fromLatin1(kLogRule));
             tell(refusalEntries(m_guard));
             becomeIdle();

@@ -2,6 +2,7 @@
 
 #include "trust/judgement_words.h"
 #include "trust/words.h"
+#include "worker/log_text.h"
 
 #include <QCoreApplication>
 
@@ -134,7 +135,7 @@ QString backupNote(const JudgedJob &judged, const QString &path)
 void appendUnlessEmpty(const QString &advice, QStringList *entries)
 {
     if (!advice.isEmpty())
-        *entries << plainEntry(advice);
+        *entries << logText(advice);
 }
 
 // The other setting that may help; empty if only the switch does.
@@ -169,11 +170,6 @@ bool isHelpedBySwitch(const WriteGuard &guard)
 
 } // namespace
 
-QString plainEntry(const QString &text)
-{
-    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(text));
-}
-
 QString judgementEntry(JudgementKind kind, const QString &line)
 {
     return entryOf(toneOf(kind), line);
@@ -183,14 +179,14 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 {
     QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
     if (!judged.sha1.isEmpty())
-        entries << plainEntry(tr("%1 bytes, SHA-1 %2")
-                                  .arg(judged.bytes)
-                                  .arg(QString::fromLatin1(judged.sha1.toHex())));
+        entries << logText(tr("%1 bytes, SHA-1 %2")
+                               .arg(judged.bytes)
+                               .arg(QString::fromLatin1(judged.sha1.toHex())));
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
     appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
     if (!notes.oldFilePath.isEmpty())
-        entries << plainEntry(tr("The file that was there before is in %1").arg(notes.oldFilePath));
+        entries << logText(tr("The file that was there before is in %1").arg(notes.oldFilePath));
     return entries << QString::fromLatin1(kLogRule);
 }
 
@@ -201,20 +197,18 @@ QStringList refusalEntries(const WriteGuard &guard)
     const bool isRead =
         guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
     const CartridgeState state = isRead ? CartridgeState::NotRead : CartridgeState::NotWritten;
-    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
-                                                 stateText(state))};
+    QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
-        entries << plainEntry(tr("If you know better, turn \"Guard writes\" off in the menu at the "
-                                 "top right; then there is no backup."));
+        entries << logText(tr("If you know better, turn \"Guard writes\" off in the menu at the "
+                              "top right; then there is no backup."));
     return entries << QString::fromLatin1(kLogRule);
 }
 
 QStringList outcomeEntries(const Outcome &outcome)
 {
     const JudgementKind kind = judgementOf(outcome);
-    QStringList entries{judgementEntry(kind, QLatin1String(wordOf(kind)) + QStringLiteral(": ") +
-                                                 judgementText(outcome))};
+    QStringList entries{judgementEntry(kind, judgedText(kind, judgementText(outcome)))};
     appendUnlessEmpty(failureAdvice(outcome), &entries);
     return entries << QString::fromLatin1(kLogRule);
 }

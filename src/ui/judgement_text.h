@@ -30,6 +30,3 @@ QStringList outcomeEntries(const Outcome &outcome);
 
 // One entry of the kind's colour; `line` is plain text and begins with the kind's word.
 QString judgementEntry(JudgementKind kind, const QString &line);
-
-// One entry of plain text that does not come from this program, or not all of it.
-QString plainEntry(const QString &text);

@@ -9,6 +9,7 @@
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
 #include "worker/flash_chip_probe.h"
+#include "worker/log_text.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -138,7 +139,7 @@ void startJob(MainTab *tab, const FileAction &action)
 {
     tab->setEnabledButtons(false);
     tab->guarded->start();
-    tab->info(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name);
+    tab->info(logText(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name));
 }
 
 void reportFlashChip(MainTab *tab, const FlashChipAnswer &chip)
@@ -183,7 +184,8 @@ void MainTab::push_info()
     guarded->waitForLook();
     const ReaderSession session;
     ReportOutput output;
-    output.line = [this](const QString &line) { info(line); };
+    output.line = [this](const QString &line) { info(logText(line)); };
+    output.rule = [this] { info(QString::fromLatin1(kLogRule)); };
     output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
     makeCartridgeReport(output);
 }
@@ -288,7 +290,7 @@ bool MainTab::prepareJob(const QString &fileName)
     }
     if (!QFile::exists(script)) {
         info(tr("Not exists script file :"));
-        info(script);
+        info(logText(script));
         info(QString::fromLatin1(kLogRule));
         return refuse();
     }

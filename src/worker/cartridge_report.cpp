@@ -11,9 +11,6 @@ namespace
 
 constexpr std::uint32_t kKibibyte = 1024;
 
-// Ends a cartridge's block in the log; markup, never translated.
-const char kRule[] = "<hr><br>";
-
 // Text up to its first NUL, or all `capacity` bytes when there is none.
 QString boundedText(const void *bytes, std::uint32_t capacity)
 {
@@ -107,7 +104,7 @@ private:
         line(tr("Cart type: ") + gb.typeName);
         line(tr("ROM Size: ") + inKibibytes(gb.romSize));
         line(tr("RAM Size: ") + saveSizeText(gb.ramSize, kLargestInBytes));
-        line(QString::fromLatin1(kRule));
+        m_output.rule();
         DetectedSettings detected{kSystemGb, gb.mbcType, gb.romSize, {}};
         if (gb.ramSize != 0)
             detected.item3 = gb.ramSize;
@@ -132,7 +129,7 @@ private:
               tr(" 1.Turn off anti-virus software."), tr(" 2.Damaged or Dirty."),
               tr(" 3.Switch correct volte on dump board."), tr(" 4.Try again.")})
             line(message);
-        line(QString::fromLatin1(kRule));
+        m_output.rule();
     }
 
     // For a decoder that reports a GBA logo and an unknown game apart from no cartridge. The
@@ -141,7 +138,7 @@ private:
     {
         fail(ReportOutcome::Unknown, tr("Detect GBA cartridge, but can not detect detail."));
         m_output.settings({kSystemGba, {}, {}, {}});
-        line(QString::fromLatin1(kRule));
+        m_output.rule();
     }
 
     void reportGbaGame()
@@ -156,7 +153,7 @@ private:
         line(tr("ROM Size: ") + inKibibytes(gba.romSize));
         line(tr("RAM Size: ") + saveSizeText(gba.saveSize, kLargestInBytes));
         m_output.settings({kSystemGba, gba.romSize, gba.saveType, gba.saveSize});
-        line(QString::fromLatin1(kRule));
+        m_output.rule();
     }
 
     const ReportOutput &m_output;

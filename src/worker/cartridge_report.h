@@ -26,9 +26,11 @@ struct DetectedSettings {
     std::optional<int> item3; // save size in bytes
 };
 
-// Where the report goes while it is made, in order. Both must be set.
+// Where the report goes while it is made, in order. All must be set.
 struct ReportOutput {
-    std::function<void(const QString &)> line; // one line of the log, translated ("MainTab")
+    // One line, translated ("MainTab"); plain text, in part from the cartridge and the drive.
+    std::function<void(const QString &)> line;
+    std::function<void()> rule; // ends what is said of a cartridge
     std::function<void(const DetectedSettings &)> settings;
 };
 

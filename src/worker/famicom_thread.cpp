@@ -5,6 +5,7 @@
 #include "script/script_host.h"
 #include "worker/job_run.h"
 #include "worker/job_words.h"
+#include "worker/log_text.h"
 
 #include <QFileInfo>
 
@@ -20,7 +21,7 @@ class ThreadListener : public JobListener
 public:
     explicit ThreadListener(FamicomThread &thread) : m_thread(thread) {}
 
-    void onLine(const QString &line) override { emit m_thread.log(line); }
+    void onLine(const QString &line) override { emit m_thread.log(logText(line)); }
     void onProgress(int doneBytes, int maximum) override
     {
         m_thread.data_pos = doneBytes;
@@ -62,7 +63,7 @@ JobEnd allocateBuffer(FamicomThread *thread, RunningJob *running)
 JobEnd readInputFile(FamicomThread *thread, const RunningJob &running)
 {
     DriveFile *file = openForRead(localPath(thread->file_name).constData());
-    emit thread->log(FamicomThread::tr("Read file :") + thread->file_name);
+    emit thread->log(logText(FamicomThread::tr("Read file :") + thread->file_name));
     if (file == nullptr)
         return JobEnd::InputNotOpened;
     const int size = bytesToMove(running.job);

@@ -42,6 +42,8 @@ public:
     const JobResult &result() const { return m_result; }
 
 signals:
+    // One line for the window's log; what is foreign in it (paths, what the script says) as
+    // logText() has it.
     void log(QString);
     void set_progress(int ile, int max);
     // 1 = the job succeeded, 0 = it failed. Once per job, after the last set_progress(1, 1).

@@ -95,8 +95,9 @@ JobResult resultOf(const RunningJob &running, JobEnd end)
     JobResult result;
     result.end = end;
     result.wantedBytes = bytesToMove(running.job);
-    result.movedBytes = std::max(0, running.cursor);
+    result.movedBytes = running.cursor;
     result.scriptError = running.scriptError;
+    result.failedOperation = running.failedOperation;
     result.hasTouchedCartridge = running.hasTouchedCartridge;
     result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
     return result;

@@ -47,5 +47,7 @@ QString reasonOf(const JobResult &result)
     if (!result.scriptError.isEmpty())
         return withoutScriptFolder(result.scriptError);
     const QString line = jobEndLine(result.end);
-    return line.isEmpty() ? result.driveError : line;
+    if (!line.isEmpty())
+        return line;
+    return result.failedOperation.isEmpty() ? result.driveError : result.failedOperation;
 }

@@ -9,5 +9,6 @@
 QString jobEndLine(JobEnd end);
 
 // Why the job failed, in one line: what the script said, without the folders in front of its name,
-// else jobEndLine(), else what the drive said.
+// else jobEndLine(), else what a native said whose error the script caught, else what the drive
+// said.
 QString reasonOf(const JobResult &result);

@@ -6,6 +6,7 @@
 #include "app/application.h"
 #include "file_dialog_answer.h"
 #include "ui/console.h"
+#include "ui/guarded_job.h"
 #include "ui/main_tab.h"
 
 #include <QApplication>
@@ -55,6 +56,7 @@ void closeWhileErasing(QWidget *dialog)
 {
     auto *tab = dialog->findChild<MainTab *>();
     tab->infoButton->click();
+    tab->guarded->guardsWrites = false; // the erase comes at once
     {
         FileDialogAnswer answer(qEnvironmentVariable("GBDRIVER_TEST_FILE"));
         tab->flashButton->click();

@@ -291,6 +291,7 @@ void TabDialogTest::secondCloseLeavesAReadBehind()
     QVERIFY(m_dialog->hasLeftJob());
     QVERIFY(m_tab->worker->isRunning());
     mayGoOn.release(2); // the test's process goes on, so this job has to end
+    QTRY_VERIFY_WITH_TIMEOUT(!m_tab->worker->isRunning(), kJobTimeoutMs);
 }
 
 void TabDialogTest::secondCloseNeverLeavesAWrite()

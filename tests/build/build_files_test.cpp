@@ -4,7 +4,10 @@
 #include "test_class.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -47,6 +50,7 @@ class BuildFilesTest : public QObject
     Q_OBJECT
 
 private slots:
+    void everyTestIsBuilt();
     void squirrelIsTakenWhereHeadersAndLibraryAgree();
     void configurationFailsWhereIntegerWidthsDiffer();
     void windowsSourceCompiles_data();
@@ -55,6 +59,22 @@ private slots:
     void unknownArgumentsAreRefused_data();
     void unknownArgumentsAreRefused();
 };
+
+// A test that stands in no list would never run, and nobody would miss it.
+void BuildFilesTest::everyTestIsBuilt()
+{
+    QDirIterator files(source("tests"), {"*_test.cpp"}, QDir::Files, QDirIterator::Subdirectories);
+    int count = 0;
+    for (; files.hasNext(); ++count) {
+        const QFileInfo test(files.next());
+        const QString list = QString::fromUtf8(contentOf(test.path() + "/CMakeLists.txt"));
+        const QRegularExpression name("^[^#\n]*\\b" + test.completeBaseName() + "\\b",
+                                      QRegularExpression::MultilineOption);
+        QVERIFY2(name.match(list).hasMatch(),
+                 qPrintable(test.filePath() + " stands in no list of its folder's CMakeLists.txt"));
+    }
+    QVERIFY(count > 0);
+}
 
 void BuildFilesTest::squirrelIsTakenWhereHeadersAndLibraryAgree()
 {

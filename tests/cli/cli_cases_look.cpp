@@ -200,17 +200,18 @@ QVector<CliCase> gbaCases()
 QVector<CliCase> lookCases()
 {
     QVector<CliCase> rows = gbCases() + gbaCases();
-    rows.append({"no cartridge",
-                 "info",
-                 kNoCart,
-                 {},
-                 ExitCode::NotRecognised,
-                 "noCartridge",
-                 {is(kNothing)},
-                 {is("No cartridge was recognised. Push it in again, clean its contacts. The "
-                     "cartridge was only looked at.\n")},
-                 {},
-                 {detected({{"error", "Can not auto detect cartridge information."}})}});
+    rows.append(
+        {"no cartridge",
+         "info",
+         kNoCart,
+         {},
+         ExitCode::NotRecognised,
+         "noCartridge",
+         {is(kNothing)},
+         {is("failed: No cartridge was recognised. Push it in again, clean its contacts. The "
+             "cartridge was only looked at.\n")},
+         {},
+         {detected({{"error", "Can not auto detect cartridge information."}})}});
     rows.append({"drives, virtual reader", "drives", "demo", {}, ExitCode::Done, "drive"});
 #ifndef Q_OS_WIN // a folder is no drive there
     const QByteArray identity(65536, '\0');

@@ -305,8 +305,9 @@ QVector<CliCase> usingCases()
             tama5Sample(), leftAlone);
     refused("TAMA5, read", "read-ram DIR/file --ram-size 8K --overwrite", tama5Sample(), leftAlone);
     refused("TAMA5, read without a size", "read-ram DIR/file --overwrite", tama5Sample(), {});
-    const Texts otherSystem{ends("\nThe cartridge is of another system than --system says; leave "
-                                 "--system out. The cartridge was only looked at.\n")};
+    const Texts otherSystem{
+        ends("\nrefused: The cartridge is of another system than --system says; leave "
+             "--system out. The cartridge was only looked at.\n")};
     const QByteArray gba = gbaImage("ALXP", 64 * kKibi);
     refused("GB cartridge", "dump DIR/file --overwrite --system gba --auto", gbSample(),
             otherSystem);
@@ -336,6 +337,8 @@ QVector<CliCase> usingCases()
         const QString again = QString(" Try \"gbdriver-cli %1 --help\". The cartridge was only "
                                       "looked at.\n")
                                   .arg(words.section(' ', 0, 0));
+        // Else the word stands before why the cartridge did not tell.
+        const QString word = code == "AC9E" ? "failed: " : "";
         rows.append({name,
                      words,
                      code == "none" ? kNoCart : kCart,
@@ -343,7 +346,7 @@ QVector<CliCase> usingCases()
                      reason.startsWith("Missing") ? ExitCode::NotRecognised : ExitCode::Usage,
                      used.isEmpty() ? "" : "usedCartridge",
                      {is("")},
-                     {ends('\n' + reason + again), uses(used)}});
+                     {ends('\n' + word + reason + again), uses(used)}});
     };
     const QString noSize = "the size cannot be guessed.";
     asked("unknown game, ROM", "ZZZZ", "dump DIR/file --overwrite", "system gba header",

@@ -89,7 +89,7 @@ QVector<CliCase> writeCases()
     fails("write-ram, unseen, wrong size", "write-ram DIR/short.sav" + kSaveSaid, kSaved, kThere,
           ExitCode::Refused, "usedCartridge",
           {holds("DIR/short.sav has 32767 bytes, the save of the cartridge has 32768.")});
-    // Natives do not report payload that does not arrive, so the job itself ends well.
+    // The reader does not take a payload that it cannot keep.
     const QString lost = "cart=DIR/cart,save=DIR/none/kept.sav";
     fails("write-ram, save that does not arrive", "write-ram DIR/new.sav --no-backup", lost, kThere,
           ExitCode::TransferFailed, "usedCartridge",

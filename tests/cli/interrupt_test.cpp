@@ -140,10 +140,11 @@ private slots:
         QCOMPARE(backups.size(), 1);
         QVERIFY(contentOf(path("backups/" + backups[0])) == m_old);
         QVERIFY(m_stack->save() == m_old);
-        QVERIFY2(m_messages.contains("Stopped before the write. Nothing was written; the cartridge "
+        QVERIFY2(m_messages.contains("Asked to stop before the write. Nothing was written; the cartridge "
                                      "is as it was."),
                  qPrintable(m_messages));
         QVERIFY2(m_messages.contains("Backup: " + m_options.backupFolder), qPrintable(m_messages));
+        QVERIFY2(!m_messages.contains("Write file"), qPrintable(m_messages));
     }
 
     void endlessEraseOfAChipIsLeft()
@@ -180,7 +181,7 @@ private:
     bool saysUnchanged() const
     {
         return m_messages.contains(
-                   "Stopped; no file was made. The cartridge was only looked at.") ||
+                   "stopped: Asked to stop; no file was made. The cartridge was only looked at.") ||
                m_messages.contains("Nothing was written; the cartridge is as it was.") ||
                m_messages.contains("The cartridge was only read.");
     }

@@ -224,7 +224,7 @@ void SaveCommandsTest::refusedWriteIsToldOnce()
     const BenchRun run = runOnBench(bench);
     QCOMPARE(run.code, ExitCode::Refused);
     QCOMPARE(run.found, run.old);
-    QVERIFY2(run.told.startsWith("MBC5: cannot read or write a save of 16384 bytes"),
+    QVERIFY2(run.told.startsWith("refused: MBC5: cannot read or write a save of 16384 bytes"),
              qPrintable(run.told));
     QCOMPARE(run.told.count("Nothing was written; the cartridge is as it was."), 1);
 }

@@ -285,6 +285,7 @@ void DeviceLinkTest::lastErrorIsKeptUntilCleared()
 {
     char bytes[16] = {};
     QVERIFY(lastDriveError().empty());
+    const std::uint32_t errorsBefore = driveErrorCount();
     readFileUnbuffered("missing", bytes, 16, 0);
     const std::string message = lastDriveError();
     QVERIFY2(message.find("missing") != std::string::npos, message.c_str());
@@ -295,6 +296,7 @@ void DeviceLinkTest::lastErrorIsKeptUntilCleared()
     QVERIFY(lastDriveError() != message);
     clearLastDriveError();
     QVERIFY(lastDriveError().empty());
+    QCOMPARE(driveErrorCount() - errorsBefore, 2U);
 }
 
 void DeviceLinkTest::sessionReleasesTheReader()

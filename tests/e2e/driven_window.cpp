@@ -1,6 +1,8 @@
 #include "driven_window.h"
 
-#include <QVector>
+#include "files.h"
+
+#include <QDir>
 #include <QtTest>
 
 namespace
@@ -27,6 +29,7 @@ QString DrivenWindow::start(const MountedReader &reader)
     environment.insert("DISPLAY", m_desktop.display());
     environment.insert("QT_QPA_PLATFORM", "xcb");
     environment.insert("XDG_RUNTIME_DIR", m_runtimeFolder.path());
+    environment.insert("XDG_DATA_HOME", m_runtimeFolder.filePath("data"));
     environment.insert("GBDRIVER_DRIVES", reader.declaration());
     environment.remove("GBDRIVER_VIRTUAL_READER");
     m_program.setProcessEnvironment(environment);
@@ -44,13 +47,39 @@ void DrivenWindow::pressInSettings(const QStringList &keys)
     m_desktop.press(keys);
 }
 
-// The log is the one wide area in the lower half; from it Tab leads over the buttons.
 void DrivenWindow::press(WindowButton button)
 {
+    const char *const kShortcuts[] = {"ctrl+i", "ctrl+d", "ctrl+f", "ctrl+r", "ctrl+w"};
     m_desktop.focusWindow(kTitle);
-    m_desktop.clickAt(m_window, 40, 70);
-    const QVector<QString> tabs(static_cast<int>(button), "Tab");
-    m_desktop.press(tabs.toList() + QStringList{"space"});
+    m_desktop.press({kShortcuts[static_cast<int>(button)]});
+}
+
+QString DrivenWindow::log()
+{
+    m_desktop.focusWindow(kTitle);
+    m_desktop.press({"ctrl+shift+c"});
+    QProcess reader;
+    reader.setProcessEnvironment(m_program.processEnvironment());
+    reader.start(CLIPBOARD_PROGRAM, QStringList());
+    reader.waitForFinished(kStepMs);
+    return QString::fromLocal8Bit(reader.readAllStandardOutput());
+}
+
+QString DrivenWindow::logWith(const QString &text)
+{
+    QString shown;
+    // Whether it comes is the caller's to check.
+    static_cast<void>(QTest::qWaitFor([&] { return (shown = log()).contains(text); }, kStepMs));
+    return shown;
+}
+
+QList<QByteArray> DrivenWindow::backups() const
+{
+    QList<QByteArray> contents;
+    const QDir folder(m_runtimeFolder.filePath("data/gbdriver/backups"));
+    for (const QString &name : folder.entryList(QDir::Files))
+        contents << contentOf(folder.filePath(name));
+    return contents;
 }
 
 QString DrivenWindow::answerDialog(WindowButton button, const QString &caption, const QString &path)

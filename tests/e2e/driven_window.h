@@ -9,8 +9,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-// How often Tab is pressed from the log to reach a button.
-enum class WindowButton { Info = 1, Dump = 2, Flash = 3, ReadRam = 4, WriteRam = 5 };
+// Pressed by its shortcut.
+enum class WindowButton { Info, Dump, Flash, ReadRam, WriteRam };
 
 class DrivenWindow
 {
@@ -29,6 +29,14 @@ public:
     // answers the dialog.
     // Returns: what went wrong; empty on success.
     QString answerDialog(WindowButton button, const QString &caption, const QString &path);
+
+    // The log as text, by way of the clipboard.
+    QString log();
+    // Waits until the log holds `text`. Returns: the whole log.
+    QString logWith(const QString &text);
+
+    // Where the program keeps its backups. Returns: the contents of the files there.
+    QList<QByteArray> backups() const;
 
     // Closes the window and waits until the program has ended.
     // Returns: what it said or how it failed; empty if it ended well and quietly.

@@ -46,13 +46,16 @@ private slots:
 
     void transfersGoToTheirOperation_data();
     void transfersGoToTheirOperation();
-    void readsAdvanceByWhatArrived_data();
-    void readsAdvanceByWhatArrived();
-    void writesAdvanceByWhatWasAsked_data();
-    void writesAdvanceByWhatWasAsked();
-    void failedReadMovesTheCursorBack();
+    void transfersAdvanceByTheirLength_data();
+    void transfersAdvanceByTheirLength();
+    void failedOperationEndsTheScript_data();
+    void failedOperationEndsTheScript();
+    void shortReadEndsTheScript_data();
+    void shortReadEndsTheScript();
+    void emptyTransferMayAnswerZero_data();
+    void emptyTransferMayAnswerZero();
+    void caughtFailureIsRemembered();
     void oneReportACall();
-    void refusalTellsScriptsTheCursor();
 
     void transferStaysInsideTheBuffer_data();
     void transferStaysInsideTheBuffer();
@@ -64,8 +67,6 @@ private slots:
     void batchKeepsLow32Bits();
     void ninthPairIsNotLookedAt();
     void batchDoesNotLookAtDev();
-    void refusedBatchIsAnErrorWithoutMessage();
-    void brokenBatchIsNoError();
 
     void flashOpcodeFollowsTheLowestBit_data();
     void flashOpcodeFollowsTheLowestBit();
@@ -73,7 +74,7 @@ private slots:
 
     void ramEraseSendsItsCommand_data();
     void ramEraseSendsItsCommand();
-    void ramEraseIgnoresAFailedCommand();
+    void unwrittenRamEraseEndsTheScript();
 };
 
 void NativesTest::operationsGetTheirNatives_data()
@@ -153,95 +154,137 @@ void NativesTest::transfersGoToTheirOperation()
     QCOMPARE(bench.drive.calls, QStringList());
 }
 
-void NativesTest::readsAdvanceByWhatArrived_data()
+void NativesTest::transfersAdvanceByTheirLength_data()
 {
     QTest::addColumn<int>("operate");
     QTest::addColumn<QByteArray>("native");
     QTest::addColumn<QString>("maximum");
     // The GB read reports against the ROM size also when it serves a save dump.
     QTest::newRow("GB ROM dump") << 0 << QByteArray("cpu_read") << "32768";
+    QTest::newRow("GB flash write") << 1 << QByteArray("rom_write") << "32768";
     QTest::newRow("GB save dump") << 2 << QByteArray("cpu_read") << "1911";
+    QTest::newRow("GB save write") << 3 << QByteArray("ram_write") << "32768";
     QTest::newRow("GBA ROM dump") << 4 << QByteArray("cpu_read") << "32768";
     QTest::newRow("GBA save dump") << 6 << QByteArray("ram_read") << "32768";
+    QTest::newRow("GBA save write") << 7 << QByteArray("ram_write") << "32768";
 }
 
-void NativesTest::readsAdvanceByWhatArrived()
+// Of a write the answer counts what went over the drive, not what it carried.
+void NativesTest::transfersAdvanceByTheirLength()
 {
     QFETCH(int, operate);
     QFETCH(QByteArray, native);
     QFETCH(QString, maximum);
     NativeBench bench(operate);
     bench.job.cursor = 4;
-    bench.setResults({100, 0, 0xFFFFFFFF, 16});
-    QVERIFY(bench.run("for (local i = 0; i < 4; i++) " + native + "(dev, i, 100);"));
-    QCOMPARE(bench.progress(),
-             (QStringList{"104/" + maximum, "104/" + maximum, "103/" + maximum, "119/" + maximum}));
+    if (isWriteJob(operate))
+        bench.setResults({512, 1, 0xFFFFFFFE});
+    QVERIFY(bench.run("for (local i = 0; i < 3; i++) " + native + "(dev, i, 100);"));
+    QCOMPARE(bench.progress(), (QStringList{"104/" + maximum, "204/" + maximum, "304/" + maximum}));
     const QStringList places = bench.operations.replaceInStrings(QRegExp(".*@"), "");
-    QCOMPARE(places, (QStringList{"4", "104", "104", "103"}));
-    QCOMPARE(bench.job.cursor, 119);
+    QCOMPARE(places, (QStringList{"4", "104", "204"}));
+    QCOMPARE(bench.job.cursor, 304);
+    QCOMPARE(bench.job.failedOperation, QString());
 }
 
-void NativesTest::writesAdvanceByWhatWasAsked_data()
+void NativesTest::failedOperationEndsTheScript_data()
+{
+    QTest::addColumn<int>("operate");
+    QTest::addColumn<QByteArray>("statement");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<quint32>("answer");
+    const auto add = [](int operate, const char *statement, const char *message) {
+        for (const quint32 answer : {0U, 0xFFFFFFFFU})
+            QTest::addRow("operation %d answers %u: %s", operate, answer, statement)
+                << operate << QByteArray(statement) << QString(message) << answer;
+    };
+    add(0, "cpu_read(dev, 0, 100);", "cpu_read: the reader did not answer");
+    add(2, "cpu_read(dev, 0xA000, 100);", "cpu_read: the reader did not answer");
+    add(4, "cpu_read(dev, 0, 100);", "cpu_read: the reader did not answer");
+    add(6, "ram_read(dev, 0, 100);", "ram_read: the reader did not answer");
+    add(0, "cpu_write(dev, 0x2000, 1);", "cpu_write: the reader did not take the command");
+    add(1, "cpu_write(dev, 0x2000, 1, 0, 2);", "cpu_write: the reader did not take the command");
+    add(1, "rom_write(dev, 0, 100);", "rom_write: the reader did not take the command");
+    add(3, "ram_write(dev, 0, 100);", "ram_write: the reader did not take the command");
+    add(7, "ram_write(dev, 0, 100);", "ram_write: the reader did not take the command");
+}
+
+void NativesTest::failedOperationEndsTheScript()
+{
+    QFETCH(int, operate);
+    QFETCH(QByteArray, statement);
+    QFETCH(QString, message);
+    QFETCH(quint32, answer);
+    NativeBench bench(operate);
+    bench.job.cursor = 4;
+    bench.setResults({answer});
+    QVERIFY(!bench.run(statement + " print(\"went on\");"));
+    QCOMPARE(bench.errors(), QStringList{message});
+    QCOMPARE(bench.job.failedOperation, message);
+    QCOMPARE(bench.operations.size(), 1);
+    QVERIFY(!bench.logs().contains("went on"));
+    QCOMPARE(bench.progress(), QStringList());
+    QCOMPARE(bench.job.cursor, 4);
+    QVERIFY(bench.job.hasTouchedCartridge);
+}
+
+void NativesTest::shortReadEndsTheScript_data()
 {
     QTest::addColumn<int>("operate");
     QTest::addColumn<QByteArray>("native");
-    QTest::newRow("GB flash write") << 1 << QByteArray("rom_write");
-    QTest::newRow("GB save write") << 3 << QByteArray("ram_write");
-    QTest::newRow("GBA save write") << 7 << QByteArray("ram_write");
+    QTest::newRow("GB ROM dump") << 0 << QByteArray("cpu_read");
+    QTest::newRow("GB save dump") << 2 << QByteArray("cpu_read");
+    QTest::newRow("GBA ROM dump") << 4 << QByteArray("cpu_read");
+    QTest::newRow("GBA save dump") << 6 << QByteArray("ram_read");
 }
 
-void NativesTest::writesAdvanceByWhatWasAsked()
+// The bytes of the next read would land behind a hole.
+void NativesTest::shortReadEndsTheScript()
 {
     QFETCH(int, operate);
     QFETCH(QByteArray, native);
     NativeBench bench(operate);
-    bench.job.cursor = 4;
-    bench.setResults({0, 0xFFFFFFFF, 512});
-    QVERIFY(bench.run("for (local i = 0; i < 3; i++) " + native + "(dev, i, 100);"));
-    QCOMPARE(bench.progress(), (QStringList{"104/32768", "204/32768", "304/32768"}));
-    const QStringList places = bench.operations.replaceInStrings(QRegExp(".*@"), "");
-    QCOMPARE(places, (QStringList{"4", "104", "204"}));
-    QCOMPARE(bench.job.cursor, 304);
+    bench.setResults({512, 511});
+    QVERIFY(!bench.run("for (local i = 0; i < 3; i++) " + native + "(dev, i, 512);"));
+    QCOMPARE(bench.errors(), QStringList{native + ": only 511 of 512 bytes arrived"});
+    QCOMPARE(bench.operations.size(), 2);
+    QCOMPARE(bench.progress().size(), 1);
+    QCOMPARE(bench.job.cursor, 512);
 }
 
-// At the start of the buffer that is below zero, where nothing may be transferred any more.
-void NativesTest::failedReadMovesTheCursorBack()
+void NativesTest::emptyTransferMayAnswerZero_data()
+{
+    transfersAdvanceByTheirLength_data();
+}
+
+// Nothing was to be moved. That the reader cannot be reached is an error all the same.
+void NativesTest::emptyTransferMayAnswerZero()
+{
+    QFETCH(int, operate);
+    QFETCH(QByteArray, native);
+    QFETCH(QString, maximum);
+    NativeBench bench(operate);
+    bench.setResults({0});
+    QVERIFY(bench.run(native + "(dev, 0, 0);"));
+    QCOMPARE(bench.progress(), QStringList{"0/" + maximum});
+    QCOMPARE(bench.job.failedOperation, QString());
+    bench.setResults({0xFFFFFFFF});
+    QVERIFY(!bench.run(native + "(dev, 0, 0);"));
+    QVERIFY(bench.job.failedOperation.startsWith(native + ": the reader did not "));
+}
+
+// The first one, which the others may only follow from.
+void NativesTest::caughtFailureIsRemembered()
 {
     NativeBench bench(0);
-    bench.setResults({0xFFFFFFFF});
-    QVERIFY(!bench.run("cpu_read(dev, 0, 512); cpu_read(dev, 512, 512);"));
-    QCOMPARE(bench.progress(), QStringList{"-1/32768"});
-    QCOMPARE(bench.errors(),
-             QStringList{"cpu_read: cursor -1, length 512: outside the buffer of 32768 bytes"});
-    QCOMPARE(bench.operations, QStringList{"gbRead 0 +512 @0"});
-    QCOMPARE(bench.job.cursor, -1);
-}
-
-// The shipped scripts' own way to find out that a read has failed.
-void NativesTest::refusalTellsScriptsTheCursor()
-{
-    const QByteArray load = "dofile(\"" SHIPPED_SCRIPTS "/common.nut\", true); MAPPER = \"TEST\"; ";
-    const QByteArray readAll = "cpu_read(dev, 0, 0x4000); cpu_read(dev, 0x4000, 0x4000); ";
-    const QByteArray check = "check_all_read(dev, 0x8000, cpu_read);";
-    const QStringList twoReads = {"gbRead 0 +16384 @0", "gbRead 4000 +16384 @16384"};
-    const QString failure = "TEST: a read from the reader failed. The cartridge is as it was. "
-                            "Try again.";
-
-    NativeBench whole(GB_READ_ROM);
-    QVERIFY2(whole.run(load + readAll + check), qPrintable(whole.errors().join('|')));
-    QCOMPARE(whole.operations, twoReads); // the check reads nothing
-    QCOMPARE(whole.job.cursor, 0x8000);
-
-    NativeBench failed(GB_READ_ROM);
-    failed.setResults({0x4000, 0xFFFFFFFF});
-    QVERIFY(!failed.run(load + readAll + check));
-    QCOMPARE(failed.errors().last(), failure);
-
-    // A cursor that only begins like the size is another one.
-    NativeBench further(GB_READ_ROM, 0x8000);
-    further.job.cursor = 327680;
-    QVERIFY(!further.run(load + check));
-    QCOMPARE(further.errors().last(), failure);
+    bench.setResults({0, 0xFFFFFFFF});
+    QVERIFY(bench.run("try { cpu_write(dev, 0x2000, 1); } catch (error) { print(error); }\n"
+                      "try { cpu_read(dev, 0, 16); } catch (error) { print(error); }\n"
+                      "cpu_read(dev, 0, 16);"));
+    QCOMPARE(bench.logs(), (QStringList{"cpu_write: the reader did not take the command",
+                                        "cpu_read: the reader did not answer"}));
+    QCOMPARE(bench.job.failedOperation, bench.logs().first());
+    QCOMPARE(bench.job.cursor, 16);
 }
 
 void NativesTest::oneReportACall()
@@ -268,8 +311,6 @@ void NativesTest::transferStaysInsideTheBuffer_data()
     };
     add(0, 0x8000, 0x8000, "cpu_read(dev, 0, 1);", "cpu_read: cursor 32768, length 1");
     add(0, 0x8000, 1, "cpu_read(dev, 0, 0x8000);", "cpu_read: cursor 1, length 32768");
-    add(0, 0x8000, -1, "cpu_read(dev, 0, 1);", "cpu_read: cursor -1, length 1");
-    add(0, 0x8000, -1, "cpu_read(dev, 0, 0);", "cpu_read: cursor -1, length 0");
     add(0, 0x8000, 0, "cpu_read(dev, 0, -1);", "cpu_read: cursor 0, length 65535");
     add(0, 0, 0, "cpu_read(dev, 0, 1);", "cpu_read: cursor 0, length 1");
     add(2, 0x2000, 0x1FFF, "cpu_read(dev, 0xA000, 2);", "cpu_read: cursor 8191, length 2");
@@ -279,7 +320,6 @@ void NativesTest::transferStaysInsideTheBuffer_data()
     add(6, 0x8000, 0, "ram_read(dev, 0, -1);", "ram_read: cursor 0, length 4294967295");
     add(6, 0x8000, 0x7FFF, "ram_read(dev, 0, -1);", "ram_read: cursor 32767, length 4294967295");
     add(3, 0x2000, 0, "ram_write(dev, 0, 0x4000);", "ram_write: cursor 0, length 16384");
-    add(3, 0x2000, -5, "ram_write(dev, 0, 5);", "ram_write: cursor -5, length 5");
     add(7, 0x200, 0x200, "ram_write(dev, 0, 1);", "ram_write: cursor 512, length 1");
     add(7, 0x200, 0, "ram_write(dev, 0, -512);", "ram_write: cursor 0, length 4294966784");
     add(1, 0x8000, 0x7F00, "rom_write(dev, 0x4000, 0x101);", "rom_write: cursor 32512, length 257");
@@ -372,27 +412,6 @@ void NativesTest::batchDoesNotLookAtDev()
     QCOMPARE(bench.operations, (QStringList{"gbWrite 2000<-1", "gbWrite 1<-2"}));
 }
 
-void NativesTest::refusedBatchIsAnErrorWithoutMessage()
-{
-    NativeBench bench(0);
-    bench.setResults({0});
-    QVERIFY(!bench.run("cpu_write(dev, 0x2000, 1); cpu_write(dev, 0x2000, 2);"));
-    QCOMPARE(bench.errors(), QStringList{"unknown"}); // the library's word for no message
-    QCOMPARE(bench.operations, QStringList{"gbWrite 2000<-1"});
-    // Neither does it borrow the message of an error that the script has dealt with.
-    bench.setResults({0});
-    QVERIFY(!bench.run("try { cpu_read(dev); } catch (message) {} cpu_write(dev, 0x2000, 3);"));
-    QCOMPARE(bench.errors(), QStringList{"unknown"});
-}
-
-void NativesTest::brokenBatchIsNoError()
-{
-    NativeBench bench(0);
-    bench.setResults({0xFFFFFFFF});
-    QVERIFY(bench.run("cpu_write(dev, 0x2000, 1);"));
-    QCOMPARE(bench.logs(), QStringList());
-}
-
 void NativesTest::flashOpcodeFollowsTheLowestBit_data()
 {
     QTest::addColumn<QByteArray>("config");
@@ -459,13 +478,16 @@ void NativesTest::ramEraseSendsItsCommand()
     QCOMPARE(bench.progress(), QStringList());
 }
 
-void NativesTest::ramEraseIgnoresAFailedCommand()
+void NativesTest::unwrittenRamEraseEndsTheScript()
 {
-    NativeBench bench(7);
-    bench.drive.failNext(DriveCall::OpenWrite);
-    QVERIFY(bench.run("ram_erase();"));
-    QCOMPARE(bench.drive.runs.size(), 0);
-    QCOMPARE(bench.logs(), QStringList());
+    for (const DriveCall call : {DriveCall::OpenWrite, DriveCall::Write}) {
+        NativeBench bench(7);
+        bench.drive.failNext(call);
+        QVERIFY(!bench.run("ram_erase();"));
+        QCOMPARE(bench.errors(), QStringList{"ram_erase: the reader did not take the command"});
+        QCOMPARE(bench.job.failedOperation, bench.errors().first());
+        QVERIFY(bench.job.hasTouchedCartridge);
+    }
 }
 
 GBDRIVER_TEST(NativesTest, core)

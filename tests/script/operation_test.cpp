@@ -55,7 +55,12 @@ private slots:
     void failingEntryFunctionFails();
     void eraseMayFail_data();
     void eraseMayFail();
+    void suspendedScriptFails_data();
+    void suspendedScriptFails();
+    void suspendedCoroutineIsNoFailure();
     void nativeErrorFailsTheOperation();
+    void unwrittenSaveEraseFailsTheOperation();
+    void eraseThatTheReaderDidNotTakeIsNotWaitedFor();
 
     void eachOperationGetsAFreshMachine();
     void eraseAndFlashShareOneMachine();
@@ -317,14 +322,112 @@ void OperationTest::eraseMayFail()
                           "Flash ROM finish."}));
 }
 
+void OperationTest::suspendedScriptFails_data()
+{
+    QTest::addColumn<int>("operate");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QStringList>("lines"); // %1 is what the host says
+    QTest::newRow("GB ROM dump") << 0 << "cpu_dump"
+                                 << QStringList{"Start dump rom...", "%1", "Dump rom finish."};
+    QTest::newRow("GB save dump") << 2 << "save_dump"
+                                  << QStringList{"Start dump save...", "%1", "Dump save finish."};
+    QTest::newRow("GB save write")
+        << 3 << "save_write" << QStringList{"Start write save...", "%1", "Write save finish."};
+    QTest::newRow("GBA ROM dump") << 4 << "cpu_dump"
+                                  << QStringList{"Start dump rom...", "%1", "Dump rom finish."};
+    QTest::newRow("GBA save dump")
+        << 6 << "save_dump" << QStringList{"Start dump save...", "%1", "Dump save finish."};
+    QTest::newRow("GBA save write")
+        << 7 << "save_write" << QStringList{"Start write save...", "%1", "Write save finish."};
+    QTest::newRow("GB flash write, erase")
+        << 1 << "cpu_erase" << QStringList{"Start erase flash chip...", "%1"};
+    QTest::newRow("GB flash write, flash")
+        << 1 << "cpu_flash"
+        << QStringList{"Start erase flash chip...", "Erase flash chip finish.",
+                       "Start flash ROM...", "%1", "Flash ROM finish."};
+    QTest::newRow("top level") << 0 << "the script"
+                               << QStringList{"%1", "dump core script error\n"};
+}
+
+// To the library it has succeeded, but what it was to do has not been done. The state of the
+// cartridge plays no part: it is no refusal, even before anything was sent.
+void OperationTest::suspendedScriptFails()
+{
+    QFETCH(int, operate);
+    QFETCH(QString, entry);
+    QFETCH(QStringList, lines);
+    ScriptBench bench;
+    bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
+    const QByteArray suspended =
+        "function " + entry.toLatin1() + "(dev, a, b) { suspend(1); print(\"woken up\"); }";
+    const QByteArray erase = "function cpu_erase(dev, a, b) {}\n";
+    bench.setScript(entry.contains(' ')
+                        ? QByteArray("suspend();")
+                        : (entry == "cpu_erase" ? QByteArray() : erase) + suspended);
+    QVERIFY(!bench.run(operate));
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, entry + " suspended itself");
+    QCOMPARE(bench.logs(), lines.replaceInStrings("%1", bench.scriptError));
+}
+
+void OperationTest::suspendedCoroutineIsNoFailure()
+{
+    ScriptBench bench;
+    bench.setScript("function cpu_dump(dev, a, b) { local part = newthread(function() {\n"
+                    "suspend(1); print(\"never\"); }); part.call(); }");
+    QVERIFY(bench.run(0));
+    QCOMPARE(bench.scriptError, QString());
+}
+
 void OperationTest::nativeErrorFailsTheOperation()
 {
     ScriptBench bench;
     bench.drive.failNext(DriveCall::OpenWrite);
     bench.setScript("function cpu_dump(dev, a, b) { cpu_write(dev, 0x2000, 1); print(\"on\"); }");
     QVERIFY(!bench.run(0));
-    QCOMPARE(scriptErrors(bench.logs()), QStringList{"unknown"});
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, QString("cpu_write: the reader did not take the command"));
+    QCOMPARE(scriptErrors(bench.logs()), QStringList{bench.scriptError});
     QVERIFY(!bench.logs().contains("on"));
+}
+
+// An old save may begin with the byte of an erased one.
+void OperationTest::unwrittenSaveEraseFailsTheOperation()
+{
+    for (const DriveCall call : {DriveCall::OpenWrite, DriveCall::Write}) {
+        ScriptBench bench;
+        bench.drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
+        bench.job.saveType = 1;
+        bench.setScript(kTellingScript);
+        bench.drive.failNext(call);
+        QVERIFY(!bench.run(GBA_WRITE_RAM));
+        QCOMPARE(bench.end, JobEnd::ScriptFailed);
+        QCOMPARE(bench.logs(), (QStringList{"Start erase flash chip...", bench.scriptError}));
+        QCOMPARE(bench.scriptError,
+                 QString("the reader did not take the command that erases the save"));
+        QCOMPARE(bench.drive.reads.size(), 0);
+    }
+}
+
+// Unlike any other error of cpu_erase: there the poll decides.
+void OperationTest::eraseThatTheReaderDidNotTakeIsNotWaitedFor()
+{
+    ScriptBench bench;
+    bench.drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
+    bench.setScript("function cpu_erase(dev, a, b) { cpu_write(dev, 0x555, 0x10); }\n"
+                    "function cpu_flash(dev, a, b) { print(\"flashing\"); }");
+    bench.drive.failNext(DriveCall::Write);
+    QVERIFY(!bench.run(GB_WRITE_FLASH));
+    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.scriptError, QString("cpu_write: the reader did not take the command"));
+    QCOMPARE(bench.drive.reads.size(), 0);
+    // What the script has dealt with is for the poll again.
+    bench.setScript("function cpu_erase(dev, a, b) { try { cpu_write(dev, 0x555, 0x10); } catch "
+                    "(error) { cpu_write(dev, 0x555, 0x10); } }\n"
+                    "function cpu_flash(dev, a, b) { print(\"flashing\"); }");
+    bench.drive.failNext(DriveCall::Write);
+    QVERIFY(bench.run(GB_WRITE_FLASH));
+    QVERIFY(bench.logs().contains("flashing"));
 }
 
 void OperationTest::eachOperationGetsAFreshMachine()

@@ -134,7 +134,7 @@ private slots:
         const auto text = [&texts](Trouble trouble) { return texts[int(trouble) - 1]; };
         for (const Trouble trouble : {Trouble::ReadsDiffer, Trouble::NoFolder, Trouble::NoFile})
             QVERIFY2(text(trouble).contains("THE DETAIL"), qPrintable(text(trouble)));
-        QVERIFY(text(Trouble::Stopped).startsWith("Stopped before two reads were compared."));
+        QVERIFY(text(Trouble::Stopped).startsWith("Asked to stop before two reads were compared."));
         QVERIFY(text(Trouble::ReadsDiffer)
                     .startsWith("Two reads of the cartridge differ (THE DETAIL)"));
         QVERIFY(text(Trouble::SaveIsBlank).startsWith("All bytes of the save are equal."));
@@ -145,7 +145,7 @@ private slots:
         Outcome outcome;
         outcome.trouble = Trouble::Stopped;
         outcome.state = CartridgeState::NotWritten;
-        QCOMPARE(troubleText(outcome), QString("Stopped before the write."));
+        QCOMPARE(troubleText(outcome), QString("Asked to stop before the write."));
     }
 
     void everyFailedJobIsTold()
@@ -171,6 +171,12 @@ private slots:
         result.driveError = "the drive is full";
         QCOMPARE(failureLines(result),
                  (QStringList{"the drive is full", "Only 512 of 1024 bytes were transferred."}));
+        result.failedOperation = "cpu_write: no";
+        QCOMPARE(failureLines(result), (QStringList{"cpu_write: no", "the drive is full",
+                                                    "Only 512 of 1024 bytes were transferred."}));
+        // What ended the script stands in its log.
+        result.end = JobEnd::ScriptFailed;
+        QCOMPARE(failureLines(result).first(), QString("the drive is full"));
         result.end = JobEnd::Refused;
         result.scriptError = "MBC5: no.";
         QCOMPARE(failureLines(result), (QStringList{"MBC5: no.", "the drive is full"}));

@@ -9,6 +9,7 @@
 #include "ui/settings.h"
 #include "virtual/image_generator.h"
 #include "worker/famicom_thread.h"
+#include "worker/log_text.h"
 
 #include <QDir>
 #include <QPushButton>
@@ -113,7 +114,7 @@ private slots:
 
     void firmwareNameWithoutEnd();
     void firmwareNameIsUtf8();
-    void titlesWithMarkupAreShownAsTheLogDoes();
+    void titlesWithMarkupAreShownAsTheyAre();
     void linesAreTranslatedForTheTab();
     void everyReportLooksAnew();
 
@@ -359,16 +360,17 @@ void MainTabReportTest::firmwareNameIsUtf8()
     COMPARE_LOG(*m_tab, device + nothingFoundLines());
 }
 
-// The log takes markup, and a title is passed on as it is.
-void MainTabReportTest::titlesWithMarkupAreShownAsTheLogDoes()
+// The log takes markup; what a cartridge says of itself is none.
+void MainTabReportTest::titlesWithMarkupAreShownAsTheyAre()
 {
     GbImageSpec spec;
     spec.title = "<B>BOLD</B>";
     use(cartridgeOf(gbImage(spec)));
     pressInfo();
     QStringList lines = gbLines("ROM ONLY", "32KB", "0B");
-    lines[1] = "Title: <B>BOLD</B>";
+    lines[1] = logText("Title: <B>BOLD</B>");
     COMPARE_LOG(*m_tab, deviceLines() + lines);
+    QVERIFY(m_tab->console->toPlainText().contains("Title: <B>BOLD</B>\n"));
 }
 
 void MainTabReportTest::linesAreTranslatedForTheTab()

@@ -29,7 +29,7 @@ const QStringList kNothingFound = {"line Can not auto detect cartridge informati
                                    "line  2.Damaged or Dirty.",
                                    "line  3.Switch correct volte on dump board.",
                                    "line  4.Try again.",
-                                   "line <hr><br>"};
+                                   "rule"};
 
 std::unique_ptr<Cartridge> makeGbWithRam(char ramCode)
 {
@@ -41,7 +41,8 @@ QString itemText(const std::optional<int> &item)
     return item ? QString::number(*item) : "-";
 }
 
-// All that a report passes on goes to `events`: "line TEXT", "settings SYSTEM ITEM1 ITEM2 ITEM3".
+// All that a report passes on goes to `events`: "line TEXT", "rule", "settings SYSTEM ITEM1 ITEM2
+// ITEM3".
 class ReportBench : public ReaderBench
 {
 public:
@@ -51,6 +52,7 @@ public:
     {
         ReportOutput output;
         output.line = [this](const QString &text) { events << "line " + text; };
+        output.rule = [this] { events << "rule"; };
         output.settings = [this](const DetectedSettings &detected) {
             events << QString("settings %1 %2 %3 %4")
                           .arg(detected.sysType)
@@ -136,7 +138,7 @@ void CartridgeReportTest::gbSettingsComeAfterTheRule()
     QCOMPARE(bench.events,
              kDevice + QStringList({"line --GB/GBC Cartridge information--", "line Title: VIRTUAL",
                                     "line Cart type: ROM ONLY", "line ROM Size: 32KB",
-                                    "line RAM Size: " + ram, "line <hr><br>", settings}));
+                                    "line RAM Size: " + ram, "rule", settings}));
 }
 
 void CartridgeReportTest::gbaSettingsComeBeforeTheRule()
@@ -149,7 +151,7 @@ void CartridgeReportTest::gbaSettingsComeBeforeTheRule()
                                     "line Title: Meitantei Conan - Nerawareta Tantei (Jpn)",
                                     "line Year: 2003", "line Publisher: Banpresto",
                                     "line ROM Size: 8192KB", "line RAM Size: 8KB",
-                                    "settings 1 8388608 2 8192", "line <hr><br>"}));
+                                    "settings 1 8388608 2 8192", "rule"}));
 }
 
 void CartridgeReportTest::nothingFoundPassesNoSettings()
@@ -208,7 +210,7 @@ void CartridgeReportTest::gbaLogoAloneSelectsTheSystem()
     QVERIFY(report.outcome == ReportOutcome::Unknown);
     QCOMPARE(bench.events,
              kDevice + QStringList({"line Detect GBA cartridge, but can not detect detail.",
-                                    "settings 1 - - -", "line <hr><br>"}));
+                                    "settings 1 - - -", "rule"}));
 }
 
 void CartridgeReportTest::gbSaveSizesAtTheThreshold_data()
@@ -235,7 +237,7 @@ void CartridgeReportTest::gbSaveSizesAtTheThreshold()
     QCOMPARE(bench.events,
              kDevice + QStringList({"line --GB/GBC Cartridge information--", "line Title: T",
                                     "line Cart type: C", "line ROM Size: 64KB",
-                                    "line RAM Size: " + text, "line <hr><br>",
+                                    "line RAM Size: " + text, "rule",
                                     "settings 0 0 65536 " +
                                         (bytes == 0 ? QString("-") : QString::number(bytes))}));
 }
@@ -261,12 +263,11 @@ void CartridgeReportTest::gbaSaveSizesAtTheThreshold()
     foundRomSize = 4194304;
     foundSaveSize = bytes;
     bench.report({findNoGb, findGba});
-    QCOMPARE(
-        bench.events,
-        kDevice +
-            QStringList({"line --GBA Cartridge information--", "line Title: T", "line Year: 2001",
-                         "line Publisher: P", "line ROM Size: 4096KB", "line RAM Size: " + text,
-                         QString("settings 1 4194304 0 %1").arg(bytes), "line <hr><br>"}));
+    QCOMPARE(bench.events,
+             kDevice + QStringList({"line --GBA Cartridge information--", "line Title: T",
+                                    "line Year: 2001", "line Publisher: P", "line ROM Size: 4096KB",
+                                    "line RAM Size: " + text,
+                                    QString("settings 1 4194304 0 %1").arg(bytes), "rule"}));
 }
 
 void CartridgeReportTest::reportHoldsWhatWasSeen()

@@ -45,6 +45,7 @@ private slots:
     void bufferExistsOnlyDuringTheJob_data();
     void bufferExistsOnlyDuringTheJob();
     void textsAreTranslatedAsTheWorkers();
+    void scriptsTextIsEscaped();
 };
 
 void FamicomThreadTest::metaMethodsComeInOrder()
@@ -373,6 +374,21 @@ void FamicomThreadTest::textsAreTranslatedAsTheWorkers()
     QCOMPARE(notSaved, context + "Save file error.");
     QCOMPARE(noMode, QStringList{context + "Initialize device error."});
     QCOMPARE(noDevice, QStringList{context + "Can not found device."});
+}
+
+// The log would take it for markup.
+void FamicomThreadTest::scriptsTextIsEscaped()
+{
+    JobBench bench;
+    bench.setScript("function cpu_dump(dev, size, max) { print(\"<b>bold</b>\");\n"
+                    "throw \"a < b & c\"; }");
+    bench.job.rom_size = 0x4000;
+    bench.job.file_name = bench.path("dump.gb");
+    QVERIFY(!bench.run(GB_READ_ROM));
+    const QString log = bench.logs().join('|');
+    QVERIFY2(log.contains("&lt;b&gt;bold&lt;/b&gt;"), qPrintable(log));
+    QVERIFY2(log.contains("[a &lt; b &amp; c]"), qPrintable(log));
+    QVERIFY2(!log.contains("<b>") && !log.contains("a < b"), qPrintable(log));
 }
 
 GBDRIVER_TEST(FamicomThreadTest, core)

@@ -30,6 +30,8 @@ private slots:
     void failuresThatTheModeSelectionDoesNotSee_data();
     void failuresThatTheModeSelectionDoesNotSee();
     void vanishingReaderFailsAWritingScript();
+    void hiddenFailureEndsTheJob_data();
+    void hiddenFailureEndsTheJob();
 
     void saveTypeChoosesTheCommands_data();
     void saveTypeChoosesTheCommands();
@@ -129,7 +131,6 @@ void JobDeviceTest::failuresThatTheModeSelectionDoesNotSee()
     }
 }
 
-// Bus writes are the only natives that notice.
 void JobDeviceTest::vanishingReaderFailsAWritingScript()
 {
     JobBench bench;
@@ -144,6 +145,56 @@ void JobDeviceTest::vanishingReaderFailsAWritingScript()
     QCOMPARE(scriptErrors(bench.logs()).size(), 1);
     QVERIFY(!bench.logs().contains("went on"));
     QCOMPARE(bench.fileBytes("dump.gb"), QByteArray("old dump"));
+}
+
+void JobDeviceTest::hiddenFailureEndsTheJob_data()
+{
+    QTest::addColumn<int>("operate");
+    QTest::addColumn<int>("saveType");
+    QTest::addColumn<int>("ramSize");
+    QTest::addColumn<int>("call");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("after");
+    const auto add = [](const char *name, int operate, int saveType, int ramSize, DriveCall call,
+                        const char *file, int after) {
+        QTest::newRow(name) << operate << saveType << ramSize << int(call) << QString(file)
+                            << after;
+    };
+    // Two command files select the bus; one read looks for the reader.
+    add("SRAM read, a command", 6, 0, 0x8000, DriveCall::OpenForWrite, "CMD.CMD", 2);
+    add("SRAM read, the last command", 6, 0, 0x8000, DriveCall::Write, "CMD.CMD", 2 + 7);
+    add("SRAM read, a reply", 6, 0, 0x8000, DriveCall::Read, "K-DRIVER.DMP", 1);
+    add("SRAM read, the last reply", 6, 0, 0x8000, DriveCall::Read, "K-DRIVER.DMP", 1 + 7);
+    add("FLASH read, a reply", 6, 1, 0x20000, DriveCall::OpenForRead, "K-DRIVER.DMP", 1 + 3);
+    add("EEPROM read, the command", 6, 2, 0x2000, DriveCall::Write, "CMD.CMD", 2);
+    add("small EEPROM write, the first half", 7, 2, 512, DriveCall::Write, "CMD.CMD", 2);
+    add("EEPROM write, a half", 7, 2, 0x2000, DriveCall::OpenForWrite, "CMD.CMD", 2 + 9);
+    add("ROM read, the address", 4, 0, 0, DriveCall::Write, "CMD.CMD", 2);
+}
+
+// The commands answer as if nothing had happened. What the user has must not be replaced.
+void JobDeviceTest::hiddenFailureEndsTheJob()
+{
+    QFETCH(int, operate);
+    QFETCH(int, saveType);
+    QFETCH(int, ramSize);
+    QFETCH(int, call);
+    QFETCH(QString, file);
+    QFETCH(int, after);
+    JobBench bench;
+    bench.setScript(kMovingScript);
+    bench.job.rom_size = 0x4000;
+    bench.job.ram_size = ramSize;
+    bench.job.save_type = saveType;
+    const QByteArray old(0x20000, 'o');
+    bench.job.file_name = bench.addFile("file.bin", old);
+    bench.drive().addFault(
+        {static_cast<DriveCall>(call), file.toStdString(), static_cast<unsigned>(after)});
+    QVERIFY(!bench.run(operate));
+    QCOMPARE(scriptErrors(bench.logs()).size(), 1);
+    QVERIFY(scriptErrors(bench.logs()).first().contains(": the reader did not "));
+    QCOMPARE(bench.fileBytes("file.bin"), old);
+    QVERIFY(bench.run(operate)); // the fault was all that was wrong
 }
 
 void JobDeviceTest::saveTypeChoosesTheCommands_data()

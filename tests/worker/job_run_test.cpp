@@ -210,22 +210,55 @@ private slots:
         QCOMPARE(result.bytes, TestCartridge::gbBytes(0, moved) + QByteArray(kRom - moved, '\0'));
     }
 
-    void errorOfTheDriveIsKept()
+    void failedReadEndsTheJob()
     {
         m_bench->drive().addFault({DriveCall::Read, "DUMP.ROM", 1}); // of the last read
         const JobResult result = run();
-        QCOMPARE(result.end, JobEnd::Done); // the script did not look
+        QCOMPARE(result.end, JobEnd::ScriptFailed);
+        QCOMPARE(result.scriptError, QString("cpu_read: the reader did not answer"));
+        QCOMPARE(result.movedBytes, kRom / 2);
         QVERIFY2(result.driveError.contains("injected fault"), qPrintable(result.driveError));
         QVERIFY(!result.isWhole());
         // It is that of this job alone.
-        QCOMPARE(run().driveError, QString());
+        const JobResult next = run();
+        QVERIFY(next.isWhole());
+        QCOMPARE(next.driveError, QString());
     }
 
-    void cursorBelowZeroIsNothingMoved()
+    void failedFirstReadMovesNothing()
     {
         m_bench->setScript("function cpu_dump(d, s, _) { cpu_read(d, 0, 16); }");
         m_bench->drive().addFault({DriveCall::Read, "DUMP.ROM"});
         QCOMPARE(run().movedBytes, 0);
+    }
+
+    // The error is the script's, but a job with one is not whole: also where the drive said nothing
+    // and every byte was moved.
+    void caughtFailureLeavesNothingWhole_data()
+    {
+        QTest::addColumn<bool>("isReported");
+        QTest::newRow("error of the drive") << true;
+        QTest::newRow("the drive took nothing and did not say so") << false;
+    }
+    void caughtFailureLeavesNothingWhole()
+    {
+        QFETCH(bool, isReported);
+        m_bench->setScript("function cpu_dump(d, s, _) {\n"
+                           "try { cpu_write(d, 0x2000, 2); } catch (error) {}\n"
+                           "cpu_read(d, 0, s); }");
+        DriveFault fault{DriveCall::Write, "CMD.CMD", 2}; // behind the selection of the bus
+        if (!isReported) {
+            fault.code = DriveErrorCode::None;
+            fault.bytes = 0;
+        }
+        m_bench->drive().addFault(fault);
+        const JobResult result = run();
+        QCOMPARE(result.end, JobEnd::Done);
+        QCOMPARE(result.movedBytes, kRom);
+        QCOMPARE(result.driveError.isEmpty(), !isReported);
+        QCOMPARE(result.scriptError, QString());
+        QCOMPARE(result.failedOperation, QString("cpu_write: the reader did not take the command"));
+        QVERIFY(!result.isWhole());
     }
 
     void flashLeavesTheInputAsItIs()

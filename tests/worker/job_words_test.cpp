@@ -29,11 +29,13 @@ private slots:
         QTest::addColumn<JobEnd>("end");
         QTest::addColumn<QString>("scriptError");
         QTest::addColumn<QString>("driveError");
+        QTest::addColumn<QString>("failedOperation");
         QTest::addColumn<QString>("reason");
         const auto add = [](const char *name, JobEnd end, const char *scriptError,
-                            const char *driveError, const char *reason) {
+                            const char *driveError, const char *reason,
+                            const char *failedOperation = "") {
             QTest::newRow(name) << end << QString(scriptError) << QString(driveError)
-                                << QString(reason);
+                                << QString(failedOperation) << QString(reason);
         };
         add("nothing", JobEnd::Done, "", "", "");
         add("error of a script", JobEnd::Refused, "no bank", "", "no bank");
@@ -50,6 +52,8 @@ private slots:
         add("slash in what a script says", JobEnd::Refused, "give 1/2 or 2/2", "",
             "give 1/2 or 2/2");
         add("no reader", JobEnd::NoReader, "", "", "Can not found device.");
+        add("error that the script caught", JobEnd::Done, "", "drive E: full", "cpu_write: no",
+            "cpu_write: no");
         // A scan asks drives that are no readers.
         add("no reader, other drives", JobEnd::NoReader, "", "drive D: no medium",
             "Can not found device.");
@@ -59,10 +63,12 @@ private slots:
         QFETCH(JobEnd, end);
         QFETCH(QString, scriptError);
         QFETCH(QString, driveError);
+        QFETCH(QString, failedOperation);
         JobResult result;
         result.end = end;
         result.scriptError = scriptError;
         result.driveError = driveError;
+        result.failedOperation = failedOperation;
         QTEST(reasonOf(result), "reason");
     }
 };
