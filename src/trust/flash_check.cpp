@@ -74,6 +74,9 @@ ProbedChip probeFlashChipTwice()
         return {ProbeEnd::NotAsked, JobEnd::NoMode, {}};
     const FlashChipAnswer chip = probeFlashChip();
     const FlashChipAnswer again = probeFlashChip();
+    // Had the last command of the query been lost, both reads for the backup would show the query
+    // table: a script for a cartridge without a mapper writes nothing before it reads.
+    endFlashQuery();
     if (again.isWide != chip.isWide || again.sizeBytes != chip.sizeBytes)
         return {ProbeEnd::Unclear, JobEnd::Done, {}};
     return {ProbeEnd::Asked, JobEnd::Done, chip};

@@ -77,7 +77,9 @@ JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, Sec
     const bool isKnown = rom && rom->known;
     if (second == SecondRead::Always || (second == SecondRead::OfWhatIsUnknown && !isKnown))
         readAgain(job, 1, *listener, &read);
-    if (!read.outcome.isDone())
+    // The user who stops the second read that nobody asked for by name still has the first one.
+    const bool isStopped = read.outcome.trouble == Trouble::Stopped;
+    if (!read.outcome.isDone() && !(isStopped && second == SecondRead::OfWhatIsUnknown))
         return failed(job, read.outcome);
     JudgedJob judged;
     judged.job = job;

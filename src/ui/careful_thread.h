@@ -23,6 +23,8 @@ public:
 
     // The user wants the steps to end where nothing is left half done.
     void requestStop() { m_isStopWanted = true; }
+    // Whether they were asked, since they began.
+    bool isStopRequested() const { return m_isStopWanted; }
 
 signals:
     // A job of the steps begins that is to move `totalBytes`. `phase`: a Phase.

@@ -117,6 +117,13 @@ void GuardedJob::keepOldFile()
 
 void GuardedJob::startUnlessRefused()
 {
+    // Cancel may come behind the steps' last question, while the backup is written.
+    const bool isWrite = isWriteJob(m_finished.job.operate);
+    if (isWrite && m_guard.fault == GuardFault::None && m_thread->isStopRequested()) {
+        m_guard.fault = GuardFault::Trouble;
+        m_guard.outcome.trouble = Trouble::Stopped;
+        m_guard.outcome.state = CartridgeState::NotWritten;
+    }
     if (m_guard.fault == GuardFault::None)
         startWorker();
     else

@@ -151,7 +151,7 @@ QString otherSetting(const WriteGuard &guard)
     case Trouble::SaveIsBlank:
         return tr("See that the settings are right and that the contacts are clean.");
     case Trouble::SaveIsLarger:
-        return tr("Choose 128 KB.");
+        return tr("Choose 128 K.");
     case Trouble::NoFolder:
     case Trouble::NoFile:
         return tr("Make room in the backup folder, or see that you may write there.");

@@ -33,11 +33,16 @@ FlashChipAnswer decodeFlashQuery(const std::uint8_t *answer)
     return chip;
 }
 
+void endFlashQuery()
+{
+    writeOnce(kResetAddress, kResetCommand);
+}
+
 FlashChipAnswer probeFlashChip()
 {
     std::array<std::uint8_t, kFlashQuerySize> answer{};
     writeOnce(kQueryAddress, kQueryCommand);
     deviceOps.gbRead(0, answer.data(), kFlashQuerySize);
-    writeOnce(kResetAddress, kResetCommand);
+    endFlashQuery();
     return decodeFlashQuery(answer.data());
 }

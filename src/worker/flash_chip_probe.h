@@ -23,3 +23,6 @@ FlashChipAnswer decodeFlashQuery(const std::uint8_t *answer);
 // Needs:  GB mode selected.
 // Thread: any, but no job may run meanwhile.
 FlashChipAnswer probeFlashChip();
+
+// Takes a chip back from its query table to its content; one that shows it already does not mind.
+void endFlashQuery();

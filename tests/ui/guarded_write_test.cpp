@@ -1,0 +1,500 @@
+// Writes from the window with everything that stands around them: what is kept before the worker
+// starts, when it does not start at all, and what the judgement behind the rule says.
+#include "drive_faults.h"
+#include "job_window.h"
+#include "log_check.h"
+#include "test_class.h"
+
+#include "cart/setting_tables.h"
+#include "ui/guarded_job.h"
+#include "worker/famicom_thread.h"
+
+#include <QPushButton>
+#include <QtTest>
+
+#include <functional>
+
+using namespace virtual_reader;
+
+namespace
+{
+
+constexpr int kKiB = 1024;
+constexpr int kMiB = 1024 * kKiB;
+
+struct WriteCase {
+    std::function<std::unique_ptr<Cartridge>()> cartridge; // none: an empty slot
+    std::function<void(JobWindow &)> select;
+    ActionButton button = &MainTab::writeRamButton;
+    QByteArray file;
+    bool isTicked = true;
+};
+
+ByteVector gbGame(int romSize, std::uint64_t seed, std::uint8_t type = 0x1B)
+{
+    const std::uint32_t ramSize = type == 0 ? 0 : 32 * kKiB;
+    return gbImage({type, static_cast<std::uint32_t>(romSize), ramSize, "VIRTUAL", seed});
+}
+
+std::unique_ptr<Cartridge> gbFlashBoard(const ByteVector &image, FlashWidth width,
+                                        bool isProtected = false)
+{
+    CartridgeOptions options;
+    options.flash = width;
+    options.flashChip.writeProtected = isProtected;
+    return cartridgeOf(image, options);
+}
+
+std::unique_ptr<Cartridge> gbaBoard(GbaSaveType type, int size, const char *code = "ZVRE")
+{
+    CartridgeOptions options;
+    options.saveType = type;
+    options.saveSize = static_cast<std::uint32_t>(size);
+    auto cartridge = cartridgeOf(gbaGame(code), options);
+    putSave(cartridge.get(), noise(size, 1));
+    return cartridge;
+}
+
+std::unique_ptr<Cartridge> gbSaveBoard(const QByteArray &save)
+{
+    auto cartridge = makeMbc5Cartridge(64 * kKiB);
+    putSave(cartridge.get(), save);
+    return cartridge;
+}
+
+// The board takes the settings' 32 KiB of save memory.
+WriteCase gbSave(const QByteArray &file, const QByteArray &old = noise(32 * kKiB, 1))
+{
+    WriteCase row;
+    row.cartridge = [old] { return gbSaveBoard(old); };
+    row.select = [](JobWindow &window) { window.selectGb(kMapperMbc5Row, 64 * kKiB, 32 * kKiB); };
+    row.file = file;
+    return row;
+}
+
+WriteCase gbaSave(GbaSaveType type, int choice, int size, int chosenSize = 0)
+{
+    WriteCase row;
+    row.cartridge = [=] { return gbaBoard(type, size); };
+    const int settingsSize = chosenSize == 0 ? size : chosenSize;
+    row.select = [=](JobWindow &window) { window.selectGba(kMiB, choice, settingsSize); };
+    row.file = noise(settingsSize, 2);
+    return row;
+}
+
+// One bank pair of 32 KiB without a mapper, where an 8-bit chip needs no long backup.
+WriteCase narrowFlash(const QByteArray &file, bool isProtected = false)
+{
+    WriteCase row;
+    row.button = &MainTab::flashButton;
+    row.cartridge = [=] {
+        ByteVector image = gbGame(32 * kKiB, 1, 0);
+        image[0] = isProtected ? 0xFF : image[0]; // looks erased to a poll
+        return gbFlashBoard(image, FlashWidth::Byte, isProtected);
+    };
+    row.select = [](JobWindow &window) { window.selectGb(0, 32 * kKiB, 8 * kKiB); };
+    row.file = file;
+    return row;
+}
+
+WriteCase wideFlash(const QByteArray &file, int chipSize)
+{
+    WriteCase row;
+    row.button = &MainTab::flashButton;
+    row.cartridge = [=] { return gbFlashBoard(gbGame(chipSize, 1), FlashWidth::Word); };
+    row.select = [](JobWindow &window) { window.selectGb(kMapperMbc5Row, 64 * kKiB, 32 * kKiB); };
+    row.file = file;
+    return row;
+}
+
+WriteCase emptySlot(WriteCase row)
+{
+    row.cartridge = nullptr;
+    return row;
+}
+
+WriteCase unticked(WriteCase row)
+{
+    row.isTicked = false;
+    return row;
+}
+
+// Bytes that no erased chip and no empty slot shows.
+QByteArray withoutErased(QByteArray bytes)
+{
+    for (char &byte : bytes)
+        byte = static_cast<char>(byte & 0x7F);
+    return bytes;
+}
+
+QByteArray gbFile(int size, std::uint8_t type = 0x1B)
+{
+    return toByteArray(gbGame(size, 2, type));
+}
+
+std::unique_ptr<JobWindow> windowFor(const WriteCase &row)
+{
+    auto window = std::make_unique<JobWindow>(row.cartridge ? row.cartridge() : nullptr);
+    row.select(*window);
+    if (row.isTicked)
+        window->tickVerify();
+    return window;
+}
+
+QByteArray contentOf(JobWindow &window, const WriteCase &row)
+{
+    return row.button == &MainTab::flashButton ? window.bench().rom() : window.bench().save();
+}
+
+// Command files that a write makes from its first press to the rule.
+unsigned commandsOf(const WriteCase &row)
+{
+    const auto window = windowFor(unticked(row));
+    const auto made = [&] {
+        return window->bench().drive().callCount(DriveCall::OpenForWrite, "CMD.CMD");
+    };
+    const std::uint32_t before = made();
+    window->run(row.button, window->bench().addFile("new", row.file));
+    return made() - before;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(WriteCase)
+
+class GuardedWriteTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void writeIsKeptMadeAndCompared_data();
+    void writeIsKeptMadeAndCompared();
+    void uncomparedWriteSaysSo();
+    void longFileIsWrittenAsFarAsItFits();
+    void writeThatDidNothingIsFailed_data();
+    void writeThatDidNothingIsFailed();
+    void badWriteIsNotBegun_data();
+    void badWriteIsNotBegun();
+    void saveThatReadsDifferentlyIsNotReplaced();
+    void shortFileWritesNothing();
+    void errorBehindTheEraseNamesTheBackup();
+    void folderThatCannotBeMadeRefuses();
+    void markupIsShownAsItIs();
+    void cancelBeforeTheWriteStopsIt_data();
+    void cancelBeforeTheWriteStopsIt();
+    void unguardedWriteIsTheBareJob_data();
+    void unguardedWriteIsTheBareJob();
+};
+
+void GuardedWriteTest::writeIsKeptMadeAndCompared_data()
+{
+    QTest::addColumn<WriteCase>("row");
+    QTest::newRow("GB save") << gbSave(noise(32 * kKiB, 2));
+    QTest::newRow("blank GB save of the header's size")
+        << gbSave(noise(32 * kKiB, 2), QByteArray(32 * kKiB, '\xFF'));
+    QTest::newRow("GBA SRAM") << gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
+    QTest::newRow("GBA FLASH 64 KiB") << gbaSave(GbaSaveType::Flash, kSaveFlash, 64 * kKiB);
+    QTest::newRow("GBA FLASH 128 KiB") << gbaSave(GbaSaveType::Flash, kSaveFlash, 128 * kKiB);
+    QTest::newRow("GBA EEPROM 512 bytes") << gbaSave(GbaSaveType::Eeprom, kSaveEeprom, 512);
+    QTest::newRow("GBA EEPROM 8 KiB") << gbaSave(GbaSaveType::Eeprom, kSaveEeprom, 8 * kKiB);
+    QTest::newRow("flash, 8 bit") << narrowFlash(gbFile(32 * kKiB, 0));
+    QTest::newRow("flash, 16 bit") << wideFlash(gbFile(64 * kKiB), 64 * kKiB);
+}
+
+void GuardedWriteTest::writeIsKeptMadeAndCompared()
+{
+    QFETCH(WriteCase, row);
+    const auto window = windowFor(row);
+    const QByteArray old = contentOf(*window, row);
+    window->run(row.button, window->bench().addFile("new", row.file));
+
+    QCOMPARE(window->judgement(),
+             QString("written: %1 bytes, read back and equal").arg(row.file.size()));
+    QVERIFY(contentOf(*window, row) == row.file);
+    QVERIFY(old != row.file);
+    QVERIFY(onlyBackup(*window) == old);
+    QVERIFY(window->judgements().contains("What the cartridge held before is in " +
+                                          window->backups().firstKey()));
+}
+
+void GuardedWriteTest::uncomparedWriteSaysSo()
+{
+    const WriteCase row = unticked(gbSave(noise(32 * kKiB, 2)));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    const QString path = window->bench().addFile("new", row.file);
+    window->run(row.button, path);
+    QCOMPARE(window->judgement(),
+             QString("written: 32768 bytes; nothing was read back and compared"));
+    QVERIFY(window->tab().console->toHtml().contains("background-color:#fff3c9"));
+    QVERIFY(window->bench().save() == row.file);
+    QVERIFY(onlyBackup(*window) == old);
+    // What stands between the action's line and its rule is what it was before there was a guard.
+    COMPARE_LOG(window->tab(),
+                (QStringList{"Writing save to cartridge from file:\n" + path, "Read file :" + path,
+                             "Read 32768 Bytes", "Start write save...", "Write save finish.",
+                             ">Success!", "<hr><br>"}));
+}
+
+void GuardedWriteTest::longFileIsWrittenAsFarAsItFits()
+{
+    const WriteCase row = gbSave(noise(128 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(),
+             QString("written: only the first 32768 of 131072 bytes of the file, read back and "
+                     "equal"));
+    QVERIFY(window->tab().console->toHtml().contains("background-color:#fff3c9"));
+    QVERIFY(window->bench().save() == row.file.left(32 * kKiB));
+    QVERIFY(onlyBackup(*window) == old);
+}
+
+void GuardedWriteTest::writeThatDidNothingIsFailed_data()
+{
+    QTest::addColumn<WriteCase>("row");
+    QTest::addColumn<bool>("isKept");
+    const QByteArray file = withoutErased(noise(32 * kKiB, 2));
+    QTest::newRow("write-protected chip") << narrowFlash(file, true) << true;
+    QTest::newRow("empty slot") << emptySlot(narrowFlash(file)) << false;
+}
+
+void GuardedWriteTest::writeThatDidNothingIsFailed()
+{
+    QFETCH(WriteCase, row);
+    QFETCH(bool, isKept);
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().busBytes(0, 32 * kKiB);
+    int differing = 0;
+    for (int at = 0; at < old.size(); ++at)
+        differing += old[at] != row.file[at] ? 1 : 0;
+    window->run(row.button, window->bench().addFile("new", row.file));
+
+    QVERIFY(window->log().contains(">Success!"));
+    const QString judgement = window->judgement();
+    QVERIFY2(judgement.startsWith(
+                 QString("failed: The cartridge does not hold what was written: %1 of 32768 bytes")
+                     .arg(differing)),
+             qPrintable(judgement));
+    QVERIFY(differing > 32000);
+    QVERIFY(window->bench().busBytes(0, 32 * kKiB) == old);
+    QCOMPARE(window->backups().size(), isKept ? 1 : 0);
+    if (!isKept)
+        return;
+    QVERIFY(onlyBackup(*window) == old);
+    QVERIFY(window->judgements().contains(window->backups().firstKey()));
+    QVERIFY(window->judgements().contains("write that file with FLASH"));
+}
+
+void GuardedWriteTest::badWriteIsNotBegun_data()
+{
+    QTest::addColumn<WriteCase>("row");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("advice");
+    const QString switchOff = "turn \"Guard writes\" off in the menu at the top right";
+    const QByteArray save = noise(32 * kKiB, 2);
+    QTest::newRow("empty slot, nobody would notice")
+        << unticked(emptySlot(narrowFlash(gbFile(32 * kKiB, 0))))
+        << "No flash chip answers and every byte is FF"
+        << "tick \"Verify the data after writing\"";
+    QTest::newRow("file larger than the chip")
+        << wideFlash(gbFile(2 * kMiB), kMiB)
+        << "The file has 2097152 bytes, the flash chip 1048576." << switchOff;
+    WriteCase shorter = gbSave(noise(8 * kKiB, 2), QByteArray(32 * kKiB, '\xFF'));
+    shorter.select = [](JobWindow &window) { window.selectGb(kMapperMbc5Row, 65536, 8 * kKiB); };
+    QTest::newRow("blank save of a size that only the user names")
+        << shorter << "All bytes of the save are equal." << switchOff;
+    WriteCase known = gbaSave(GbaSaveType::Flash, kSaveSram, 64 * kKiB);
+    known.cartridge = [] { return gbaBoard(GbaSaveType::Flash, 64 * kKiB, "AWRP"); };
+    QTest::newRow("game of another save type")
+        << known << "The game table names another save than the settings"
+        << "Press Info";
+    QTest::newRow("half of a chip that is erased as a whole")
+        << gbaSave(GbaSaveType::Flash, kSaveFlash, 128 * kKiB, 64 * kKiB)
+        << "The save chip holds 128 KiB"
+        << "Choose 128 K.";
+    WriteCase other = gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
+    other.cartridge = gbSave(save).cartridge;
+    QTest::newRow("cartridge of the other system")
+        << other << "The cartridge is of another system than the settings say."
+        << "Press Info";
+    WriteCase danger = gbSave(save);
+    danger.cartridge = [] { return makeGbHeaderCartridge(0x22, 0, 0); };
+    QTest::newRow("save that no job can move")
+        << danger << "The save of an MBC7 cannot be read or written" << switchOff;
+}
+
+void GuardedWriteTest::badWriteIsNotBegun()
+{
+    QFETCH(WriteCase, row);
+    QFETCH(QString, reason);
+    QFETCH(QString, advice);
+    const auto window = windowFor(row);
+    const QByteArray rom = window->bench().rom();
+    const QByteArray save = window->bench().save();
+    window->run(row.button, window->bench().addFile("new", row.file));
+
+    QCOMPARE(window->judgement(),
+             QString("refused: Nothing was written; the cartridge is as it was."));
+    const QString log = window->log();
+    QVERIFY2(log.contains(reason), qPrintable(log));
+    QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
+    QVERIFY(log.indexOf(reason) < log.indexOf("refused: "));
+    QVERIFY(!log.contains("Read file"));
+    QVERIFY(!log.contains(">Success!") && !log.contains(">Operation failure."));
+    QVERIFY(window->bench().rom() == rom);
+    QVERIFY(window->bench().save() == save);
+    QCOMPARE(window->backups().size(), 0);
+}
+
+void GuardedWriteTest::saveThatReadsDifferentlyIsNotReplaced()
+{
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    DriveFault flip = dumpReadFault(7); // of the second read
+    flip.code = DriveErrorCode::None;
+    flip.bytes = DriveFault::kAllBytes;
+    flip.flips = 0x01;
+    window->bench().drive().addFault(flip);
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(),
+             QString("refused: Nothing was written; the cartridge is as it was."));
+    QVERIFY(window->log().contains("Two reads of the cartridge differ (bank "));
+    QVERIFY(window->bench().save() == old);
+    QVERIFY(window->backups().isEmpty());
+}
+
+void GuardedWriteTest::shortFileWritesNothing()
+{
+    const WriteCase row = gbSave(noise(8 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(), QString("failed: The file is too short. Nothing was written; "
+                                          "the cartridge is as it was."));
+    QVERIFY(window->bench().save() == old);
+}
+
+void GuardedWriteTest::errorBehindTheEraseNamesTheBackup()
+{
+    const WriteCase row = gbaSave(GbaSaveType::Flash, kSaveFlash, 64 * kKiB);
+    const unsigned commands = commandsOf(row);
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    window->bench().drive().addFault(commandFault(commands - 1, DriveFault::kForever));
+    window->run(row.button, window->bench().addFile("new", row.file));
+
+    const QString judgement = window->judgement();
+    QVERIFY2(judgement.startsWith("incomplete: ") || judgement.startsWith("failed: "),
+             qPrintable(judgement));
+    QVERIFY2(judgement.contains("injected fault"), qPrintable(judgement));
+    QVERIFY2(judgement.endsWith("The cartridge may be partly written."), qPrintable(judgement));
+    QVERIFY(window->bench().save() != old);
+    QVERIFY(window->bench().save() != row.file);
+    QVERIFY(onlyBackup(*window) == old);
+    QVERIFY(window->judgements().contains(window->backups().firstKey()));
+    QVERIFY(window->judgements().contains("write that file with Write RAM"));
+}
+
+void GuardedWriteTest::folderThatCannotBeMadeRefuses()
+{
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    window->bench().addFile("backups", "a file");
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(),
+             QString("refused: Nothing was written; the cartridge is as it was."));
+    QVERIFY(window->log().contains("Cannot make the folder " + window->bench().path("backups") +
+                                   " for the backup."));
+    QVERIFY(window->judgements().contains("turn \"Guard writes\" off"));
+    QVERIFY(window->bench().save() == old);
+}
+
+// Part of a name that no file system minds and that markup would turn into something else.
+void GuardedWriteTest::markupIsShownAsItIs()
+{
+    const QString name = "a &lt;b&gt; &amp;";
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    window->tab().guarded->backupFolder = window->bench().path(name);
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QVERIFY2(window->judgements().contains("/" + name + "/"), qPrintable(window->judgements()));
+
+    window->bench().addFile("file", "stands in the way");
+    window->tab().guarded->backupFolder = window->bench().path("file/" + name);
+    window->run(row.button, window->bench().path("new"));
+    QVERIFY(window->log().contains("the folder " + window->bench().path("file/" + name)));
+}
+
+void GuardedWriteTest::cancelBeforeTheWriteStopsIt_data()
+{
+    QTest::addColumn<int>("call");
+    QTest::addColumn<QString>("pathEnd");
+    QTest::addColumn<unsigned>("after");
+    QTest::newRow("while the cartridge is looked at") << int(DriveCall::Read) << "DUMP.ROM" << 0U;
+    QTest::newRow("in the first read") << int(DriveCall::Read) << "DUMP.ROM" << 2U;
+    QTest::newRow("in the second read") << int(DriveCall::Read) << "DUMP.ROM" << 7U;
+    QTest::newRow("while the backup is written") << int(DriveCall::Write) << ".part" << 0U;
+}
+
+void GuardedWriteTest::cancelBeforeTheWriteStopsIt()
+{
+    QFETCH(int, call);
+    QFETCH(QString, pathEnd);
+    QFETCH(unsigned, after);
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    QPushButton *cancel = window->tab().cancelButton;
+    DriveFault fault{static_cast<DriveCall>(call), pathEnd.toStdString(), after};
+    fault.code = DriveErrorCode::None;
+    fault.bytes = DriveFault::kAllBytes;
+    bool isPressed = false;
+    fault.happens = [cancel, &isPressed] {
+        QMetaObject::invokeMethod(
+            cancel, [cancel] { cancel->click(); }, Qt::BlockingQueuedConnection);
+        isPressed = true;
+    };
+    window->bench().drive().addFault(fault);
+    window->run(row.button, window->bench().addFile("new", row.file));
+
+    QVERIFY(isPressed);
+    QCOMPARE(window->judgement(),
+             QString("stopped: Nothing was written; the cartridge is as it was."));
+    QVERIFY(window->log().contains("Asked to stop before the write."));
+    QVERIFY(!window->log().contains("Start write save..."));
+    QVERIFY(window->bench().save() == old);
+}
+
+void GuardedWriteTest::unguardedWriteIsTheBareJob_data()
+{
+    QTest::addColumn<WriteCase>("row");
+    QTest::newRow("GB save") << gbSave(noise(32 * kKiB, 2));
+    QTest::newRow("GBA FLASH") << gbaSave(GbaSaveType::Flash, kSaveFlash, 64 * kKiB);
+    QTest::newRow("flash, 8 bit") << narrowFlash(gbFile(32 * kKiB, 0));
+    QTest::newRow("flash, 16 bit") << wideFlash(gbFile(64 * kKiB), 64 * kKiB);
+}
+
+void GuardedWriteTest::unguardedWriteIsTheBareJob()
+{
+    QFETCH(WriteCase, row);
+    const UserFolder folder;
+    const QString path = folder.addFile("new", row.file);
+    auto window = windowFor(unticked(row));
+    window->tab().guarded->guardsWrites = false;
+    window->run(row.button, path);
+    QCOMPARE(window->judgement(),
+             QString("written: %1 bytes; nothing was read back and compared").arg(row.file.size()));
+    QVERIFY(contentOf(*window, row) == row.file);
+    QVERIFY(window->backups().isEmpty());
+    QVERIFY(!window->judgements().contains("What the cartridge held before"));
+    const QStringList traffic = window->bench().traffic();
+    const CartridgeJob job = window->tab().worker->job();
+    window.reset();
+    QCOMPARE(traffic, bareTraffic(row.cartridge(), job, path));
+}
+
+GBDRIVER_TEST(GuardedWriteTest, gui)
+#include "guarded_write_test.moc"
