@@ -77,9 +77,8 @@ JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, Sec
     const bool isKnown = rom && rom->known;
     if (second == SecondRead::Always || (second == SecondRead::OfWhatIsUnknown && !isKnown))
         readAgain(job, 1, *listener, &read);
-    // The user who stops the second read that nobody asked for by name still has the first one.
-    const bool isStopped = read.outcome.trouble == Trouble::Stopped;
-    if (!read.outcome.isDone() && !(isStopped && second == SecondRead::OfWhatIsUnknown))
+    // Whoever stops the second read still has the first one.
+    if (!read.outcome.isDone() && read.outcome.trouble != Trouble::Stopped)
         return failed(job, read.outcome);
     JudgedJob judged;
     judged.job = job;

@@ -186,8 +186,10 @@ void GuardedJob::dropOldFile()
 {
     if (m_oldFile.isEmpty())
         return;
+    // Of a save two equal reads say little: so reads a lost one as well.
     const bool isNewGood =
-        m_judged.kind == JudgementKind::Verified || m_judged.kind == JudgementKind::Consistent;
+        m_judged.kind == JudgementKind::Verified ||
+        (m_judged.kind == JudgementKind::Consistent && !movesSave(m_finished.job.operate));
     if ((isNewGood || areEqualFiles(m_oldFile, m_finished.path)) && QFile::remove(m_oldFile))
         m_oldFile.clear();
 }

@@ -221,6 +221,7 @@ void GuardedReadTest::oldFileIsKeptUntilTheNewOneIsGood_data()
     QTest::newRow("unverified") << dumpOf(gbGame()) << kOldFile << true;
     QTest::newRow("unstable") << twice(dumpOf(gbGame(), 3)) << kOldFile << true;
     QTest::newRow("unverified save") << gbSave(noise(32 * kKiB, 1)) << kOldFile << true;
+    QTest::newRow("consistent save") << twice(gbSave(noise(32 * kKiB, 1))) << kOldFile << true;
 }
 
 void GuardedReadTest::oldFileIsKeptUntilTheNewOneIsGood()
