@@ -250,14 +250,14 @@ void MainTab::setEnabledButtons(bool stan)
     // key does anything, and gives it back unless the user has taken it elsewhere.
     for (QPushButton *button :
          {infoButton, dumpButton, readRamButton, flashButton, writeRamButton}) {
-        if (!stan && button->hasFocus()) {
+        if (!stan && window()->focusWidget() == button) {
             m_pressed = button;
             setFocus();
         }
         button->setEnabled(stan);
     }
     cancelButton->setEnabled(!stan);
-    if (stan && hasFocus() && m_pressed != nullptr)
+    if (stan && window()->focusWidget() == this && m_pressed != nullptr)
         m_pressed->setFocus();
 }
 

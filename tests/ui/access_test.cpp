@@ -1,5 +1,5 @@
-// The main tab without a mouse and without eyes: where the keyboard goes, and what assistive
-// programs are told.
+// The main tab without a mouse and without eyes: where the keyboard goes, and the names
+// that assistive programs find.
 #include "file_dialog_answer.h"
 #include "log_check.h"
 #include "reader_fixture.h"
@@ -23,14 +23,6 @@ namespace
 {
 
 constexpr int kJobTimeoutMs = 60000;
-int consoleAlerts = 0;
-
-void countConsoleAlerts(QAccessibleEvent *event)
-{
-    if (event->type() == QAccessible::Alert && dynamic_cast<Console *>(event->object()) != nullptr)
-        ++consoleAlerts;
-}
-
 QString nameOf(QWidget *widget)
 {
     QAccessibleInterface *access = QAccessible::queryAccessibleInterface(widget);
@@ -92,7 +84,7 @@ private slots:
         QTest::keyClick(m_tab->dumpButton, Qt::Key_Space);
         QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
         QVERIFY(answer.wasAsked);
-        QCOMPARE(m_tab->focusWidget(), m_tab->dumpButton);
+        QCOMPARE(m_tab->window()->focusWidget(), m_tab->dumpButton);
     }
 
     void keyboardStaysWhereTheUserHasPutIt()
@@ -103,20 +95,6 @@ private slots:
         m_tab->console->setFocus();
         QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
         QCOMPARE(m_tab->focusWidget(), m_tab->console);
-    }
-
-    void judgementIsAnnounced()
-    {
-        consoleAlerts = 0;
-        QAccessible::setActive(true);
-        const QAccessible::UpdateHandler before =
-            QAccessible::installUpdateHandler(countConsoleAlerts);
-        FileDialogAnswer answer(m_fixture->path("dump.gb"));
-        m_tab->dumpButton->click();
-        QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
-        QAccessible::installUpdateHandler(before);
-        QAccessible::setActive(false);
-        QCOMPARE(consoleAlerts, 1);
     }
 
     void logAndBarHaveNames()
