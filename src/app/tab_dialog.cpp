@@ -7,6 +7,7 @@
 #include "ui/reader_corner.h"
 #include "ui/tab_about.h"
 #include "worker/famicom_thread.h"
+#include "worker/log_text.h"
 
 #include <QDragEnterEvent>
 #include <QFileInfo>
@@ -20,6 +21,14 @@ namespace
 {
 // What a read that goes well needs at most to come to its next step.
 constexpr int kPatienceMs = 3000;
+
+QString copyNote(const QString &oldFile)
+{
+    return oldFile.isEmpty()
+               ? QString()
+               : QLatin1Char(' ') +
+                     TabDialog::tr("The file that was there before is in %1").arg(oldFile);
+}
 
 // The one local file that is dragged; empty if it is anything else.
 QString droppedFile(const QDropEvent &event)
@@ -87,7 +96,9 @@ void TabDialog::dropEvent(QDropEvent *event)
 void TabDialog::done(int result)
 {
     const bool isPatienceOver = m_closesAfterJob && m_sinceAsked.hasExpired(kPatienceMs);
-    m_hasLeftJob = isBusy() && isPatienceOver && m_mainTab->guarded->mayBeLeft();
+    // A look for the reader that does not end hangs in a drive, and reads as well.
+    m_hasLeftJob = isBusy() ? isPatienceOver && m_mainTab->guarded->mayBeLeft()
+                            : !m_mainTab->guarded->waitForLook();
     if (!isBusy() || m_hasLeftJob) {
         m_askTimer.stop();
         QDialog::done(result);
@@ -118,13 +129,14 @@ void TabDialog::askAgain()
     m_mainTab->guarded->stop();
     if (m_sinceAsked.hasExpired(kPatienceMs) && m_mainTab->guarded->mayBeLeft())
         tellOnce(tr("The job has not ended yet. Close the window again to leave it behind; it only "
-                    "reads."));
+                    "reads.") +
+                 copyNote(m_mainTab->guarded->oldFilePath()));
 }
 
 void TabDialog::tellOnce(const QString &line)
 {
     if (line != m_lastTold)
-        m_mainTab->info(line);
+        m_mainTab->info(logText(line));
     m_lastTold = line;
 }
 
@@ -135,5 +147,9 @@ void TabDialog::onJobChanged()
     m_askTimer.stop();
     m_closesAfterJob = false;
     m_lastTold.clear();
-    close();
+    // What replaces the only copy of something must not vanish before it was read.
+    if (m_mainTab->guarded->namesCopy())
+        m_mainTab->info(tr("The window stays open, for you to read this. Close it again."));
+    else
+        close();
 }

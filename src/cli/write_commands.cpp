@@ -188,14 +188,10 @@ KeptBackup backUpSave(const CliOptions &options, const CartridgeLook &look, cons
 {
     CliListener listener(reporter);
     const CartridgeJob readJob = saveReadingJob(job);
-    KeptBackup backup;
     if (!options.makesBackup)
-        return fileSize < job.ramSize ? readTwice(readJob, listener) : backup;
-    backup.outcome = findLargerSave(job, listener);
-    if (backup.outcome.isDone())
-        backup = keepBackup({readJob, options.backupFolder, look.title, options.forces, false},
-                            listener);
-    return backup;
+        return fileSize < job.ramSize ? readTwice(readJob, listener) : KeptBackup();
+    return keepSaveBackup({readJob, options.backupFolder, look.title, options.forces, false}, job,
+                          listener);
 }
 
 // --- flash ---------------------------------------------------------------------------------------
@@ -206,7 +202,10 @@ ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &re
     if (fault == FlashFault::NoFlashChip)
         text += QStringLiteral(" If yours is wired otherwise, give --mapper.");
     else if (fault == FlashFault::BackupTooSmall)
-        text += QStringLiteral(" Leave --rom-size out, or give --force if you know the chip.");
+        text += QStringLiteral(" Leave --rom-size out, see that --mapper is the board's, or give "
+                               "--force if you know the chip.");
+    else if (fault == FlashFault::BackupRepeats)
+        text += QStringLiteral(" Give the --mapper of the board, or --force if you know the chip.");
     return tellProblem(ExitCode::Refused, text, CartridgeState::NotWritten, reporter);
 }
 
@@ -249,18 +248,25 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
 
 // The file and the user's --rom-size beside what the chip says.
 ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChipAnswer &chip,
-                         int bytesToKeep, Reporter &reporter)
+                         int backupBytes, int bytesToKeep, Reporter &reporter)
 {
     if (options.forces)
         return ExitCode::Done;
-    const std::optional<int> wanted =
-        options.makesBackup ? options.values.romSize : std::optional<int>();
-    const FlashFault fault = flashSizeFault(fileSize, chip, wanted, bytesToKeep);
-    if (fault == FlashFault::None)
+    if (flashChipFault(fileSize, chip) != FlashFault::None)
+        return refuseFlash(FlashFault::BeyondChip, fileSize, static_cast<int>(chip.sizeBytes),
+                           reporter);
+    return options.makesBackup && flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
+               ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep, reporter)
+               : ExitCode::Done;
+}
+
+// What was read of the chip beside what it says of itself.
+ExitCode checkFlashBackup(const CliOptions &options, const QByteArray &backup,
+                          const FlashChipAnswer &chip, Reporter &reporter)
+{
+    if (options.forces || flashContentFault(backup, chip) == FlashFault::None)
         return ExitCode::Done;
-    return fault == FlashFault::BeyondChip
-               ? refuseFlash(fault, fileSize, static_cast<int>(chip.sizeBytes), reporter)
-               : refuseFlash(fault, *wanted, bytesToKeep, reporter);
+    return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup), backup.size(), reporter);
 }
 
 // `job` has been completed and its file checked.
@@ -271,17 +277,21 @@ ExitCode flash(const CliOptions &options, const CartridgeLook &look, CartridgeJo
     ExitCode code = askChip(reporter, &job, &chip);
     if (code != ExitCode::Done)
         return code;
-    const int bytesToKeep = flashBytesToKeep(chip, *flashLimitOf(look.values));
-    code = checkFlashSizes(options, file.size(), chip, bytesToKeep, reporter);
+    const FlashLimit &limit = *flashLimitOf(look.values);
+    const int bytesToKeep = flashBytesToKeep(chip, limit);
+    const int backupBytes = options.values.romSize.value_or(qMin(bytesToKeep, limit.readBytes));
+    code = checkFlashSizes(options, file.size(), chip, backupBytes, bytesToKeep, reporter);
     if (code != ExitCode::Done)
         return code;
     KeptBackup backup;
     CliListener listener(reporter);
     if (options.makesBackup)
-        backup = keepBackup({romReadingJob(job, options.values.romSize.value_or(bytesToKeep)),
-                             options.backupFolder, look.title, false, chip.sizeBytes == 0},
+        backup = keepBackup({romReadingJob(job, backupBytes), options.backupFolder, look.title,
+                             false, chip.sizeBytes == 0},
                             listener);
     code = tellBackup(backup, reporter);
+    if (code == ExitCode::Done)
+        code = checkFlashBackup(options, backup.bytes, chip, reporter);
     if (code != ExitCode::Done)
         return code;
     reporter.log(

@@ -154,8 +154,11 @@ NamedReader findNamedReader()
         if ((drives >> (letter - 'A') & 1U) == 0)
             continue;
         clearLastDriveError();
-        if (probeDrive(letter, nullptr) == 1 && lastDriveError().empty())
+        if (probeDrive(letter, nullptr) == 0)
+            continue;
+        if (lastDriveError().empty())
             return {letter, identityText()};
+        break; // jobs would take this one
     }
     deviceLink.driveLetter = before;
     return {};

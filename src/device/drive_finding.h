@@ -57,9 +57,9 @@ struct NamedReader {
     QString identity;
 };
 
-// Looks for the first removable drive that says who it is: stricter than a job, for a look that
-// nobody asked for must not take a strange stick for the reader. What is found becomes the device
-// link's reader; without one the link's letter is as before.
+// Looks for the drive that a job would take, if it says who it is: a look that nobody asked for
+// must not take a strange stick for the reader. What is found becomes the device link's reader;
+// without one the link's letter is as before.
 NamedReader findNamedReader();
 
 // "removable", "fixed disk", ...

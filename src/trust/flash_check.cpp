@@ -1,5 +1,6 @@
 #include "trust/flash_check.h"
 
+#include "cart/dump_checks.h"
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
@@ -41,20 +42,37 @@ FlashFault flashFileFault(int fileBytes, const CartridgeValues &values)
     return tail > 0 && tail < kShortestFlashTail ? FlashFault::ShortTail : FlashFault::None;
 }
 
-FlashFault flashSizeFault(int fileSize, const FlashChipAnswer &chip,
-                          std::optional<int> wantedBackupBytes, int bytesToKeep)
+FlashFault flashChipFault(int fileSize, const FlashChipAnswer &chip)
 {
-    if (chip.sizeBytes != 0 && static_cast<std::uint32_t>(fileSize) > chip.sizeBytes)
-        return FlashFault::BeyondChip;
-    return wantedBackupBytes && *wantedBackupBytes < bytesToKeep ? FlashFault::BackupTooSmall
-                                                                 : FlashFault::None;
+    const bool isBeyond =
+        chip.sizeBytes != 0 && static_cast<std::uint32_t>(fileSize) > chip.sizeBytes;
+    return isBeyond ? FlashFault::BeyondChip : FlashFault::None;
+}
+
+FlashFault flashBackupFault(int backupBytes, int bytesToKeep)
+{
+    return backupBytes < bytesToKeep ? FlashFault::BackupTooSmall : FlashFault::None;
+}
+
+int repeatedBytesOf(const QByteArray &bytes)
+{
+    return static_cast<int>(
+        repeatedContentSize(reinterpret_cast<const std::uint8_t *>(bytes.constData()),
+                            static_cast<std::uint32_t>(bytes.size())));
+}
+
+FlashFault flashContentFault(const QByteArray &backup, const FlashChipAnswer &chip)
+{
+    const bool isSized = chip.sizeBytes != 0;
+    const bool isErased = backup.count('\xFF') == backup.size();
+    return isSized && !isErased && repeatedBytesOf(backup) < backup.size()
+               ? FlashFault::BackupRepeats
+               : FlashFault::None;
 }
 
 int flashBytesToKeep(const FlashChipAnswer &chip, const FlashLimit &limit)
 {
-    const auto reach = static_cast<std::uint32_t>(limit.readBytes);
-    const bool isKnown = chip.sizeBytes != 0 && chip.sizeBytes < reach;
-    return isKnown ? static_cast<int>(chip.sizeBytes) : limit.readBytes;
+    return chip.sizeBytes != 0 ? static_cast<int>(chip.sizeBytes) : limit.readBytes;
 }
 
 int romSizeOf(int fileBytes)

@@ -6,6 +6,8 @@
 #include "trust/cartridge_task.h"
 #include "worker/flash_chip_probe.h"
 
+#include <QByteArray>
+
 #include <optional>
 
 // The most that a mapper brings to a flash chip, as its script has it. Behind an MBC1 more would
@@ -28,21 +30,34 @@ enum class FlashFault {
     GbaRom,      // the reader has no command for it
     NoFlashChip, // behind this mapper
     EmptyFile,
-    BeyondMapper,  // the file is larger than the mapper's limit
-    ShortTail,     // the last bank has too few bytes
-    BeyondChip,    // the file is larger than the chip
-    BackupTooSmall // the backup that the user asks for may be a part of what is erased
+    BeyondMapper,   // the file is larger than the mapper's limit
+    ShortTail,      // the last bank has too few bytes
+    BeyondChip,     // the file is larger than the chip
+    BackupTooSmall, // a backup of what the user asks for, or the mapper shows, may be a part of
+                    // what is erased
+    BackupRepeats // what is read of the chip is not as large as the chip
 };
 
 // Whether the file can be written at all. A refusal by the script would come only when the program
 // already waits for an erase.
 FlashFault flashFileFault(int fileBytes, const CartridgeValues &values);
 
-// The file, and the size that the user wants backed up, beside what the chip says.
-FlashFault flashSizeFault(int fileSize, const FlashChipAnswer &chip,
-                          std::optional<int> wantedBackupBytes, int bytesToKeep);
+// The file beside what the chip says.
+FlashFault flashChipFault(int fileSize, const FlashChipAnswer &chip);
 
-// All that the erase will destroy: the chip as it says itself, else all that the mapper reaches.
+// Whether a backup of `backupBytes` can be of all that the erase will destroy. `bytesToKeep`: see
+// flashBytesToKeep().
+FlashFault flashBackupFault(int backupBytes, int bytesToKeep);
+
+// Whether `backup`, of a chip that names its size, is. Behind another mapper than the board's a
+// part of the chip comes again and again, and two reads of that are equal.
+FlashFault flashContentFault(const QByteArray &backup, const FlashChipAnswer &chip);
+
+// As many first bytes as make up all of `bytes`, repeated.
+int repeatedBytesOf(const QByteArray &bytes);
+
+// All that the erase will destroy: the chip as it says itself, else all that the mapper reaches. It
+// may be more than the mapper reaches.
 int flashBytesToKeep(const FlashChipAnswer &chip, const FlashLimit &limit);
 
 // The smallest ROM size that holds the file: a power of two from 32 KiB on.

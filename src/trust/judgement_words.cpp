@@ -31,6 +31,8 @@ QString failureText(const Outcome &outcome)
         return withStop(reasonOf(outcome.job));
     const QString error =
         outcome.job.driveError.isEmpty() ? QString() : QLatin1Char(' ') + outcome.job.driveError;
+    if (outcome.job.end == JobEnd::Refused) // the only job that no script is asked for
+        return flashFaultText(FlashFault::GbaRom, 0, 0);
     return outcome.job.end == JobEnd::OutputNotWritten
                ? QStringLiteral("The file could not be written.") + error
                : jobFailureText(outcome.job.end, outcome.detail) + error;

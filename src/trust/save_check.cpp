@@ -32,6 +32,18 @@ Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener)
     return outcome;
 }
 
+KeptBackup keepSaveBackup(const BackupPlan &plan, const CartridgeJob &writeJob,
+                          TrustListener &listener)
+{
+    KeptBackup backup = keepBackup(plan, listener);
+    if (!backup.outcome.isDone() && backup.outcome.trouble != Trouble::SaveIsBlank)
+        return backup;
+    const Outcome larger = findLargerSave(writeJob, listener);
+    if (!larger.isDone())
+        backup.outcome = larger;
+    return backup;
+}
+
 QByteArray newSaveContent(const QByteArray &file, const QByteArray &old, int saveSize)
 {
     const QByteArray content = file.left(saveSize);

@@ -15,6 +15,12 @@ bool contradictsSave(const CartridgeValues &said, const CartridgeValues &found);
 // Returns: Done, SaveIsLarger, or how the read failed. Other saves are not looked at.
 Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener);
 
+// A backup of the save that `writeJob` replaces, refused where the chip holds more than that. Only
+// behind the backup is the chip asked for more: the command for it writes to the bus, and where the
+// save memory is none of a FLASH chip that changes a few bytes of it.
+KeptBackup keepSaveBackup(const BackupPlan &plan, const CartridgeJob &writeJob,
+                          TrustListener &listener);
+
 // What the cartridge is to hold: a shorter `file` leaves the rest of the `old` save as it is, of a
 // longer one the first `saveSize` bytes are taken.
 QByteArray newSaveContent(const QByteArray &file, const QByteArray &old, int saveSize);

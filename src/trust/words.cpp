@@ -165,6 +165,13 @@ QString flashFaultText(FlashFault fault, int bytes, int allowedBytes)
                               "a part of it: up to %2 can be in it.")
             .arg(bytes)
             .arg(allowedBytes);
+    case FlashFault::BackupRepeats:
+        return QStringLiteral(
+                   "The chip has %2 bytes, and what is read of it repeats its first %1: so "
+                   "it reads behind another mapper than the one that was chosen, and a "
+                   "backup would be a part of it.")
+            .arg(bytes)
+            .arg(allowedBytes);
     }
     return QString();
 }

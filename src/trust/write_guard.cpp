@@ -78,12 +78,9 @@ WriteGuard guardSave(const WantedWrite &write, const CartridgeReport &report,
     // A GB save of another size is read with the same commands, so its backup is a true one.
     if (said.system == kSystemGba && contradictsSave(said, found))
         return refuse(GuardFault::Contradiction);
-    const Outcome larger = findLargerSave(write.job, listener);
-    if (!larger.isDone())
-        return refuse(larger);
-    return kept(keepBackup(
+    return kept(keepSaveBackup(
         {saveReadingJob(write.job), write.folder, titleOf(report), isNamedSave(said, found), false},
-        listener));
+        write.job, listener));
 }
 
 // What the mapper and the chip allow.
@@ -102,9 +99,12 @@ WriteGuard checkFlash(const WantedWrite &write, int fileBytes, const FlashLimit 
     unclear.trouble = Trouble::ChipIsUnclear;
     if (probed.end == ProbeEnd::Unclear || probed.chip.isWide != (write.job.flashWidth == 1))
         return refuse(unclear);
-    if (flashSizeFault(fileBytes, probed.chip, {}, 0) == FlashFault::BeyondChip)
+    if (flashChipFault(fileBytes, probed.chip) != FlashFault::None)
         return refuseFlash(FlashFault::BeyondChip, fileBytes,
                            static_cast<int>(probed.chip.sizeBytes));
+    const int bytesToKeep = flashBytesToKeep(probed.chip, *limit);
+    if (flashBackupFault(limit->readBytes, bytesToKeep) != FlashFault::None)
+        return refuseFlash(FlashFault::BackupTooSmall, limit->readBytes, bytesToKeep);
     return {};
 }
 
@@ -132,6 +132,9 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
     // every byte into the air and ends well.
     if (backup.outcome.isDone() && backup.isErased && !isSized && !write.isReadBack)
         return refuse(GuardFault::NoChip);
+    if (backup.outcome.isDone() && flashContentFault(backup.bytes, probed.chip) != FlashFault::None)
+        return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup.bytes),
+                           backup.bytes.size());
     return kept(backup);
 }
 

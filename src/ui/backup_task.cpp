@@ -2,7 +2,6 @@
 
 #include "trust/judgement_words.h"
 #include "ui/judgement_text.h"
-#include "worker/log_text.h"
 
 #include <QCoreApplication>
 
@@ -47,12 +46,12 @@ QString lineOf(const QString &name, const BackedUpMemory &memory)
 void append(const QString &name, const BackedUpMemory &memory, QStringList *entries)
 {
     if (memory.end == MemoryEnd::NoMemory) {
-        *entries << logText(tr("The cartridge has no %1 that can be read.").arg(name));
+        *entries << adviceEntry(tr("The cartridge has no %1 that can be read.").arg(name));
         return;
     }
     *entries << judgementEntry(kindOf(memory), lineOf(name, memory));
     if (!memory.path.isEmpty())
-        *entries << logText(memory.path);
+        *entries << adviceEntry(memory.path);
 }
 
 Outcome notRecognised(const CartridgeReport &report)

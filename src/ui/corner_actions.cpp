@@ -44,7 +44,8 @@ void CornerActions::connectButtons()
         {m_corner->dumpAction, m_tab->dumpButton},
         {m_corner->flashAction, m_tab->flashButton},
         {m_corner->readRamAction, m_tab->readRamButton},
-        {m_corner->writeRamAction, m_tab->writeRamButton}};
+        {m_corner->writeRamAction, m_tab->writeRamButton},
+        {m_corner->cancelAction, m_tab->cancelButton}};
     for (const auto &row : rows)
         connect(row.first, &QAction::triggered, row.second, [button = row.second] {
             button->setFocus();
@@ -88,31 +89,31 @@ void CornerActions::onChanged()
 // With the demo on the system's drives come first, for it may not stand beside a real reader.
 void CornerActions::look()
 {
+    const auto found = std::make_shared<FoundReader>();
+    const bool isDemo = m_isDemo;
     m_mustLook = !m_tab->guarded->look(
-        [this] {
-            m_demoHasEnded = false;
-            if (m_isDemo) {
+        [this, found, isDemo] {
+            if (isDemo)
                 m_useDemo(false);
-                m_found = findNamedReader();
-                m_demoHasEnded = m_found.letter != 0;
-                if (m_demoHasEnded)
-                    return;
+            found->reader = findNamedReader();
+            found->endsDemo = isDemo && found->reader.letter != 0;
+            if (isDemo && !found->endsDemo) {
                 m_useDemo(true);
+                found->reader = findNamedReader();
             }
-            m_found = findNamedReader();
         },
-        [this] { showFound(); });
+        [this, found] { showFound(*found); });
 }
 
-void CornerActions::showFound()
+void CornerActions::showFound(const FoundReader &found)
 {
-    if (m_demoHasEnded) {
+    if (found.endsDemo) {
         m_isDemo = false;
         const QSignalBlocker quiet(m_corner->demoAction);
         m_corner->demoAction->setChecked(false);
         m_tab->info(tr("A reader was plugged in, so the demo reader is off."));
     }
-    m_corner->showReader({m_found.letter, m_found.identity, m_isDemo});
+    m_corner->showReader({found.reader.letter, found.reader.identity, m_isDemo});
     if (m_mustLook)
         look();
 }

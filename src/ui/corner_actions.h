@@ -34,7 +34,11 @@ private:
     void connectTasks();
     void connectChoices();
     void look();
-    void showFound();
+    struct FoundReader {
+        NamedReader reader;
+        bool endsDemo = false; // it is a real one, beside the demo
+    };
+    void showFound(const FoundReader &found);
     void onChanged();
     void askForFileToCheck();
     void backUp();
@@ -49,6 +53,4 @@ private:
     DriveWatch m_watch;
     bool m_mustLook = false; // a notice came while a job ran
     bool m_isDemo = false;
-    bool m_demoHasEnded = false; // a real reader was found beside it
-    NamedReader m_found;
 };

@@ -14,13 +14,18 @@
 #include "worker/log_text.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QFile>
+#include <QTextDocumentFragment>
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
+
+// A look reads a few bytes of every removable drive.
+constexpr unsigned long kLongestLookMs = 5000;
 
 // Where an erase comes first, which tells no progress.
 bool erasesFirst(const CartridgeJob &job)
@@ -51,6 +56,7 @@ GuardedJob::GuardedJob(MainTab *tab)
     : QObject(tab), m_tab(tab), m_thread(new CarefulThread), m_lookThread(new CarefulThread)
 {
     connect(m_lookThread, &QThread::finished, this, [this] {
+        m_isLooking = false;
         const std::function<void()> behind = m_behindLook; // it may begin another look
         behind();
     });
@@ -72,6 +78,7 @@ void GuardedJob::start()
 {
     m_guard = WriteGuard();
     m_oldFile.clear();
+    m_namesCopy = false;
     m_finished = FinishedJob();
     m_finished.job = m_tab->worker->job();
     m_finished.path = m_tab->worker->file_name;
@@ -156,6 +163,8 @@ void GuardedJob::endRefused()
 void GuardedJob::startWorker()
 {
     m_stage = Stage::Job;
+    if (isWriteJob(m_finished.job.operate))
+        m_lastRead = FinishedJob(); // the cartridge will hold something else
     m_tab->progress->showStep(QString());
     m_tab->setProgress(0, 1);
     m_tab->worker->start(QThread::NormalPriority);
@@ -171,11 +180,13 @@ void GuardedJob::onWorkerEnd()
     m_finished.job = m_tab->worker->job(); // a flash job has taken its size from the file
     m_finished.result = m_tab->worker->result();
     const bool isWrite = isWriteJob(m_finished.job.operate);
+    const bool compares = m_tab->worker->verify;
+    const bool readsAgain = readsUnknownTwice;
     runSteps(
         Stage::After,
-        [this, isWrite](TrustListener &listener) {
-            m_judged = isWrite ? judgeWrite(m_finished, m_tab->worker->verify, listener)
-                               : judgeRead(m_finished, readsUnknownTwice, listener);
+        [=](TrustListener &listener) {
+            m_judged = isWrite ? judgeWrite(m_finished, compares, listener)
+                               : judgeRead(m_finished, readsAgain, listener);
             dropOldFile();
         },
         [this] { tellJudgement(); });
@@ -199,6 +210,8 @@ void GuardedJob::tellJudgement()
     if (isReadJob(m_finished.job.operate) && m_judged.kind <= JudgementKind::Suspicious)
         m_lastRead = m_finished;
     tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile}));
+    m_namesCopy = !m_oldFile.isEmpty() ||
+                  (!m_guard.backup.path.isEmpty() && m_judged.kind != JudgementKind::Written);
     becomeIdle();
 }
 
@@ -234,22 +247,35 @@ void GuardedJob::runTask(const std::function<void(TrustListener &)> &steps,
 
 bool GuardedJob::look(const std::function<void()> &steps, const std::function<void()> &done)
 {
-    if (isBusy() || m_lookThread->isRunning())
+    if (isBusy() || m_isLooking || m_isHeld)
         return false;
+    m_isLooking = true;
     m_behindLook = done;
     m_lookThread->run([steps](TrustListener & /*listener*/) { steps(); });
     return true;
 }
 
-void GuardedJob::waitForLook()
+bool GuardedJob::waitForLook()
 {
-    m_lookThread->wait();
+    if (!m_lookThread->wait(kLongestLookMs))
+        return false;
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); // what follows it comes first
+    return true;
+}
+
+void GuardedJob::holdLooks(bool isHeld)
+{
+    m_isHeld = isHeld;
+    if (!isHeld)
+        emit changed(); // a look may be due
 }
 
 void GuardedJob::tell(const QStringList &entries)
 {
     for (const QString &entry : entries)
         m_tab->info(entry);
+    m_tab->console->setAccessibleDescription(
+        QTextDocumentFragment::fromHtml(entries.value(0)).toPlainText());
     QAccessibleEvent alert(m_tab->console, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
@@ -257,7 +283,7 @@ void GuardedJob::tell(const QStringList &entries)
 void GuardedJob::runSteps(Stage stage, const std::function<void(TrustListener &)> &steps,
                           const std::function<void()> &behind)
 {
-    waitForLook();
+    m_lookThread->wait();
     m_stage = stage;
     m_behind = behind;
     m_tab->setEnabledButtons(false);

@@ -55,12 +55,21 @@ public:
     // or another look, nothing is done.
     // Returns: whether the look was begun.
     bool look(const std::function<void()> &steps, const std::function<void()> &done);
-    // Before anything else uses the reader: waits for a look that runs.
-    void waitForLook();
+    // Before anything else uses the reader: waits for a look that runs, some seconds at most.
+    // Returns: false if it has not ended; its drive hangs, and nothing may use the reader.
+    bool waitForLook();
+    // No look begins from the moment an action asks for its file until it has begun or was given
+    // up: what it finds would not be what the user has seen.
+    void holdLooks(bool isHeld);
 
     // The last dump or save that was read into a file: whether there is one, and reading it again.
     bool canReadAgain() const { return !m_lastRead.path.isEmpty(); }
     void readAgain();
+
+    // Where the last job's judgement names the only copy of what it replaced.
+    bool namesCopy() const { return m_namesCopy; }
+    // Of the file that the running dump replaces; empty: there is none.
+    const QString &oldFilePath() const { return m_oldFile; }
 
     // Adds entries to the log and tells assistive programs of the first.
     void tell(const QStringList &entries);
@@ -90,6 +99,9 @@ private:
     CarefulThread *m_thread;
     CarefulThread *m_lookThread;
     std::function<void()> m_behindLook;
+    bool m_isLooking = false; // until what follows the look has been done
+    bool m_isHeld = false;
+    bool m_namesCopy = false;
     Stage m_stage = Stage::Idle;
     std::function<void()> m_behind; // what the steps that run are followed by
     WriteGuard m_guard;

@@ -2,7 +2,6 @@
 
 #include "trust/judgement_words.h"
 #include "trust/words.h"
-#include "worker/log_text.h"
 
 #include <QCoreApplication>
 
@@ -135,7 +134,7 @@ QString backupNote(const JudgedJob &judged, const QString &path)
 void appendUnlessEmpty(const QString &advice, QStringList *entries)
 {
     if (!advice.isEmpty())
-        *entries << logText(advice);
+        *entries << adviceEntry(advice);
 }
 
 // The other setting that may help; empty if only the switch does.
@@ -145,8 +144,9 @@ QString otherSetting(const WriteGuard &guard)
         return tr("Press Info to select what the cartridge says of itself.");
     if (guard.fault == GuardFault::NoChip)
         return tr("Push the cartridge in again, or tick \"Verify the data after writing\".");
-    if (guard.flash == FlashFault::NoFlashChip)
-        return tr("If yours is wired otherwise, choose another mapper.");
+    if (guard.flash == FlashFault::NoFlashChip || guard.flash == FlashFault::BackupTooSmall ||
+        guard.flash == FlashFault::BackupRepeats)
+        return tr("Choose the mapper of the board, whatever the header says.");
     switch (guard.outcome.trouble) {
     case Trouble::SaveIsBlank:
         return tr("See that the settings are right and that the contacts are clean.");
@@ -170,6 +170,11 @@ bool isHelpedBySwitch(const WriteGuard &guard)
 
 } // namespace
 
+QString adviceEntry(const QString &advice)
+{
+    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(advice));
+}
+
 QString judgementEntry(JudgementKind kind, const QString &line)
 {
     return entryOf(toneOf(kind), line);
@@ -179,14 +184,15 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 {
     QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
     if (!judged.sha1.isEmpty())
-        entries << logText(tr("%1 bytes, SHA-1 %2")
-                               .arg(judged.bytes)
-                               .arg(QString::fromLatin1(judged.sha1.toHex())));
+        entries << adviceEntry(tr("%1 bytes, SHA-1 %2")
+                                   .arg(judged.bytes)
+                                   .arg(QString::fromLatin1(judged.sha1.toHex())));
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
     appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
     if (!notes.oldFilePath.isEmpty())
-        entries << logText(tr("The file that was there before is in %1").arg(notes.oldFilePath));
+        entries << adviceEntry(
+            tr("The file that was there before is in %1").arg(notes.oldFilePath));
     return entries << QString::fromLatin1(kLogRule);
 }
 
@@ -200,8 +206,9 @@ QStringList refusalEntries(const WriteGuard &guard)
     QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
-        entries << logText(tr("If you know better, turn \"Guard writes\" off in the menu at the "
-                              "top right; then there is no backup."));
+        entries << adviceEntry(
+            tr("If you know better, turn \"Guard writes\" off in the menu at the "
+               "top right; then there is no backup."));
     return entries << QString::fromLatin1(kLogRule);
 }
 

@@ -30,3 +30,7 @@ QStringList outcomeEntries(const Outcome &outcome);
 
 // One entry of the kind's colour; `line` is plain text and begins with the kind's word.
 QString judgementEntry(JudgementKind kind, const QString &line);
+
+// One entry of plain text below a judgement. Markup in any case: text without would take the
+// colours of the entry before.
+QString adviceEntry(const QString &advice);

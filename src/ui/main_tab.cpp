@@ -37,6 +37,7 @@ void createWidgets(MainTab *tab)
     tab->readRamButton->setToolTip(MainTab::tr("Read SRAM from cartridge!"));
     tab->writeRamButton->setToolTip(MainTab::tr("Write SRAM to cartridge!"));
     tab->progress->setAccessibleName(MainTab::tr("Progress"));
+    tab->progress->setAccessibleDescription(MainTab::tr("How far the job that runs has come"));
 }
 
 void layOutWidgets(MainTab *tab)
@@ -143,6 +144,32 @@ void startJob(MainTab *tab, const FileAction &action)
     tab->info(logText(MainTab::tr(action.logText) + QStringLiteral("\n") + tab->worker->file_name));
 }
 
+// An action on its way to its job, its file dialog among it. The reader that it will use is the one
+// that the user sees when it begins: no look for another comes in between, and one that has just
+// taken the demo reader away ends the action.
+class ActionStart
+{
+public:
+    explicit ActionStart(MainTab *tab) : m_guarded(tab->guarded)
+    {
+        const DriveBackend *const seen = &driveBackend();
+        m_guarded->holdLooks(true);
+        const bool isQuiet = m_guarded->waitForLook();
+        if (!isQuiet)
+            tab->info(MainTab::tr("The reader does not answer."));
+        m_isReady = isQuiet && seen == &driveBackend();
+    }
+    ~ActionStart() { m_guarded->holdLooks(false); }
+    ActionStart(const ActionStart &) = delete;
+    ActionStart &operator=(const ActionStart &) = delete;
+
+    bool isReady() const { return m_isReady; }
+
+private:
+    GuardedJob *m_guarded;
+    bool m_isReady = false;
+};
+
 void reportFlashChip(MainTab *tab, const FlashChipAnswer &chip)
 {
     if (!chip.isWide) {
@@ -182,7 +209,10 @@ MainTab::~MainTab()
 
 void MainTab::push_info()
 {
-    guarded->waitForLook();
+    if (!guarded->waitForLook()) {
+        info(tr("The reader does not answer."));
+        return;
+    }
     const ReaderSession session;
     ReportOutput output;
     output.line = [this](const QString &line) { info(logText(line)); };
@@ -193,6 +223,9 @@ void MainTab::push_info()
 
 void MainTab::push_read_rom()
 {
+    const ActionStart start(this);
+    if (!start.isReady())
+        return;
     const QString fileName = askForFile(this, kReadRomAction, settings->sysType);
     if (!prepareJob(fileName))
         return;
@@ -202,6 +235,9 @@ void MainTab::push_read_rom()
 
 void MainTab::push_read_ram()
 {
+    const ActionStart start(this);
+    if (!start.isReady())
+        return;
     const QString fileName = askForFile(this, kReadRamAction, settings->sysType);
     if (!prepareJob(fileName))
         return;
@@ -211,6 +247,9 @@ void MainTab::push_read_ram()
 
 void MainTab::push_write_flash()
 {
+    const ActionStart start(this);
+    if (!start.isReady())
+        return;
     const QString fileName = askForFile(this, kWriteFlashAction, settings->sysType);
     if (!prepareJob(fileName))
         return;
@@ -225,6 +264,9 @@ void MainTab::push_write_flash()
 
 void MainTab::push_write_ram()
 {
+    const ActionStart start(this);
+    if (!start.isReady())
+        return;
     const QString fileName = askForFile(this, kWriteRamAction, settings->sysType);
     if (!prepareJob(fileName))
         return;
@@ -282,7 +324,6 @@ bool MainTab::prepareJob(const QString &fileName)
         releaseReader();
         return false;
     };
-    guarded->waitForLook();
     const QString script = scriptPath(settings);
     if ((settings->sysType == kSystemGba ? selectGbaMode() : selectGbMode()) == 0) {
         info(tr("Initialize device error."));

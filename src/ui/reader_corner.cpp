@@ -63,9 +63,10 @@ QAction *addTo(QMenu *menu, const QString &text, const QString &toolTip,
     return action;
 }
 
-QAction *addChoiceTo(QMenu *menu, const QString &text, const QString &toolTip, bool isOn)
+QAction *addChoiceTo(QMenu *menu, const QString &text, const QString &toolTip,
+                     const QKeySequence &shortcut, bool isOn)
 {
-    QAction *action = addTo(menu, text, toolTip);
+    QAction *action = addTo(menu, text, toolTip, shortcut);
     action->setCheckable(true);
     action->setChecked(isOn);
     return action;
@@ -77,6 +78,9 @@ ReaderCorner::ReaderCorner(QWidget *parent) : QToolButton(parent)
     auto *menu = new QMenu(this);
     menu->setToolTipsVisible(true);
     addButtonActions(menu);
+    cancelAction = addTo(menu, tr("Cancel"),
+                         tr("Asks the job that runs to stop where nothing is left half done."),
+                         Qt::CTRL + Qt::Key_Period);
     menu->addSeparator();
     addFurtherActions(menu);
     menu->addSeparator();
@@ -134,18 +138,19 @@ void ReaderCorner::addChoices(QMenu *menu)
     guardWritesAction = addChoiceTo(menu, tr("Guard writes"),
                                     tr("Keeps what is in the cartridge in the backup folder before "
                                        "anything is written over it."),
-                                    true);
+                                    Qt::CTRL + Qt::Key_G, true);
     readTwiceAction =
         addChoiceTo(menu, tr("Read twice what no table knows"),
                     tr("Reads a ROM a second time if it is not among the known dumps, and "
                        "compares. Takes twice as long."),
-                    false);
+                    Qt::CTRL + Qt::Key_T, false);
 }
 
 void ReaderCorner::addHelpers(QMenu *menu)
 {
     openFolderAction = addTo(menu, tr("Open the backup folder"),
-                             tr("Shows the folder in which old saves, ROMs and files are kept."));
+                             tr("Shows the folder in which old saves, ROMs and files are kept."),
+                             Qt::CTRL + Qt::SHIFT + Qt::Key_O);
     copyLogAction =
         addTo(menu, tr("Copy the log"), tr("Puts the text of the whole log on the clipboard."),
               Qt::CTRL + Qt::SHIFT + Qt::Key_C);
@@ -153,7 +158,7 @@ void ReaderCorner::addHelpers(QMenu *menu)
     demoAction = addChoiceTo(menu, tr("Use the demo reader"),
                              tr("Tries everything on a reader and a cartridge that exist only in "
                                 "this program. Not beside a real reader."),
-                             false);
+                             Qt::CTRL + Qt::SHIFT + Qt::Key_D, false);
 }
 
 void ReaderCorner::showReader(const ReaderState &state)
@@ -186,6 +191,7 @@ void ReaderCorner::enableActions()
     for (QAction *action : {infoAction, dumpAction, flashAction, readRamAction, writeRamAction,
                             backUpAction, checkFileAction, whyNoReaderAction})
         action->setEnabled(!m_isBusy);
+    cancelAction->setEnabled(m_isBusy);
     readAgainAction->setEnabled(!m_isBusy && m_canReadAgain);
     demoAction->setEnabled(!m_isBusy && (m_state.isDemo || m_state.letter == 0));
 }

@@ -27,7 +27,7 @@ public:
     explicit ReaderCorner(QWidget *parent = nullptr);
 
     void showReader(const ReaderState &state);
-    // While a job runs only the choices about jobs, the folder and the log can be used.
+    // While a job runs only Cancel, the choices about jobs, the folder and the log can be used.
     void setBusy(bool busy);
     // Whether there is a last dump to compare with; there is none at first.
     void setCanReadAgain(bool can);
@@ -38,6 +38,7 @@ public:
     QAction *flashAction;
     QAction *readRamAction;
     QAction *writeRamAction;
+    QAction *cancelAction; // enabled while a job runs
     QAction *backUpAction;
     QAction *readAgainAction;
     QAction *checkFileAction;

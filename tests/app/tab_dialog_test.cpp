@@ -45,6 +45,10 @@ constexpr char kDumpScript[] = "function cpu_dump(dev, size, max) {\n"
                                "    cpu_read(dev, 0, 0x4000);\n"
                                "    cpu_read(dev, 0x4000, 0x4000);\n"
                                "}\n";
+constexpr char kWholeDumpScript[] =
+    "function cpu_dump(dev, size, max) {\n"
+    "    for (local done = 0; done < size; done += 0x8000) cpu_read(dev, 0, 0x8000);\n"
+    "}\n";
 constexpr char kSaveScript[] =
     "function save_write(dev, size, max) { ram_write(dev, 0xA000, size); }\n";
 
@@ -82,6 +86,7 @@ private slots:
     void forgottenCancelIsAskedAgain();
     void secondCloseLeavesAReadBehind();
     void secondCloseNeverLeavesAWrite();
+    void windowStaysForTheNameOfABackup();
     void noButtonIsPressedByEnter();
     void dumpIsFinishedBeforeTheWindowCloses();
     void finishedJobDoesNotCloseTheWindow();
@@ -292,6 +297,24 @@ void TabDialogTest::secondCloseLeavesAReadBehind()
     QVERIFY(m_tab->worker->isRunning());
     mayGoOn.release(2); // the test's process goes on, so this job has to end
     QTRY_VERIFY_WITH_TIMEOUT(!m_tab->worker->isRunning(), kJobTimeoutMs);
+}
+
+// The user has to learn where the only copy is.
+void TabDialogTest::windowStaysForTheNameOfABackup()
+{
+    use(makeStubbornCartridge(), QByteArray(kFlashScript) + kWholeDumpScript);
+    m_tab->guarded->guardsWrites = true;
+    m_tab->guarded->backupFolder = m_fixture->path("backups");
+    press(m_tab->flashButton, m_fixture->addFile("rom.gb", QByteArray(0x8000, 'r')));
+    QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().contains("Start erase flash chip..."),
+                             kJobTimeoutMs);
+    m_dialog->close();
+    const QString staying = "The window stays open, for you to read this. Close it again.";
+    QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().endsWith(staying), kJobTimeoutMs);
+    QVERIFY(m_tab->console->toPlainText().contains("What the cartridge held before is in "));
+    QVERIFY(m_dialog->isVisible());
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
 }
 
 void TabDialogTest::secondCloseNeverLeavesAWrite()

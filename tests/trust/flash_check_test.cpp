@@ -84,25 +84,35 @@ private slots:
     {
         QTest::addColumn<int>("fileSize");
         QTest::addColumn<int>("chipSize"); // 0: not known
-        QTest::addColumn<int>("wanted");   // bytes of the backup; 0: as many as needed
-        QTest::addColumn<int>("toKeep");
         QTest::addColumn<FlashFault>("fault");
-        QTest::newRow("fits") << 65536 << 65536 << 0 << 65536 << FlashFault::None;
-        QTest::newRow("too large") << 65537 << 65536 << 0 << 65536 << FlashFault::BeyondChip;
-        QTest::newRow("chip not known") << 65537 << 0 << 0 << 65536 << FlashFault::None;
-        QTest::newRow("whole backup") << 1 << 0 << 65536 << 65536 << FlashFault::None;
-        QTest::newRow("part as backup") << 1 << 0 << 65535 << 65536 << FlashFault::BackupTooSmall;
-        QTest::newRow("both") << 65537 << 65536 << 1 << 65536 << FlashFault::BeyondChip;
+        QTest::newRow("fits") << 65536 << 65536 << FlashFault::None;
+        QTest::newRow("too large") << 65537 << 65536 << FlashFault::BeyondChip;
+        QTest::newRow("chip not known") << 65537 << 0 << FlashFault::None;
     }
     void sizesAreCheckedAgainstTheChip()
     {
         QFETCH(int, fileSize);
         QFETCH(int, chipSize);
-        QFETCH(int, wanted);
-        QFETCH(int, toKeep);
-        const FlashChipAnswer chip{true, std::uint32_t(chipSize)};
-        const std::optional<int> backup = wanted == 0 ? std::optional<int>() : wanted;
-        QTEST(flashSizeFault(fileSize, chip, backup, toKeep), "fault");
+        QTEST(flashChipFault(fileSize, {true, std::uint32_t(chipSize)}), "fault");
+    }
+
+    void backupHoldsAllThatIsErased()
+    {
+        QCOMPARE(flashBackupFault(65536, 65536), FlashFault::None);
+        QCOMPARE(flashBackupFault(65537, 65536), FlashFault::None);
+        QCOMPARE(flashBackupFault(65535, 65536), FlashFault::BackupTooSmall);
+    }
+
+    // Behind another mapper than the board's a part of the chip comes again and again.
+    void repeatedBackupIsNotTheChip()
+    {
+        const QByteArray part = noise(32 * kKibi, 1);
+        const FlashChipAnswer chip{true, 64 * kKibi};
+        QCOMPARE(flashContentFault(part + part, chip), FlashFault::BackupRepeats);
+        QCOMPARE(flashContentFault(part + noise(32 * kKibi, 2), chip), FlashFault::None);
+        QCOMPARE(flashContentFault(QByteArray(64 * kKibi, '\xFF'), chip), FlashFault::None);
+        // A chip that does not say its size is read as far as the mapper reaches.
+        QCOMPARE(flashContentFault(part + part, {false, 0}), FlashFault::None);
     }
 
     void everyFaultHasItsWords()
@@ -123,7 +133,11 @@ private slots:
                     {FlashFault::BeyondChip, "The file has 111 bytes, the flash chip 222."},
                     {FlashFault::BackupTooSmall, "The chip is erased as a whole, and a backup of "
                                                  "111 bytes may be only a part of it: up "
-                                                 "to 222 can be in it."}};
+                                                 "to 222 can be in it."},
+                    {FlashFault::BackupRepeats,
+                     "The chip has 222 bytes, and what is read of it repeats its first 111: so it "
+                     "reads behind another mapper than the one that was chosen, and a backup would "
+                     "be a part of it."}};
         int next = 0;
         for (const auto &row : rows) {
             QCOMPARE(int(row.fault), next++);
@@ -137,8 +151,10 @@ private slots:
         const FlashLimit &mbc1 = *flashLimitOf(valuesOf(kSystemGb, 1));
         QCOMPARE(flashBytesToKeep({true, 2048 * kKibi}, mbc5), 2048 * kKibi);
         QCOMPARE(flashBytesToKeep({false, 0}, mbc5), 8192 * kKibi);
-        // Not more than the mapper reaches, and all of that, whatever it can write.
-        QCOMPARE(flashBytesToKeep({true, 8192 * kKibi}, mbc1), 2048 * kKibi);
+        // The erase does not care how much of it the mapper reaches.
+        QCOMPARE(flashBytesToKeep({true, 8192 * kKibi}, mbc1), 8192 * kKibi);
+        // All that the mapper reads, whatever it can write.
+        QCOMPARE(flashBytesToKeep({false, 0}, mbc1), 2048 * kKibi);
     }
 
     void romSizeIsTheNextPowerOfTwo()

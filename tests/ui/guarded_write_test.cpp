@@ -107,6 +107,12 @@ WriteCase wideFlash(const QByteArray &file, int chipSize)
     return row;
 }
 
+WriteCase behindMapper(int mapper, WriteCase row)
+{
+    row.select = [=](JobWindow &window) { window.selectGb(mapper, 64 * kKiB, 32 * kKiB); };
+    return row;
+}
+
 WriteCase emptySlot(WriteCase row)
 {
     row.cartridge = nullptr;
@@ -175,6 +181,10 @@ private slots:
     void writeThatDidNothingIsFailed();
     void badWriteIsNotBegun_data();
     void badWriteIsNotBegun();
+    void partOfAChipIsNoBackup_data();
+    void partOfAChipIsNoBackup();
+    void gbaFlashSaysWhy();
+    void nothingIsComparedAcrossAWrite();
     void saveThatReadsDifferentlyIsNotReplaced();
     void shortFileWritesNothing();
     void errorBehindTheEraseNamesTheBackup();
@@ -309,10 +319,10 @@ void GuardedWriteTest::badWriteIsNotBegun_data()
     QTest::newRow("game of another save type")
         << known << "The game table names another save than the settings"
         << "Press Info";
-    QTest::newRow("half of a chip that is erased as a whole")
-        << gbaSave(GbaSaveType::Flash, kSaveFlash, 128 * kKiB, 64 * kKiB)
-        << "The save chip holds 128 KiB"
-        << "Choose 128 K.";
+    QTest::newRow("chip that the mapper shows a part of")
+        << behindMapper(0, wideFlash(gbFile(32 * kKiB, 0), 2 * kMiB))
+        << "The chip is erased as a whole, and a backup of 32768 bytes may be only a part of it"
+        << "Choose the mapper of the board";
     WriteCase other = gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
     other.cartridge = gbSave(save).cartridge;
     QTest::newRow("cartridge of the other system")
@@ -345,6 +355,62 @@ void GuardedWriteTest::badWriteIsNotBegun()
     QVERIFY(window->bench().rom() == rom);
     QVERIFY(window->bench().save() == save);
     QCOMPARE(window->backups().size(), 0);
+}
+
+// What was read is kept, though it is not all, and the write is not begun. What a larger save chip
+// answers to the commands of a smaller one is blank.
+void GuardedWriteTest::partOfAChipIsNoBackup_data()
+{
+    QTest::addColumn<WriteCase>("row");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("advice");
+    QTest::addColumn<int>("backups");
+    QTest::newRow("half of a save chip that is erased as a whole")
+        << gbaSave(GbaSaveType::Flash, kSaveFlash, 128 * kKiB, 64 * kKiB)
+        << "The save chip holds 128 KiB"
+        << "Choose 128 K." << 0;
+    QTest::newRow("flash chip that comes again and again behind another mapper")
+        << behindMapper(1, wideFlash(gbFile(32 * kKiB), 2 * kMiB))
+        << "The chip has 2097152 bytes, and what is read of it repeats its first 524288"
+        << "Choose the mapper of the board" << 1;
+}
+
+void GuardedWriteTest::partOfAChipIsNoBackup()
+{
+    QFETCH(WriteCase, row);
+    QFETCH(QString, reason);
+    QFETCH(QString, advice);
+    const auto window = windowFor(row);
+    const QByteArray old = contentOf(*window, row);
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QCOMPARE(window->judgement(),
+             QString("refused: Nothing was written; the cartridge is as it was."));
+    QVERIFY2(window->log().contains(reason), qPrintable(window->log()));
+    QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
+    QVERIFY(contentOf(*window, row) == old);
+    QTEST(window->backups().size(), "backups");
+}
+
+void GuardedWriteTest::gbaFlashSaysWhy()
+{
+    WriteCase row = gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
+    row.button = &MainTab::flashButton;
+    const auto window = windowFor(row);
+    window->run(row.button, window->bench().addFile("new.gba", row.file));
+    QCOMPARE(window->judgement(),
+             QString("refused: The reader has no command that writes a GBA ROM. Nothing was "
+                     "written; the cartridge is as it was."));
+}
+
+// A good file must not look bad because the cartridge holds something else now.
+void GuardedWriteTest::nothingIsComparedAcrossAWrite()
+{
+    const WriteCase row = gbSave(noise(32 * kKiB, 2));
+    const auto window = windowFor(row);
+    window->run(&MainTab::readRamButton, window->bench().path("old.sav"));
+    QVERIFY(window->tab().guarded->canReadAgain());
+    window->run(row.button, window->bench().addFile("new", row.file));
+    QVERIFY(!window->tab().guarded->canReadAgain());
 }
 
 void GuardedWriteTest::saveThatReadsDifferentlyIsNotReplaced()

@@ -34,19 +34,20 @@ const MenuRow kMenuRows[] = {
     {&ReaderCorner::flashAction, "FLASH", "Ctrl+F", false, false},
     {&ReaderCorner::readRamAction, "Read RAM", "Ctrl+R", false, false},
     {&ReaderCorner::writeRamAction, "Write RAM", "Ctrl+W", false, false},
+    {&ReaderCorner::cancelAction, "Cancel", "Ctrl+.", false, false},
     kSeparator,
     {&ReaderCorner::backUpAction, "Back up this cartridge…", "Ctrl+B", false, false},
     {&ReaderCorner::readAgainAction, "Read again and compare", "Ctrl+E", false, false},
     {&ReaderCorner::checkFileAction, "Check a ROM file…", "Ctrl+O", false, false},
     {&ReaderCorner::whyNoReaderAction, "Why is no reader found?", "Ctrl+Y", false, false},
     kSeparator,
-    {&ReaderCorner::guardWritesAction, "Guard writes", "", true, true},
-    {&ReaderCorner::readTwiceAction, "Read twice what no table knows", "", true, false},
+    {&ReaderCorner::guardWritesAction, "Guard writes", "Ctrl+G", true, true},
+    {&ReaderCorner::readTwiceAction, "Read twice what no table knows", "Ctrl+T", true, false},
     kSeparator,
-    {&ReaderCorner::openFolderAction, "Open the backup folder", "", false, false},
+    {&ReaderCorner::openFolderAction, "Open the backup folder", "Ctrl+Shift+O", false, false},
     {&ReaderCorner::copyLogAction, "Copy the log", "Ctrl+Shift+C", false, false},
     kSeparator,
-    {&ReaderCorner::demoAction, "Use the demo reader", "", true, false},
+    {&ReaderCorner::demoAction, "Use the demo reader", "Ctrl+Shift+D", true, false},
 };
 
 ReaderState realReader(const QString &name = "QDX_PCB02_FW303")
@@ -116,6 +117,7 @@ private slots:
     void lastDumpAllowsReadingAgain();
     void choicesStayDuringAJob();
 
+    void cancelIsForAJobThatRuns();
     void shortcutsWorkEverywhere_data();
     void shortcutsWorkEverywhere();
     void shortcutsRestDuringAJob();
@@ -259,7 +261,8 @@ void ReaderCornerTest::actionsFollowTheJob_data()
     QTest::addColumn<bool>("enabled during a job");
     for (int i = 0; i < static_cast<int>(std::size(kMenuRows)); ++i) {
         const Action action = kMenuRows[i].action;
-        if (action != nullptr)
+        // Cancel is the other way round, see cancelIsForAJobThatRuns().
+        if (action != nullptr && action != &ReaderCorner::cancelAction)
             QTest::newRow(kMenuRows[i].text) << i
                                              << (action == &ReaderCorner::guardWritesAction ||
                                                  action == &ReaderCorner::readTwiceAction ||
@@ -319,6 +322,15 @@ void ReaderCornerTest::choicesStayDuringAJob()
     QVERIFY(!next.readTwiceAction->isChecked());
 }
 
+void ReaderCornerTest::cancelIsForAJobThatRuns()
+{
+    QVERIFY(!corner().cancelAction->isEnabled());
+    corner().setBusy(true);
+    QVERIFY(corner().cancelAction->isEnabled());
+    corner().setBusy(false);
+    QVERIFY(!corner().cancelAction->isEnabled());
+}
+
 void ReaderCornerTest::shortcutsWorkEverywhere_data()
 {
     QTest::addColumn<QString>("focus");
@@ -341,9 +353,10 @@ void ReaderCornerTest::shortcutsWorkEverywhere()
     appendLog(m_window->log, "text");
     corner().setCanReadAgain(true);
     for (const MenuRow &row : kMenuRows) {
-        const QKeySequence keys(row.shortcut);
-        if (row.action == nullptr || keys.isEmpty())
+        if (row.action == nullptr)
             continue;
+        const QKeySequence keys(row.shortcut);
+        corner().setBusy(row.action == &ReaderCorner::cancelAction);
         const QSignalSpy triggered(corner().*row.action, &QAction::triggered);
         QTest::keySequence(widget, keys);
         QVERIFY2(triggered.count() == 1, row.text);
