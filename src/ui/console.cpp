@@ -55,6 +55,8 @@ Console::Console(QWidget *parent) : QTextEdit(parent)
     setFont(type);
 
     setAccessibleName(QCoreApplication::translate("Console", "Log"));
+    setAccessibleDescription(
+        QCoreApplication::translate("Console", "What has happened; the newest line is the last"));
     keepEndInView(this);
 }
 

@@ -209,7 +209,7 @@ void GuardedJob::tellJudgement()
 {
     if (isReadJob(m_finished.job.operate) && m_judged.kind <= JudgementKind::Suspicious)
         m_lastRead = m_finished;
-    tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile}));
+    tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes}));
     m_namesCopy = !m_oldFile.isEmpty() ||
                   (!m_guard.backup.path.isEmpty() && m_judged.kind != JudgementKind::Written);
     becomeIdle();
@@ -224,6 +224,11 @@ void GuardedJob::readAgain()
             m_judged = compareAgain(m_lastRead.job, m_lastRead.path, listener);
         },
         [this] { tell(judgementEntries(m_judged, {})); });
+}
+
+void GuardedJob::noteReport(const CartridgeReport &report)
+{
+    m_savedBytes = valuesFound(report).ramSize.value_or(0);
 }
 
 void GuardedJob::stop()

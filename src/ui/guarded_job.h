@@ -46,6 +46,9 @@ public:
     // True while nothing that runs could leave a cartridge half written.
     bool mayBeLeft() const;
 
+    // What Info has just found: the design's settings take less than some cartridges have.
+    void noteReport(const CartridgeReport &report);
+
     // Runs steps that use the reader, with the tab busy meanwhile. `done` is called behind them, on
     // the GUI thread, and tells what came of it. Not while busy.
     void runTask(const std::function<void(TrustListener &)> &steps,
@@ -102,6 +105,7 @@ private:
     bool m_isLooking = false; // until what follows the look has been done
     bool m_isHeld = false;
     bool m_namesCopy = false;
+    int m_savedBytes = 0; // of save memory, see JudgementNotes
     Stage m_stage = Stage::Idle;
     std::function<void()> m_behind; // what the steps that run are followed by
     WriteGuard m_guard;

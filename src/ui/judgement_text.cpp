@@ -190,6 +190,12 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
     appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
+    if (judged.bytes > 0 && movesSave(judged.job.operate) && judged.bytes < notes.savedBytes)
+        entries << adviceEntry(tr("The cartridge that Info has seen has %1 bytes of save memory, "
+                                  "and only %2 of them were "
+                                  "moved. Choose the larger size.")
+                                   .arg(notes.savedBytes)
+                                   .arg(judged.bytes));
     if (!notes.oldFilePath.isEmpty())
         entries << adviceEntry(
             tr("The file that was there before is in %1").arg(notes.oldFilePath));

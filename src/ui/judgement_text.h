@@ -16,6 +16,7 @@ extern const char kLogRule[];
 struct JudgementNotes {
     QString backupPath;  // of what a write has replaced; empty: there is none
     QString oldFilePath; // of the file that a dump has replaced; empty: there is none
+    int savedBytes = 0;  // of save memory, as far as Info knows; 0: it does not
 };
 
 // Log entries, one append each, the rule last. Everything that does not come from this program is

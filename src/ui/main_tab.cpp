@@ -218,7 +218,7 @@ void MainTab::push_info()
     output.line = [this](const QString &line) { info(logText(line)); };
     output.rule = [this] { info(QString::fromLatin1(kLogRule)); };
     output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
-    makeCartridgeReport(output);
+    guarded->noteReport(makeCartridgeReport(output));
 }
 
 void MainTab::push_read_rom()

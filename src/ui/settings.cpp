@@ -87,6 +87,11 @@ void Settings::buildWidgets()
     m_item1Label->setBuddy(m_item1Box);
     m_item2Label->setBuddy(m_item2Box);
     m_item3Label->setBuddy(m_item3Box);
+    m_sysBox->setAccessibleDescription(tr("What kind of cartridge is in the slot"));
+    m_item1Box->setAccessibleDescription(tr("GB/GBC: the mapper; GBA: the size of the ROM"));
+    m_item2Box->setAccessibleDescription(tr("GB/GBC: the size of the ROM; GBA: the kind of save"));
+    m_item3Box->setAccessibleDescription(tr("The size of the save memory"));
+    m_verifyBox->setAccessibleDescription(tr("Reads back what was written and compares it"));
     auto *wheelGuard = new WheelGuard(this);
     for (QComboBox *box : {m_sysBox, m_item1Box, m_item2Box, m_item3Box}) {
         box->setFocusPolicy(Qt::StrongFocus); // the wheel does not give the focus either

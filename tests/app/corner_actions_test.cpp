@@ -222,14 +222,14 @@ void CornerActionsTest::romFileIsChecked()
 void CornerActionsTest::droppedFileIsChecked()
 {
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(m_fixture->addFile("<b>.gb", m_fixture->rom()))});
+    data.setUrls({QUrl::fromLocalFile(m_fixture->addFile("a&lt;b.gb", m_fixture->rom()))});
     QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(m_dialog.get(), &enter);
     QVERIFY(enter.isAccepted());
     QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(m_dialog.get(), &drop);
     QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
-    QVERIFY2(log().contains("/<b>.gb") && log().contains("\nunverified: "), qPrintable(log()));
+    QVERIFY2(log().contains("/a&lt;b.gb") && log().contains("\nunverified: "), qPrintable(log()));
 }
 
 void CornerActionsTest::drivesAreTold()

@@ -267,6 +267,9 @@ void TabDialogTest::escapeDoesNothingDuringAJob()
     QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
     QVERIFY(m_dialog->isVisible());
     QVERIFY(isBusy(*m_tab));
+    // An erase tells no progress, but for how long it has been running.
+    QCOMPARE(m_tab->progress->maximum(), 0);
+    QVERIFY2(m_tab->progress->text().startsWith("Erasing 0:"), qPrintable(m_tab->progress->text()));
     QCOMPARE(m_tab->worker->cancel_flag.load(), 0);
     QVERIFY(!m_tab->console->toPlainText().contains(kClosingLine));
 }

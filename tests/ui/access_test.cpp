@@ -23,10 +23,10 @@ namespace
 {
 
 constexpr int kJobTimeoutMs = 60000;
-QString nameOf(QWidget *widget)
+QString spoken(QWidget *widget, QAccessible::Text part)
 {
     QAccessibleInterface *access = QAccessible::queryAccessibleInterface(widget);
-    return access == nullptr ? QString() : access->text(QAccessible::Name);
+    return access == nullptr ? QString() : access->text(part);
 }
 
 // Where Tab leads from `first`, once around; `first` itself stands in front.
@@ -97,10 +97,30 @@ private slots:
         QCOMPARE(m_tab->focusWidget(), m_tab->console);
     }
 
-    void logAndBarHaveNames()
+    // What assistive programs say of the log when they are told that it has something to say.
+    void judgementIsWhatTheLogIsAbout()
     {
-        QCOMPARE(nameOf(m_tab->console), QString("Log"));
-        QCOMPARE(nameOf(m_tab->progress), QString("Progress"));
+        FileDialogAnswer answer(m_fixture->path("dump.gb"));
+        m_tab->dumpButton->click();
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
+        QVERIFY2(spoken(m_tab->console, QAccessible::Description).contains(": "),
+                 qPrintable(spoken(m_tab->console, QAccessible::Description)));
+        QCOMPARE(spoken(m_tab->console, QAccessible::Description), judgementsOf(*m_tab)[0]);
+    }
+
+    void everythingIsNamedAndDescribed()
+    {
+        QCOMPARE(spoken(m_tab->console, QAccessible::Name), QString("Log"));
+        QCOMPARE(spoken(m_tab->progress, QAccessible::Name), QString("Progress"));
+        QVector<QWidget *> widgets{m_tab->console, m_tab->progress,
+                                   m_tab->settings->findChild<QCheckBox *>()};
+        for (QComboBox *list : m_tab->settings->findChildren<QComboBox *>())
+            widgets << list;
+        QSet<QString> texts;
+        for (QWidget *widget : widgets)
+            texts << spoken(widget, QAccessible::Description);
+        QCOMPARE(texts.size(), widgets.size());
+        QVERIFY(!texts.contains(QString()));
     }
 
 private:

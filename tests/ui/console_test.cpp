@@ -151,7 +151,7 @@ void ConsoleTest::newestLineStaysVisibleOnResize()
          {QSize(800, 100), QSize(400, 100), QSize(900, 120), QSize(401, 90), QSize(600, 500)}) {
         console.resize(size);
         QTRY_COMPARE(console.size(), size);
-        QVERIFY2(showsItsEnd(console), qPrintable(QString::number(size.height())));
+        QTRY_VERIFY2(showsItsEnd(console), qPrintable(QString::number(size.height())));
     }
 }
 

@@ -131,6 +131,7 @@ private slots:
     void emptySlotLeavesTheOldGoodFile();
     void readerPulledOutLeavesTheOldSave();
     void failedBankSwitchIsNoGoodDump();
+    void halfOfASaveIsSaidToBeOne();
     void cancelledSecondReadLeavesTheFirst();
     void romBeyondTheBusIsRefusedInOneSentence();
     void oldFileThatCannotBeKeptStopsTheRead();
@@ -293,6 +294,21 @@ void GuardedReadTest::failedBankSwitchIsNoGoodDump()
 }
 
 // The file is what the first read brought, and nothing else can be said of it.
+// The settings' table takes the header's code for half of what such a cartridge has.
+void GuardedReadTest::halfOfASaveIsSaidToBeOne()
+{
+    JobWindow window(makeGbCartridge(0x1B, 64 * kKiB, 128 * kKiB));
+    window.tab().push_info();
+    window.run(&MainTab::readRamButton, window.bench().path("half.sav"));
+    QVERIFY2(window.judgements().contains("has 131072 bytes of save memory, and only 65536"),
+             qPrintable(window.judgements()));
+
+    window.selectGb(kMapperMbc5Row, 64 * kKiB, 128 * kKiB);
+    window.run(&MainTab::readRamButton, window.bench().path("whole.sav"));
+    QCOMPARE(window.judgements().count("of save memory"), 1);
+    QVERIFY(window.bench().fileBytes("whole.sav") == window.bench().save());
+}
+
 void GuardedReadTest::cancelledSecondReadLeavesTheFirst()
 {
     const ReadCase row = twice(dumpOf(gbGame()));
