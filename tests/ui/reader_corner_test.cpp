@@ -131,6 +131,7 @@ private:
 
 void ReaderCornerTest::init()
 {
+    QApplication::setStyle("fusion"); // the program's
     m_window = std::make_unique<Window>();
     QVERIFY(QTest::qWaitForWindowExposed(&m_window->tabs));
 }
