@@ -1,8 +1,10 @@
 # Parts of package_test.sh: a hand on the window of gbdriver.exe, and an eye on its log.
 
 title="GB Driver 3.0 build"
-# How often Tab leads from the log to a button.
-infoButton=1 dumpButton=2 flashButton=3 readRamButton=4 writeRamButton=5
+# The shortcuts of the buttons.
+infoButton=ctrl+i dumpButton=ctrl+d flashButton=ctrl+f readRamButton=ctrl+r writeRamButton=ctrl+w
+# What the window begins a judgement with, about jobs that have ended well.
+judged='\(unverified\|suspicious\|written\): '
 
 findWindow() { xdotool search --onlyvisible --name "$1" | head -n 1; }
 isThere() { [ -n "$(findWindow "$1")" ]; }
@@ -42,12 +44,10 @@ expectLog() {
     ! jobFailed || fail "a job has failed: $log"
 }
 
-# press BUTTON: only while no job runs; Cancel would be in the way.
+# press BUTTON: only while no job runs; it does nothing then.
 press() {
-    local key
-    clickLog
-    for ((key = 0; key < $1; ++key)); do xdotool key Tab; done
-    xdotool key space
+    focus "$title"
+    xdotool key "$1"
 }
 
 # runJob BUTTON CAPTION FILE: presses a button, names a file in its dialog; the job must succeed.
@@ -60,6 +60,7 @@ runJob() {
     waitFor 60 isGone "$2" || fail "the dialog \"$2\" stays"
     jobs=$((jobs + 1))
     expectLog $jobs ">Success!"
+    expectLog $jobs "$judged"
 }
 
 # openWindow COMMAND...: starts the program.
