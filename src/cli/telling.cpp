@@ -183,7 +183,9 @@ ExitCode tellTrouble(const Outcome &outcome, Reporter &reporter)
         reporter.problem(
             judgedText(judgementOf(outcome), jobLines(outcome).join(QLatin1Char('\n'))));
     else if (outcome.trouble != Trouble::None)
-        tellProblem(code, troubleText(outcome) + wayOut(outcome), outcome.state, reporter);
+        reporter.problem(judgedText(judgementOf(outcome), troubleText(outcome) + wayOut(outcome) +
+                                                              QLatin1Char(' ') +
+                                                              stateText(outcome.state)));
     return code;
 }
 

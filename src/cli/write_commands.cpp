@@ -243,6 +243,9 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
                               : QStringLiteral("Flash chip is 8bit width"));
     if (chip->sizeBytes != 0)
         reporter.log(QStringLiteral("Flash chip size is :%1KB").arg(chip->sizeBytes / 1024));
+    else
+        reporter.log(QStringLiteral("The chip does not say how large it is; what the mapper shows "
+                                    "of it is kept."));
     return ExitCode::Done;
 }
 
@@ -266,7 +269,9 @@ ExitCode checkFlashBackup(const CliOptions &options, const QByteArray &backup,
 {
     if (options.forces || flashContentFault(backup, chip) == FlashFault::None)
         return ExitCode::Done;
-    return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup), backup.size(), reporter);
+    const QByteArray content = backup.left(static_cast<int>(chip.sizeBytes));
+    return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(content), content.size(),
+                       reporter);
 }
 
 // `job` has been completed and its file checked.

@@ -64,8 +64,10 @@ int repeatedBytesOf(const QByteArray &bytes)
 FlashFault flashContentFault(const QByteArray &backup, const FlashChipAnswer &chip)
 {
     const bool isSized = chip.sizeBytes != 0;
-    const bool isErased = backup.count('\xFF') == backup.size();
-    return isSized && !isErased && repeatedBytesOf(backup) < backup.size()
+    // Whoever reads more of it than there is sees all of it again.
+    const QByteArray content = backup.left(static_cast<int>(chip.sizeBytes));
+    const bool isErased = content.count('\xFF') == content.size();
+    return isSized && !isErased && repeatedBytesOf(content) < content.size()
                ? FlashFault::BackupRepeats
                : FlashFault::None;
 }

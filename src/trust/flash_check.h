@@ -35,7 +35,7 @@ enum class FlashFault {
     BeyondChip,     // the file is larger than the chip
     BackupTooSmall, // a backup of what the user asks for, or the mapper shows, may be a part of
                     // what is erased
-    BackupRepeats // what is read of the chip is not as large as the chip
+    BackupRepeats   // what is read of the chip is not as large as the chip
 };
 
 // Whether the file can be written at all. A refusal by the script would come only when the program

@@ -63,9 +63,7 @@ bool isNamedSave(const CartridgeValues &said, const CartridgeValues &found)
 
 WriteGuard kept(const KeptBackup &backup)
 {
-    if (!backup.outcome.isDone())
-        return refuse(backup.outcome);
-    WriteGuard guard;
+    WriteGuard guard = backup.outcome.isDone() ? WriteGuard() : refuse(backup.outcome);
     guard.backup = backup;
     return guard;
 }
@@ -132,10 +130,15 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
     // every byte into the air and ends well.
     if (backup.outcome.isDone() && backup.isErased && !isSized && !write.isReadBack)
         return refuse(GuardFault::NoChip);
-    if (backup.outcome.isDone() && flashContentFault(backup.bytes, probed.chip) != FlashFault::None)
-        return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup.bytes),
-                           backup.bytes.size());
-    return kept(backup);
+    WriteGuard guard = kept(backup);
+    guard.keepsWhatIsShown = !isSized;
+    if (backup.outcome.isDone() &&
+        flashContentFault(backup.bytes, probed.chip) != FlashFault::None) {
+        guard = refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup.bytes),
+                            backup.bytes.size());
+        guard.backup = backup;
+    }
+    return guard;
 }
 
 } // namespace

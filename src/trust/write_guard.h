@@ -36,7 +36,9 @@ struct WriteGuard {
     FlashFault flash = FlashFault::None;
     int bytes = 0;
     int allowedBytes = 0;
-    KeptBackup backup; // of None
+    KeptBackup backup; // of None; its path also where a refusal came behind it
+    // The chip does not say how large it is: kept is what the mapper shows of it.
+    bool keepsWhatIsShown = false;
 };
 
 // Looks at the cartridge, checks, and keeps what it holds. A GBA ROM, which no job can write, is

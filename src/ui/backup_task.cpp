@@ -99,8 +99,13 @@ QStringList backupEntries(const CartridgeBackupResult &result)
     }
     QStringList entries;
     append(tr("ROM"), result.rom, &entries);
-    if (result.written.trouble != Trouble::Stopped)
-        append(tr("save"), result.save, &entries);
+    if (result.written.trouble == Trouble::Stopped) {
+        if (result.rom.outcome.trouble != Trouble::Stopped)
+            entries << judgementEntry(JudgementKind::Stopped,
+                                      tr("stopped: The save was not read."));
+        return entries << QString::fromLatin1(kLogRule);
+    }
+    append(tr("save"), result.save, &entries);
     if (!result.written.isDone())
         return entries + outcomeEntries(result.written);
     return entries << QString::fromLatin1(kLogRule);

@@ -120,7 +120,11 @@ void CornerActions::showFound(const FoundReader &found)
 
 void CornerActions::switchDemo(bool isOn)
 {
-    m_tab->guarded->waitForLook();
+    if (!isReady()) {
+        const QSignalBlocker quiet(m_corner->demoAction);
+        m_corner->demoAction->setChecked(!isOn);
+        return;
+    }
     m_isDemo = isOn;
     m_useDemo(isOn);
     m_tab->info(isOn ? tr("The demo reader is on: no real cartridge is read or written.")
@@ -128,9 +132,18 @@ void CornerActions::switchDemo(bool isOn)
     look();
 }
 
+// A look that hangs in a drive must not take the window with it.
+bool CornerActions::isReady()
+{
+    const bool isQuiet = m_tab->guarded->waitForLook();
+    if (!isQuiet)
+        m_tab->info(tr("The reader does not answer."));
+    return isQuiet && !m_tab->guarded->isBusy();
+}
+
 void CornerActions::checkFile(const QString &path)
 {
-    if (path.isEmpty() || m_tab->guarded->isBusy())
+    if (path.isEmpty() || !isReady())
         return;
     m_tab->guarded->tell({logText(tr("Checking the ROM file:") + QLatin1Char('\n') + path),
                           QString::fromLatin1(kLogRule)});
@@ -151,7 +164,7 @@ void CornerActions::backUp()
 {
     const QString folder = QFileDialog::getExistingDirectory(
         m_tab, tr("Back up the cartridge into..."), QStringLiteral("."));
-    if (folder.isEmpty() || m_tab->guarded->isBusy())
+    if (folder.isEmpty() || !isReady())
         return;
     m_tab->guarded->tell(
         {logText(tr("Backing up the cartridge into the folder:") + QLatin1Char('\n') + folder),
@@ -164,16 +177,21 @@ void CornerActions::backUp()
 
 void CornerActions::readAgain()
 {
-    m_tab->guarded->readAgain();
+    if (isReady())
+        m_tab->guarded->readAgain();
 }
 
 void CornerActions::tellWhyNoReader()
 {
+    if (!isReady())
+        return;
     const auto findings = std::make_shared<QVector<DriveFinding>>();
     m_tab->guarded->runTask(
         [findings](TrustListener & /*listener*/) {
             const ReaderSession session;
+            const signed char before = deviceLink.driveLetter;
             *findings = examineDrives();
+            deviceLink.driveLetter = before; // the reader stays the one that it was
         },
         [this, findings] {
             QStringList lines;

@@ -46,6 +46,7 @@ private:
     void tellWhyNoReader();
     void openFolder();
     void switchDemo(bool isOn);
+    bool isReady();
 
     MainTab *m_tab;
     ReaderCorner *m_corner;

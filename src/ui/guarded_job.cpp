@@ -209,7 +209,8 @@ void GuardedJob::tellJudgement()
 {
     if (isReadJob(m_finished.job.operate) && m_judged.kind <= JudgementKind::Suspicious)
         m_lastRead = m_finished;
-    tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes}));
+    tell(judgementEntries(
+        m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes, m_guard.keepsWhatIsShown}));
     m_namesCopy = !m_oldFile.isEmpty() ||
                   (!m_guard.backup.path.isEmpty() && m_judged.kind != JudgementKind::Written);
     becomeIdle();
@@ -255,6 +256,7 @@ bool GuardedJob::look(const std::function<void()> &steps, const std::function<vo
     if (isBusy() || m_isLooking || m_isHeld)
         return false;
     m_isLooking = true;
+    m_shownBackend = &driveBackend();
     m_behindLook = done;
     m_lookThread->run([steps](TrustListener & /*listener*/) { steps(); });
     return true;
@@ -264,8 +266,17 @@ bool GuardedJob::waitForLook()
 {
     if (!m_lookThread->wait(kLongestLookMs))
         return false;
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); // what follows it comes first
+    // What follows it comes first, and begins no other.
+    const bool wasHeld = m_isHeld;
+    m_isHeld = true;
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    m_isHeld = wasHeld;
     return true;
+}
+
+const DriveBackend *GuardedJob::shownBackend() const
+{
+    return m_isLooking ? m_shownBackend : &driveBackend();
 }
 
 void GuardedJob::holdLooks(bool isHeld)

@@ -17,6 +17,7 @@
 #include <functional>
 
 class CarefulThread;
+class DriveBackend;
 class MainTab;
 
 class GuardedJob : public QObject
@@ -61,6 +62,8 @@ public:
     // Before anything else uses the reader: waits for a look that runs, some seconds at most.
     // Returns: false if it has not ended; its drive hangs, and nothing may use the reader.
     bool waitForLook();
+    // The backend that the user has seen: a look may have another in its place for a moment.
+    const DriveBackend *shownBackend() const;
     // No look begins from the moment an action asks for its file until it has begun or was given
     // up: what it finds would not be what the user has seen.
     void holdLooks(bool isHeld);
@@ -104,6 +107,7 @@ private:
     std::function<void()> m_behindLook;
     bool m_isLooking = false; // until what follows the look has been done
     bool m_isHeld = false;
+    const DriveBackend *m_shownBackend = nullptr; // while a look runs
     bool m_namesCopy = false;
     int m_savedBytes = 0; // of save memory, see JudgementNotes
     Stage m_stage = Stage::Idle;

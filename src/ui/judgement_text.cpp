@@ -119,11 +119,15 @@ bool hasChanged(CartridgeState state)
            state == CartridgeState::Written;
 }
 
-QString backupNote(const JudgedJob &judged, const QString &path)
+QString backupNote(const JudgedJob &judged, const JudgementNotes &notes)
 {
+    const QString &path = notes.backupPath;
     if (path.isEmpty() || !hasChanged(judged.outcome.state))
         return QString();
-    const QString kept = tr("What the cartridge held before is in %1").arg(path);
+    QString kept = tr("What the cartridge held before is in %1").arg(path);
+    if (notes.keepsWhatIsShown)
+        kept += QLatin1Char('\n') + tr("The chip does not say how large it is; this is what the "
+                                       "mapper shows of it.");
     if (judged.outcome.isDone())
         return kept;
     return kept + QLatin1Char('\n') +
@@ -189,7 +193,7 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
                                    .arg(QString::fromLatin1(judged.sha1.toHex())));
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
-    appendUnlessEmpty(backupNote(judged, notes.backupPath), &entries);
+    appendUnlessEmpty(backupNote(judged, notes), &entries);
     if (judged.bytes > 0 && movesSave(judged.job.operate) && judged.bytes < notes.savedBytes)
         entries << adviceEntry(tr("The cartridge that Info has seen has %1 bytes of save memory, "
                                   "and only %2 of them were "
@@ -204,17 +208,24 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 
 QStringList refusalEntries(const WriteGuard &guard)
 {
-    const JudgementKind kind =
-        guard.fault == GuardFault::Trouble ? judgementOf(guard.outcome) : JudgementKind::Refused;
+    // The reason stands before the rule; what it comes to is that nothing was begun.
+    const bool isStopped =
+        guard.fault == GuardFault::Trouble && guard.outcome.trouble == Trouble::Stopped;
+    const JudgementKind kind = isStopped ? JudgementKind::Stopped : JudgementKind::Refused;
     const bool isRead =
         guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
-    const CartridgeState state = isRead ? CartridgeState::NotRead : CartridgeState::NotWritten;
+    const QString &kept = guard.backup.path;
+    const CartridgeState unwritten =
+        kept.isEmpty() || isStopped ? CartridgeState::NotWritten : CartridgeState::OnlyRead;
+    const CartridgeState state = isRead ? CartridgeState::NotRead : unwritten;
     QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
         entries << adviceEntry(
             tr("If you know better, turn \"Guard writes\" off in the menu at the "
-               "top right; then there is no backup."));
+               "top right; then no backup is made."));
+    if (!kept.isEmpty())
+        entries << adviceEntry(tr("What was read of the cartridge is in %1").arg(kept));
     return entries << QString::fromLatin1(kLogRule);
 }
 

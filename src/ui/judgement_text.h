@@ -17,6 +17,8 @@ struct JudgementNotes {
     QString backupPath;  // of what a write has replaced; empty: there is none
     QString oldFilePath; // of the file that a dump has replaced; empty: there is none
     int savedBytes = 0;  // of save memory, as far as Info knows; 0: it does not
+    // The backup is what the mapper shows of a chip that does not say how large it is.
+    bool keepsWhatIsShown = false;
 };
 
 // Log entries, one append each, the rule last. Everything that does not come from this program is

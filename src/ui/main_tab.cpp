@@ -152,7 +152,7 @@ class ActionStart
 public:
     explicit ActionStart(MainTab *tab) : m_guarded(tab->guarded)
     {
-        const DriveBackend *const seen = &driveBackend();
+        const DriveBackend *const seen = m_guarded->shownBackend();
         m_guarded->holdLooks(true);
         const bool isQuiet = m_guarded->waitForLook();
         if (!isQuiet)

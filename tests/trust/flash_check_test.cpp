@@ -110,6 +110,8 @@ private slots:
         const FlashChipAnswer chip{true, 64 * kKibi};
         QCOMPARE(flashContentFault(part + part, chip), FlashFault::BackupRepeats);
         QCOMPARE(flashContentFault(part + noise(32 * kKibi, 2), chip), FlashFault::None);
+        const QByteArray whole = part + noise(32 * kKibi, 2);
+        QCOMPARE(flashContentFault(whole + whole, chip), FlashFault::None); // read beyond its end
         QCOMPARE(flashContentFault(QByteArray(64 * kKibi, '\xFF'), chip), FlashFault::None);
         // A chip that does not say its size is read as far as the mapper reaches.
         QCOMPARE(flashContentFault(part + part, {false, 0}), FlashFault::None);

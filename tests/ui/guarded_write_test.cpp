@@ -383,12 +383,15 @@ void GuardedWriteTest::partOfAChipIsNoBackup()
     const auto window = windowFor(row);
     const QByteArray old = contentOf(*window, row);
     window->run(row.button, window->bench().addFile("new", row.file));
+    QFETCH(int, backups);
     QCOMPARE(window->judgement(),
-             QString("refused: Nothing was written; the cartridge is as it was."));
+             backups == 0 ? QString("refused: Nothing was written; the cartridge is as it was.")
+                          : QString("refused: The cartridge was only read."));
     QVERIFY2(window->log().contains(reason), qPrintable(window->log()));
     QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
+    QCOMPARE(window->judgements().contains("What was read of the cartridge is in "), backups == 1);
     QVERIFY(contentOf(*window, row) == old);
-    QTEST(window->backups().size(), "backups");
+    QCOMPARE(window->backups().size(), backups);
 }
 
 void GuardedWriteTest::gbaFlashSaysWhy()
