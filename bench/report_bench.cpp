@@ -55,7 +55,7 @@ std::unique_ptr<Cartridge> makeGba(const char *code)
 
 double microsecondsOfOneReport(ReportOutcome expected)
 {
-    const ReportOutput output = {[](const QString &) {}, [](const DetectedSettings &) {}};
+    const ReportOutput output = {[](const QString &) {}, [] {}, [](const DetectedSettings &) {}};
     const auto start = std::chrono::steady_clock::now();
     const CartridgeReport report = makeCartridgeReport(output);
     const auto end = std::chrono::steady_clock::now();

@@ -74,8 +74,9 @@ public:
 
     // Where the last job's judgement names the only copy of what it replaced.
     bool namesCopy() const { return m_namesCopy; }
-    // Of the file that the running dump replaces; empty: there is none.
-    const QString &oldFilePath() const { return m_oldFile; }
+    // Of the copy of the file that the worker's dump replaces; empty: there is none, or no worker
+    // runs. Around it the steps' thread has the path.
+    QString oldFilePath() const { return m_stage == Stage::Job ? m_oldFile : QString(); }
 
     // Adds entries to the log and tells assistive programs of the first.
     void tell(const QStringList &entries);
