@@ -7,20 +7,22 @@ DemoReader::~DemoReader()
     use(false);
 }
 
-void DemoReader::use(bool isOn)
+bool DemoReader::use(bool isOn)
 {
-    if (isOn == (m_real != nullptr))
-        return;
+    const bool isInPlace = m_real != nullptr;
+    if (isOn == isInPlace)
+        return isInPlace;
     releaseReader();
     if (!isOn) {
         setDriveBackend(m_real);
         m_real = nullptr;
-        return;
+        return false;
     }
     if (m_demo.virtualDrive == nullptr)
         m_demo = virtual_reader::chooseDriveBackend("demo");
     if (m_demo.backend() == nullptr)
-        return;
+        return false;
     m_real = &driveBackend();
     setDriveBackend(m_demo.backend());
+    return true;
 }

@@ -12,8 +12,9 @@ public:
 
     // Puts the demo reader in the place of the process's drive backend, or brings that
     // back. Its cartridge stays the same, and keeps what was written.
+    // Returns: whether the demo reader is in place now.
     // Thread: any, while nothing uses a drive.
-    void use(bool isOn);
+    bool use(bool isOn);
 
 private:
     virtual_reader::ChosenBackend m_demo;

@@ -51,7 +51,7 @@ TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
 
     auto *corner = new ReaderCorner;
     tabWidget->setCornerWidget(corner);
-    m_corner = new CornerActions(m_mainTab, corner, [this](bool isOn) { m_demo.use(isOn); });
+    m_corner = new CornerActions(m_mainTab, corner, [this](bool isOn) { return m_demo.use(isOn); });
     setAcceptDrops(true);
 
     auto *layout = new QVBoxLayout;

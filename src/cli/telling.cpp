@@ -117,15 +117,8 @@ QStringList jobLines(const Outcome &outcome)
 
 ExitCode readerFault(const CartridgeReport &report)
 {
-    switch (report.outcome) {
-    case ReportOutcome::NoReader:
-        return ExitCode::NoReader;
-    case ReportOutcome::NoMode:
-    case ReportOutcome::ShortRead:
-        return ExitCode::NoAnswer;
-    default:
-        return ExitCode::Done;
-    }
+    const JobEnd fault = readerFaultOf(report.outcome);
+    return fault == JobEnd::Done ? ExitCode::Done : exitCodeOfJob(fault);
 }
 
 QString readerProblem(ExitCode code)

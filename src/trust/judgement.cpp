@@ -37,6 +37,11 @@ JudgementKind judgementOf(VerdictKind kind)
     return static_cast<JudgementKind>(kind);
 }
 
+bool isVerdict(JudgementKind kind)
+{
+    return kind <= JudgementKind::Suspicious;
+}
+
 JudgementKind judgementOf(const Outcome &outcome)
 {
     switch (outcome.trouble) {

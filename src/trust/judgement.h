@@ -22,6 +22,8 @@ enum class JudgementKind {
 
 JudgementKind judgementOf(VerdictKind kind);
 
+bool isVerdict(JudgementKind kind);
+
 // Of anything but Trouble::None.
 JudgementKind judgementOf(const Outcome &outcome);
 

@@ -83,7 +83,7 @@ QString judgementText(const Outcome &outcome)
 
 QString judgementLine(const JudgedJob &judged)
 {
-    if (judged.kind <= JudgementKind::Suspicious)
+    if (isVerdict(judged.kind))
         return summaryOf(judged.verdict);
     return judgedText(judged.kind, textOf(judged));
 }

@@ -24,7 +24,7 @@
 #include <utility>
 
 CornerActions::CornerActions(MainTab *tab, ReaderCorner *corner,
-                             std::function<void(bool isOn)> useDemo)
+                             std::function<bool(bool isOn)> useDemo)
     : QObject(tab), m_tab(tab), m_corner(corner), m_useDemo(std::move(useDemo)),
       m_watch([this] { look(); })
 {
@@ -44,13 +44,13 @@ void CornerActions::connectButtons()
         {m_corner->dumpAction, m_tab->dumpButton},
         {m_corner->flashAction, m_tab->flashButton},
         {m_corner->readRamAction, m_tab->readRamButton},
-        {m_corner->writeRamAction, m_tab->writeRamButton},
-        {m_corner->cancelAction, m_tab->cancelButton}};
+        {m_corner->writeRamAction, m_tab->writeRamButton}};
     for (const auto &row : rows)
         connect(row.first, &QAction::triggered, row.second, [button = row.second] {
             button->setFocus();
             button->click();
         });
+    connect(m_corner->cancelAction, &QAction::triggered, m_tab->cancelButton, &QPushButton::click);
     // What Info has found is shown as well. Connected behind the tab's own slot.
     connect(m_tab->infoButton, &QPushButton::clicked, this, &CornerActions::look);
 }
@@ -98,7 +98,7 @@ void CornerActions::look()
             found->reader = findNamedReader();
             found->endsDemo = isDemo && found->reader.letter != 0;
             if (isDemo && !found->endsDemo) {
-                m_useDemo(true);
+                found->endsDemo = !m_useDemo(true);
                 found->reader = findNamedReader();
             }
         },
@@ -109,8 +109,8 @@ void CornerActions::showFound(const FoundReader &found)
 {
     if (found.endsDemo) {
         m_isDemo = false;
-        const QSignalBlocker quiet(m_corner->demoAction);
-        m_corner->demoAction->setChecked(false);
+        tickDemo();
+        m_tab->guarded->forgetLastRead();
         m_tab->info(tr("A reader was plugged in, so the demo reader is off."));
     }
     m_corner->showReader({found.reader.letter, found.reader.identity, m_isDemo});
@@ -120,25 +120,27 @@ void CornerActions::showFound(const FoundReader &found)
 
 void CornerActions::switchDemo(bool isOn)
 {
-    if (!isReady()) {
-        const QSignalBlocker quiet(m_corner->demoAction);
-        m_corner->demoAction->setChecked(!isOn);
-        return;
+    if (isReady()) {
+        m_isDemo = m_useDemo(isOn);
+        m_tab->guarded->forgetLastRead();
+        m_tab->info(m_isDemo ? tr("The demo reader is on: no real cartridge is read or written.")
+                             : tr("The demo reader is off."));
+        look();
     }
-    m_isDemo = isOn;
-    m_useDemo(isOn);
-    m_tab->info(isOn ? tr("The demo reader is on: no real cartridge is read or written.")
-                     : tr("The demo reader is off."));
-    look();
+    tickDemo();
+}
+
+// The tick says what is so, whatever was wished for.
+void CornerActions::tickDemo()
+{
+    const QSignalBlocker quiet(m_corner->demoAction);
+    m_corner->demoAction->setChecked(m_isDemo);
 }
 
 // A look that hangs in a drive must not take the window with it.
 bool CornerActions::isReady()
 {
-    const bool isQuiet = m_tab->guarded->waitForLook();
-    if (!isQuiet)
-        m_tab->info(tr("The reader does not answer."));
-    return isQuiet && !m_tab->guarded->isBusy();
+    return m_tab->guarded->waitForLook() && !m_tab->guarded->isBusy();
 }
 
 void CornerActions::checkFile(const QString &path)

@@ -22,9 +22,10 @@ class CornerActions : public QObject
     Q_OBJECT
 
 public:
-    // `useDemo` puts the demo reader in the place of the system's drives, or takes it away again;
-    // it is called while nothing uses a drive, from any thread. All outlive this object.
-    CornerActions(MainTab *tab, ReaderCorner *corner, std::function<void(bool isOn)> useDemo);
+    // `useDemo` puts the demo reader in the place of the system's drives, or takes it away again,
+    // and returns whether it is there now; it is called while nothing uses a drive, from any
+    // thread. All outlive this object.
+    CornerActions(MainTab *tab, ReaderCorner *corner, std::function<bool(bool isOn)> useDemo);
 
     // Judges a ROM file and tells it in the log. Not while a job runs.
     void checkFile(const QString &path);
@@ -46,12 +47,13 @@ private:
     void tellWhyNoReader();
     void openFolder();
     void switchDemo(bool isOn);
+    void tickDemo();
     bool isReady();
 
     MainTab *m_tab;
     ReaderCorner *m_corner;
-    std::function<void(bool)> m_useDemo;
+    std::function<bool(bool)> m_useDemo;
     DriveWatch m_watch;
     bool m_mustLook = false; // a notice came while a job ran
-    bool m_isDemo = false;
+    bool m_isDemo = false;   // what useDemo() has said last
 };

@@ -78,7 +78,7 @@ void GuardedJob::start()
 {
     m_guard = WriteGuard();
     m_oldFile.clear();
-    m_namesCopy = false;
+    m_judged = JudgedJob();
     m_finished = FinishedJob();
     m_finished.job = m_tab->worker->job();
     m_finished.path = m_tab->worker->file_name;
@@ -164,7 +164,7 @@ void GuardedJob::startWorker()
 {
     m_stage = Stage::Job;
     if (isWriteJob(m_finished.job.operate))
-        m_lastRead = FinishedJob(); // the cartridge will hold something else
+        forgetLastRead(); // the cartridge will hold something else
     m_tab->progress->showStep(QString());
     m_tab->setProgress(0, 1);
     m_tab->worker->start(QThread::NormalPriority);
@@ -207,12 +207,10 @@ void GuardedJob::dropOldFile()
 
 void GuardedJob::tellJudgement()
 {
-    if (isReadJob(m_finished.job.operate) && m_judged.kind <= JudgementKind::Suspicious)
+    if (isReadJob(m_finished.job.operate) && isVerdict(m_judged.kind))
         m_lastRead = m_finished;
     tell(judgementEntries(
         m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes, m_guard.keepsWhatIsShown}));
-    m_namesCopy = !m_oldFile.isEmpty() ||
-                  (!m_guard.backup.path.isEmpty() && m_judged.kind != JudgementKind::Written);
     becomeIdle();
 }
 
@@ -235,6 +233,18 @@ void GuardedJob::noteReport(const CartridgeReport &report)
 void GuardedJob::stop()
 {
     m_thread->requestStop();
+}
+
+bool GuardedJob::namesCopy() const
+{
+    return !m_oldFile.isEmpty() ||
+           (!m_guard.backup.path.isEmpty() && m_judged.kind != JudgementKind::Written);
+}
+
+void GuardedJob::forgetLastRead()
+{
+    m_lastRead = FinishedJob();
+    emit changed();
 }
 
 bool GuardedJob::mayBeLeft() const
@@ -264,8 +274,10 @@ bool GuardedJob::look(const std::function<void()> &steps, const std::function<vo
 
 bool GuardedJob::waitForLook()
 {
-    if (!m_lookThread->wait(kLongestLookMs))
+    if (!m_lookThread->wait(kLongestLookMs)) {
+        m_tab->info(tr("The reader does not answer."));
         return false;
+    }
     // What follows it comes first, and begins no other.
     const bool wasHeld = m_isHeld;
     m_isHeld = true;

@@ -60,7 +60,8 @@ public:
     // Returns: whether the look was begun.
     bool look(const std::function<void()> &steps, const std::function<void()> &done);
     // Before anything else uses the reader: waits for a look that runs, some seconds at most.
-    // Returns: false if it has not ended; its drive hangs, and nothing may use the reader.
+    // Returns: false, told in the log, if it has not ended; its drive hangs, and nothing may use
+    // the reader.
     bool waitForLook();
     // The backend that the user has seen: a look may have another in its place for a moment.
     const DriveBackend *shownBackend() const;
@@ -71,9 +72,12 @@ public:
     // The last dump or save that was read into a file: whether there is one, and reading it again.
     bool canReadAgain() const { return !m_lastRead.path.isEmpty(); }
     void readAgain();
+    // What it was read from is no longer there to be compared with.
+    void forgetLastRead();
 
-    // Where the last job's judgement names the only copy of what it replaced.
-    bool namesCopy() const { return m_namesCopy; }
+    // Whether the last job's end names the only copy of what it replaced or was to replace. While
+    // idle.
+    bool namesCopy() const;
     // Of the copy of the file that the worker's dump replaces; empty: there is none, or no worker
     // runs. Around it the steps' thread has the path.
     QString oldFilePath() const { return m_stage == Stage::Job ? m_oldFile : QString(); }
@@ -109,8 +113,7 @@ private:
     bool m_isLooking = false; // until what follows the look has been done
     bool m_isHeld = false;
     const DriveBackend *m_shownBackend = nullptr; // while a look runs
-    bool m_namesCopy = false;
-    int m_savedBytes = 0; // of save memory, see JudgementNotes
+    int m_savedBytes = 0;                         // of save memory, see JudgementNotes
     Stage m_stage = Stage::Idle;
     std::function<void()> m_behind; // what the steps that run are followed by
     WriteGuard m_guard;

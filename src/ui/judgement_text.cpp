@@ -2,6 +2,7 @@
 
 #include "trust/judgement_words.h"
 #include "trust/words.h"
+#include "worker/log_text.h"
 
 #include <QCoreApplication>
 
@@ -55,17 +56,12 @@ QString tr(const char *text)
     return QCoreApplication::translate("Judgement", text);
 }
 
-QString htmlOf(const QString &plain)
-{
-    return plain.toHtmlEscaped().replace(QLatin1Char('\n'), QStringLiteral("<br>"));
-}
-
 QString entryOf(Tone tone, const QString &line)
 {
     const ToneColors &colors = kColors[static_cast<std::size_t>(tone)];
     return QStringLiteral("<span style=\"background-color: %1; color: %2; white-space: pre-wrap;\">"
                           "%3</span>")
-        .arg(QLatin1String(colors.background), QLatin1String(colors.text), htmlOf(line));
+        .arg(QLatin1String(colors.background), QLatin1String(colors.text), markupOf(line));
 }
 
 QString readAdvice(const JudgedJob &judged)
@@ -176,7 +172,7 @@ bool isHelpedBySwitch(const WriteGuard &guard)
 
 QString adviceEntry(const QString &advice)
 {
-    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(htmlOf(advice));
+    return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(markupOf(advice));
 }
 
 QString judgementEntry(JudgementKind kind, const QString &line)

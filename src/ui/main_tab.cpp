@@ -154,10 +154,7 @@ public:
     {
         const DriveBackend *const seen = m_guarded->shownBackend();
         m_guarded->holdLooks(true);
-        const bool isQuiet = m_guarded->waitForLook();
-        if (!isQuiet)
-            tab->info(MainTab::tr("The reader does not answer."));
-        m_isReady = isQuiet && seen == &driveBackend();
+        m_isReady = m_guarded->waitForLook() && seen == &driveBackend();
     }
     ~ActionStart() { m_guarded->holdLooks(false); }
     ActionStart(const ActionStart &) = delete;
@@ -209,10 +206,8 @@ MainTab::~MainTab()
 
 void MainTab::push_info()
 {
-    if (!guarded->waitForLook()) {
-        info(tr("The reader does not answer."));
+    if (!guarded->waitForLook())
         return;
-    }
     const ReaderSession session;
     ReportOutput output;
     output.line = [this](const QString &line) { info(logText(line)); };

@@ -1,12 +1,17 @@
 #include "worker/log_text.h"
 
+QString markupOf(const QString &plain)
+{
+    QString escaped = plain.toHtmlEscaped();
+    escaped.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    escaped.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    escaped.replace(QLatin1Char('\n'), QLatin1String("<br>"));
+    return escaped;
+}
+
 QString logText(const QString &foreign)
 {
     if (!foreign.contains(QLatin1Char('<')) && !foreign.contains(QLatin1Char('&')))
         return foreign;
-    QString escaped = foreign.toHtmlEscaped();
-    escaped.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    escaped.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    escaped.replace(QLatin1Char('\n'), QLatin1String("<br>"));
-    return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>").arg(escaped);
+    return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>").arg(markupOf(foreign));
 }

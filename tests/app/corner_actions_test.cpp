@@ -155,7 +155,10 @@ void CornerActionsTest::demoReaderStandsInForNone()
     trigger(m_corner->dumpAction, m_fixture->path("demo.gb"));
     QVERIFY(!m_fixture->fileBytes("demo.gb").isEmpty());
 
+    // A dump of the one reader is not compared with the cartridge in the other.
+    QVERIFY(m_tab->guarded->canReadAgain());
     m_corner->demoAction->setChecked(false);
+    QVERIFY(!m_tab->guarded->canReadAgain());
     QTRY_VERIFY(shows("No reader"));
     QCOMPARE(&driveBackend(), static_cast<DriveBackend *>(m_noDrive.get()));
 }

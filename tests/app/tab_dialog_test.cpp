@@ -96,6 +96,7 @@ private:
     void use(std::unique_ptr<Cartridge> cartridge, const QByteArray &script);
     void press(QPushButton *button, const QString &path);
     void startErasing();
+    void startHeldDump(QSemaphore *mayGoOn);
 
     QStringList m_warnings;
     std::unique_ptr<ReaderFixture> m_fixture;
@@ -148,6 +149,18 @@ void TabDialogTest::startErasing()
     press(m_tab->flashButton, m_fixture->addFile("rom.gb", "rom"));
     QTRY_VERIFY(m_tab->console->toPlainText().contains("Start erase flash chip..."));
     QVERIFY(isBusy(*m_tab));
+}
+
+// A dump of two reads, each of which waits for the semaphore.
+void TabDialogTest::startHeldDump(QSemaphore *mayGoOn)
+{
+    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
+    m_fixture->reader().setListener([mayGoOn](const Operation &operation) {
+        if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
+            mayGoOn->acquire();
+    });
+    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
 }
 
 void TabDialogTest::titleHasTheBuildDate()
@@ -278,13 +291,7 @@ void TabDialogTest::escapeDoesNothingDuringAJob()
 void TabDialogTest::secondCloseLeavesAReadBehind()
 {
     QSemaphore mayGoOn;
-    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
-    m_fixture->reader().setListener([&](const Operation &operation) {
-        if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
-            mayGoOn.acquire();
-    });
-    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
-    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
+    startHeldDump(&mayGoOn);
     m_dialog->close();
     m_dialog->close(); // in the same breath
     QVERIFY(m_dialog->isVisible());
@@ -358,13 +365,7 @@ void TabDialogTest::noButtonIsPressedByEnter()
 void TabDialogTest::dumpIsFinishedBeforeTheWindowCloses()
 {
     QSemaphore mayGoOn;
-    use(makeMbc5Cartridge(32 * 1024), kDumpScript);
-    m_fixture->reader().setListener([&](const Operation &operation) {
-        if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
-            mayGoOn.acquire();
-    });
-    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
-    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
+    startHeldDump(&mayGoOn);
     m_dialog->close();
     QVERIFY(m_dialog->isVisible());
     QVERIFY(isBusy(*m_tab));

@@ -498,10 +498,11 @@ void FileActionTest::nextJobMayStartAtOnce()
         if (m_tab->guarded->isBusy())
             return;
         QVERIFY(isIdle(*m_tab));
+        tabIsIdle.release();
         if (++ended < kJobs)
             press(&MainTab::readRamButton, m_fixture->path(QString("%1.sav").arg(ended)));
     });
-    // Lingers behind its last signal, at most this long.
+    // Lingers behind its last signal; longer than the tab only if that waits, as it should.
     connect(
         m_tab->worker, &FamicomThread::error, m_tab->worker,
         [&] { tabIsIdle.tryAcquire(1, kLingerMs); }, Qt::DirectConnection);
