@@ -3,52 +3,14 @@
 
 #include "test_class.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QMetaMethod>
-#include <QWheelEvent>
 #include <QtTest>
 
 namespace
 {
-// Notes the turns of the wheel that reach it.
-class WheelWatch : public QObject
-{
-public:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        turns += event->type() == QEvent::Wheel;
-        return false;
-    }
-
-    int turns = 0;
-};
-
-// As the user turns it over the middle of `widget`. Only an event that seems to come from the
-// system goes on to the parent and may move the focus.
-void turnWheel(QWidget *widget, int notches)
-{
-    const QPoint middle = widget->rect().center();
-    QWheelEvent turn(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, 120 * notches),
-                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&turn);
-    qApp->notify(widget, &turn);
-}
-
-// What assistive programs take for the label of `widget`, beside the title of the group.
-QString spokenLabel(QWidget *widget)
-{
-    QStringList labels;
-    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(widget);
-    for (const auto &relation : face->relations(QAccessible::Label)) {
-        if (relation.first->role() == QAccessible::StaticText)
-            labels << relation.first->text(QAccessible::Name);
-    }
-    return labels.join('|');
-}
-
 QStringList rowsOf(const QComboBox *box)
 {
     QStringList rows;
@@ -94,10 +56,6 @@ private slots:
     void userChoosesASaveSize();
     void userTicksVerify();
     void partlyCheckedIsNotChecked();
-
-    void wheelPassesAListWithoutFocus();
-    void wheelTurnsTheListWithTheFocus();
-    void listsAreSpokenByTheirLabels();
 
     void changingARowFromTheProgramTriggersNoSlot();
     void rowsOutsideAListAreIgnored();
@@ -382,50 +340,6 @@ void SettingsTest::partlyCheckedIsNotChecked()
     QCOMPARE(m_settings->getCheckType(), true);
     m_settings->setCheck(1);
     QCOMPARE(m_settings->getCheckType(), false);
-}
-
-void SettingsTest::wheelPassesAListWithoutFocus()
-{
-    m_settings->selectItem2(1048576);
-    QApplication::setActiveWindow(m_settings);
-    m_verify->setFocus();
-    QVERIFY(m_verify->hasFocus());
-    WheelWatch around;
-    m_settings->installEventFilter(&around);
-    int turns = 0;
-    for (QComboBox *box : {m_system, m_item1, m_item2, m_item3}) {
-        const int row = box->currentIndex();
-        for (const int notches : {-1, 1}) {
-            turnWheel(box, notches);
-            QCOMPARE(box->currentIndex(), row);
-            QVERIFY(!box->hasFocus());
-            QCOMPARE(around.turns, ++turns);
-        }
-    }
-    QCOMPARE(m_settings->getSysType(), 0);
-    QCOMPARE(m_settings->getGbRomSize(), 1048576);
-}
-
-void SettingsTest::wheelTurnsTheListWithTheFocus()
-{
-    QApplication::setActiveWindow(m_settings);
-    m_item2->setFocus();
-    QVERIFY(m_item2->hasFocus());
-    turnWheel(m_item2, -1);
-    QCOMPARE(m_settings->getGbRomSize(), 65536);
-}
-
-void SettingsTest::listsAreSpokenByTheirLabels()
-{
-    const auto spoken = [this] {
-        return QStringList{spokenLabel(m_system), spokenLabel(m_item1), spokenLabel(m_item2),
-                           spokenLabel(m_item3)};
-    };
-    QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "MBC TYPE:", "ROM SIZE:", "RAM SIZE:"}));
-    m_settings->selectSysType(1);
-    QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "ROM SIZE:", "RAM TYPE:", "RAM SIZE:"}));
-    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(m_verify);
-    QCOMPARE(face->text(QAccessible::Name), QString("Verify the data after writing"));
 }
 
 void SettingsTest::changingARowFromTheProgramTriggersNoSlot()

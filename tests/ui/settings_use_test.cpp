@@ -1,0 +1,138 @@
+// The settings box in use: the wheel that comes by, and what assistive programs say of it.
+#include "test_class.h"
+#include "ui/settings.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QWheelEvent>
+#include <QtTest>
+
+#include <memory>
+
+namespace
+{
+
+// Notes the turns of the wheel that reach it.
+class WheelWatch : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        turns += event->type() == QEvent::Wheel;
+        return false;
+    }
+
+    int turns = 0;
+};
+
+// As the user turns it over the middle of `widget`. Only an event that seems to come from the
+// system goes on to the parent and may move the focus.
+void turnWheel(QWidget *widget, int notches)
+{
+    const QPoint middle = widget->rect().center();
+    QWheelEvent turn(middle, widget->mapToGlobal(middle), QPoint(), QPoint(0, 120 * notches),
+                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&turn);
+    qApp->notify(widget, &turn);
+}
+
+// What assistive programs take for the label of `widget`, beside the title of the group.
+QString spokenLabel(QWidget *widget)
+{
+    QStringList labels;
+    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(widget);
+    for (const auto &relation : face->relations(QAccessible::Label)) {
+        if (relation.first->role() == QAccessible::StaticText)
+            labels << relation.first->text(QAccessible::Name);
+    }
+    return labels.join('|');
+}
+
+} // namespace
+
+class SettingsUseTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { m_box.reset(); }
+
+    void wheelPassesAListWithoutFocus();
+    void wheelTurnsTheListWithTheFocus();
+    void listsAreSpokenByTheirLabels();
+
+private:
+    std::unique_ptr<Settings> m_box;
+    Settings *m_settings = nullptr;
+    QComboBox *m_system = nullptr;
+    QComboBox *m_item1 = nullptr;
+    QComboBox *m_item2 = nullptr;
+    QComboBox *m_item3 = nullptr;
+    QCheckBox *m_verify = nullptr;
+};
+
+void SettingsUseTest::init()
+{
+    m_box = std::make_unique<Settings>();
+    m_settings = m_box.get();
+    const QList<QComboBox *> lists = m_settings->findChildren<QComboBox *>();
+    QCOMPARE(lists.size(), 4);
+    m_system = lists[0];
+    m_item1 = lists[1];
+    m_item2 = lists[2];
+    m_item3 = lists[3];
+    m_verify = m_settings->findChild<QCheckBox *>();
+    QVERIFY(m_verify);
+    m_settings->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_settings));
+}
+
+void SettingsUseTest::wheelPassesAListWithoutFocus()
+{
+    m_settings->selectItem2(1048576);
+    QApplication::setActiveWindow(m_settings);
+    m_verify->setFocus();
+    QVERIFY(m_verify->hasFocus());
+    WheelWatch around;
+    m_settings->installEventFilter(&around);
+    int turns = 0;
+    for (QComboBox *box : {m_system, m_item1, m_item2, m_item3}) {
+        const int row = box->currentIndex();
+        for (const int notches : {-1, 1}) {
+            turnWheel(box, notches);
+            QCOMPARE(box->currentIndex(), row);
+            QVERIFY(!box->hasFocus());
+            QCOMPARE(around.turns, ++turns);
+        }
+    }
+    QCOMPARE(m_settings->getSysType(), 0);
+    QCOMPARE(m_settings->getGbRomSize(), 1048576);
+}
+
+void SettingsUseTest::wheelTurnsTheListWithTheFocus()
+{
+    QApplication::setActiveWindow(m_settings);
+    m_item2->setFocus();
+    QVERIFY(m_item2->hasFocus());
+    turnWheel(m_item2, -1);
+    QCOMPARE(m_settings->getGbRomSize(), 65536);
+}
+
+void SettingsUseTest::listsAreSpokenByTheirLabels()
+{
+    const auto spoken = [this] {
+        return QStringList{spokenLabel(m_system), spokenLabel(m_item1), spokenLabel(m_item2),
+                           spokenLabel(m_item3)};
+    };
+    QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "MBC TYPE:", "ROM SIZE:", "RAM SIZE:"}));
+    m_settings->selectSysType(1);
+    QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "ROM SIZE:", "RAM TYPE:", "RAM SIZE:"}));
+    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(m_verify);
+    QCOMPARE(face->text(QAccessible::Name), QString("Verify the data after writing"));
+}
+
+GBDRIVER_TEST(SettingsUseTest, gui)
+#include "settings_use_test.moc"
