@@ -1,5 +1,7 @@
 #include "virtual/backend_choice.h"
 
+#include "virtual/option_values.h"
+
 #include <algorithm>
 #include <cctype>
 #include <utility>
@@ -35,6 +37,10 @@ bool setPart(const std::string &name, const std::string &text, VirtualReaderRequ
             static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
     else if (name == "strict" && (text == "0" || text == "1"))
         request->setup.config.strictSectors = text == "1";
+    else if (name == "fail-command")
+        return parseCount(text, &request->setup.config.fault.failedCommand);
+    else if (name == "pull-out")
+        return parseCount(text, &request->setup.config.fault.pulledAt);
     else
         return setCartridgePart(name, text, request);
     return !text.empty();
@@ -53,9 +59,10 @@ bool parsePart(const std::string &part, VirtualReaderRequest *request)
 
 std::string explain(const std::string &what)
 {
-    std::string text = std::string(kVirtualReaderVariable) + ": " + what +
-                       "; it takes demo, cart=FILE or cart=none, then save=FILE, label=TEXT, "
-                       "drive=LETTER, identity=TEXT, strict=0 or strict=1";
+    std::string text =
+        std::string(kVirtualReaderVariable) + ": " + what +
+        "; it takes demo, cart=FILE or cart=none, then save=FILE, label=TEXT, "
+        "drive=LETTER, identity=TEXT, strict=0 or strict=1, fail-command=NUMBER, pull-out=NUMBER";
     for (const CartridgeOptionRow &row : cartridgeOptionRows())
         text += std::string(", ") + row.name + "=" + row.value;
     return text + ", separated by commas";

@@ -58,6 +58,8 @@ public:
         m_offset += *count;
         if (result)
             return {};
+        if (m_reader.isGone())
+            return failure(DriveErrorCode::Gone, "read " + m_path + ": no reader is there");
         return failure(DriveErrorCode::BadRequest,
                        "read " + m_path + ": offset " + std::to_string(m_offset) + ", length " +
                            std::to_string(length) + " are not whole sectors");
@@ -139,7 +141,9 @@ private:
         std::string error;
         if (m_reader.commandFileWritten(m_bytes.data(), m_bytes.size(), &error))
             return {};
-        return failure(DriveErrorCode::InputOutput, "close " + m_path + ": " + error);
+        const bool isGone = m_reader.reader().isGone();
+        return failure(isGone ? DriveErrorCode::Gone : DriveErrorCode::InputOutput,
+                       "close " + m_path + ": " + error);
     }
 
     KeptReader &m_reader;
@@ -162,6 +166,8 @@ InProcessDrive::~InProcessDrive() = default;
 
 std::uint32_t InProcessDrive::logicalDrives()
 {
+    if (reader().isGone())
+        return 0;
     return 1U << (std::toupper(static_cast<unsigned char>(m_options.letter)) - 'A');
 }
 

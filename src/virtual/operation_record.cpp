@@ -62,7 +62,7 @@ std::string operationJson(const Operation &operation)
             "{\"op\":\"command\"" + field("bytes", operation.length) + ",\"blocks\":[";
         for (std::size_t i = 0; i < operation.blocks.size(); ++i)
             line += (i == 0 ? "" : ",") + blockJson(operation.blocks[i]);
-        return line + "]}";
+        return line + "]" + refusalField(operation.refusal) + "}";
     }
     const char *fileName = kReaderFileNames[static_cast<std::size_t>(operation.file)];
     return "{\"op\":\"read\",\"file\":" + quoted(fileName) + field("offset", operation.offset) +

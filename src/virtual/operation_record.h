@@ -39,7 +39,8 @@ struct Operation {
     std::uint32_t length = 0; // as asked for; for a command run the size of the file
     std::uint32_t count = 0;  // bytes that came back
     bool unbuffered = false;
-    std::string refusal; // why a read was refused; empty if it was served
+    // Either: why nothing of it was done; empty if it was served.
+    std::string refusal;
 };
 
 // Totals since the last clear.

@@ -18,6 +18,17 @@ bool parseNumber(const std::string &text, std::uint64_t *value, std::string *res
     return errno == 0;
 }
 
+bool parseCount(const std::string &text, std::uint32_t *count)
+{
+    std::uint64_t value = 0;
+    std::string rest;
+    if (!parseNumber(text, &value, &rest) || !rest.empty() || value == 0 ||
+        value > std::numeric_limits<std::uint32_t>::max())
+        return false;
+    *count = static_cast<std::uint32_t>(value);
+    return true;
+}
+
 bool parseSize(const std::string &text, std::uint32_t *size)
 {
     std::uint64_t value = 0;

@@ -70,7 +70,10 @@ KeptReader::KeptReader(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig
 
 bool KeptReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size, std::string *error)
 {
-    m_reader.commandFileWritten(bytes, size);
+    if (!m_reader.commandFileWritten(bytes, size)) {
+        *error = m_reader.isGone() ? "the reader was pulled out" : "the command failed, as asked";
+        return false;
+    }
     return m_save.storeIfChanged(m_reader.cartridge(), error);
 }
 

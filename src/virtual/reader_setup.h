@@ -35,7 +35,8 @@ public:
     VirtualReader &reader() { return m_reader; }
 
     // VirtualReader::commandFileWritten(), then the save file. Returns: false with the reason in
-    // `*error` if the save file could not be written; the commands took effect all the same.
+    // `*error` if the run failed, or if the save file could not be written; in the second case the
+    // commands took effect all the same.
     bool commandFileWritten(const std::uint8_t *bytes, std::size_t size, std::string *error);
 
 private:

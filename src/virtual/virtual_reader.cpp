@@ -23,6 +23,8 @@ constexpr std::uint32_t kWordUnlock2 = 0x555;
 // Reads until a programmed byte is given up; chips that work need far fewer.
 constexpr int kProgramPolls = 16;
 
+constexpr char kGone[] = "the reader was pulled out";
+
 std::uint16_t gbAddress(std::uint32_t address)
 {
     return static_cast<std::uint16_t>(address);
@@ -43,17 +45,30 @@ void VirtualReader::insertCartridge(std::unique_ptr<Cartridge> cartridge)
     m_cartridge = cartridge != nullptr ? std::move(cartridge) : std::make_unique<NoCartridge>();
 }
 
-void VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size)
+// The reason if nothing of the next command file is executed; empty otherwise.
+std::string VirtualReader::runRefusal()
+{
+    ++m_runs;
+    m_isGone = m_isGone || m_runs == m_config.fault.pulledAt;
+    if (m_isGone)
+        return kGone;
+    return m_runs == m_config.fault.failedCommand ? "it was asked to fail" : "";
+}
+
+bool VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size)
 {
     m_commandFile.assign(bytes, bytes + size);
     Operation operation;
     operation.kind = Operation::Kind::CommandRun;
     operation.length = static_cast<std::uint32_t>(size);
-    for (std::size_t offset = 0; offset < size; offset += kReaderBlockSize) {
+    operation.refusal = runRefusal();
+    const bool isTaken = operation.refusal.empty();
+    for (std::size_t offset = 0; isTaken && offset < size; offset += kReaderBlockSize) {
         const std::size_t blockSize = std::min(kReaderBlockSize, size - offset);
         operation.blocks.push_back(executeBlock(m_commandFile.data() + offset, blockSize));
     }
     record(std::move(operation));
+    return isTaken;
 }
 
 BlockRecord VirtualReader::executeBlock(const std::uint8_t *bytes, std::size_t size)
@@ -222,8 +237,11 @@ std::optional<std::uint32_t> VirtualReader::readFile(ReaderFile file, std::uint3
     operation.length = length;
     operation.unbuffered = unbuffered;
     const std::uint32_t misaligned = (offset | length) % kReaderSectorSize;
-    if (unbuffered && m_config.strictSectors && misaligned != 0) {
+    if (m_isGone)
+        operation.refusal = kGone;
+    else if (unbuffered && m_config.strictSectors && misaligned != 0)
         operation.refusal = "offset and length must be multiples of the sector size";
+    if (!operation.refusal.empty()) {
         record(std::move(operation));
         return std::nullopt;
     }

@@ -22,6 +22,13 @@
 namespace virtual_reader
 {
 
+// What goes wrong with the reader, for whoever wants to see what a program does then. Command files
+// are counted from 1, as they take effect; 0 is none.
+struct ReaderFault {
+    std::uint32_t failedCommand = 0; // this command file does nothing and reports an error
+    std::uint32_t pulledAt = 0;      // at this one the reader is pulled out: nothing works any more
+};
+
 struct VirtualReaderConfig {
     // Up to 16 bytes; shorter ones are padded with NUL.
     std::string identity = "QDX_PCB02_FW303";
@@ -31,6 +38,7 @@ struct VirtualReaderConfig {
     bool strictSectors = false;
     // Keep every operation in memory; counters run either way.
     bool keepOperations = true;
+    ReaderFault fault;
 };
 
 class VirtualReader
@@ -46,7 +54,11 @@ public:
     // The command file holds these `size` bytes and takes effect: its blocks are executed in order.
     // A block that is not valid is recorded as refused and has no effect; the ones behind it are
     // executed all the same.
-    void commandFileWritten(const std::uint8_t *bytes, std::size_t size);
+    // Returns: false if the run failed as a whole, which only a ReaderFault makes it.
+    bool commandFileWritten(const std::uint8_t *bytes, std::size_t size);
+
+    // Pulled out, see ReaderFault.
+    bool isGone() const { return m_isGone; }
 
     // Size of a file in bytes.
     std::uint32_t fileSize(ReaderFile file) const;
@@ -54,7 +66,7 @@ public:
     // Reads up to `length` bytes at `offset` to `destination`. Reading DUMP.ROM makes bus cycles at
     // every address transferred.
     // Returns: bytes read, fewer than `length` only at the end of the file; nothing if the request
-    // was refused, which only strict sectors do.
+    // was refused, which strict sectors do, or if the reader is gone.
     std::optional<std::uint32_t> readFile(ReaderFile file, std::uint32_t offset,
                                           std::uint8_t *destination, std::uint32_t length,
                                           bool unbuffered);
@@ -89,13 +101,16 @@ private:
     // `count` bytes of what DUMP.ROM shows, by bus cycles.
     void readBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
     void readGbaBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
+    std::string runRefusal();
     void record(Operation operation);
 
     VirtualReaderConfig m_config;
     std::unique_ptr<Cartridge> m_cartridge;
     std::optional<PayloadDecipher> m_decipher; // made when the first payload comes
     Bus m_bus = Bus::None;
-    bool m_started = false;         // the selected bus was started
+    bool m_started = false; // the selected bus was started
+    bool m_isGone = false;
+    std::uint32_t m_runs = 0;       // command files so far, failed ones included
     std::uint32_t m_gbaAddress = 0; // halfwords; what offset 0 of DUMP.ROM shows
     ByteVector m_commandFile;
     ByteVector m_driverFile;

@@ -88,7 +88,11 @@ QString DrivenWindow::answerDialog(WindowButton button, const QString &caption, 
         m_desktop.focusWindow(caption).isEmpty())
         return "No dialog \"" + caption + "\" comes.";
     m_desktop.type(path);
+    const bool replaces =
+        button != WindowButton::Flash && button != WindowButton::WriteRam && QFile::exists(path);
     m_desktop.press({"Return"});
+    if (replaces && !answeredYes(caption))
+        return "Nothing asks whether the file is to be replaced.";
     return m_desktop.waitUntilClosed(caption) ? QString()
                                               : "The dialog \"" + caption + "\" stays open.";
 }
@@ -101,6 +105,18 @@ bool DrivenWindow::opened(WindowButton button, const QString &caption)
             return !m_desktop.xdotool({"search", "--onlyvisible", "--name", caption}).isEmpty();
         },
         kDialogMs);
+}
+
+// The question has the caption of the dialog that asks it.
+bool DrivenWindow::answeredYes(const QString &caption)
+{
+    const QStringList search = {"search", "--onlyvisible", "--name", caption};
+    const bool asks = QTest::qWaitFor(
+        [&] { return m_desktop.xdotool(search).split('\n', Qt::SkipEmptyParts).size() == 2; },
+        kStepMs);
+    if (asks)
+        m_desktop.press({"alt+y"});
+    return asks;
 }
 
 QString DrivenWindow::close()

@@ -26,7 +26,7 @@ public:
     void pressInSettings(const QStringList &keys);
     void press(WindowButton button);
     // Presses a button until its file dialog comes, as it does nothing while a job runs, and
-    // answers the dialog.
+    // answers the dialog, also the question whether a file that exists is to be replaced.
     // Returns: what went wrong; empty on success.
     QString answerDialog(WindowButton button, const QString &caption, const QString &path);
 
@@ -44,6 +44,7 @@ public:
 
 private:
     bool opened(WindowButton button, const QString &caption);
+    bool answeredYes(const QString &caption);
 
     Desktop m_desktop;
     QTemporaryDir m_runtimeFolder;

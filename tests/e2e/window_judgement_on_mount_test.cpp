@@ -5,6 +5,7 @@
 #include "samples.h"
 #include "test_class.h"
 
+#include <QJsonArray>
 #include <QtTest>
 
 namespace
@@ -17,6 +18,9 @@ constexpr std::uint8_t kMbc5Save = 0x1B;
 // From the tab bar of a fresh window.
 const QStringList kVerify = {"Tab", "Tab", "Tab", "Tab", "Tab", "space"};
 const QStringList kRom64K = {"Tab", "Tab", "Tab", "Down"};
+const QStringList kRom128K = {"Tab", "Tab", "Tab", "Down", "Down"};
+const QStringList kGbaSram32K = {"Tab", "Down", "Tab", "Tab", "Tab", "Down", "Down"};
+const QStringList kGbaFlash64K = {"Tab", "Down", "Tab", "Tab", "Down"};
 const QStringList kRam32K = {"Tab", "Tab", "Tab", "Tab", "Down", "Down"};
 
 } // namespace
@@ -86,6 +90,51 @@ private slots:
         QCOMPARE(m_window->backups(), QList<QByteArray>{old});
     }
 
+    // The good save is where it was, or in the one file that the log names.
+    void pulledOutReaderLeavesTheOldSave()
+    {
+        const QString chip = m_files.addNoise("sram.sav", 32 * kKibi, 10);
+        m_reader = std::make_unique<MountedReader>();
+        QCOMPARE(m_reader->start(m_files.addGbaImage(kMebi), chip,
+                                 {"--save-type", "sram", "--pull-out", "8"}),
+                 QString());
+        openWindow(kGbaSram32K);
+        const QByteArray good = noise(32 * kKibi, 11);
+        const QString save = m_files.addFile("good.sav", good);
+        expect(WindowButton::ReadRam, "Read save to...", save, "\nincomplete: ");
+        QCOMPARE(placeOfFault(), QString("behind gba-sram-read"));
+        const QByteArray now = contentOf(save);
+        QVERIFY(now == good || m_window->backups() == QList<QByteArray>{good});
+    }
+
+    void errorBehindTheEraseNamesTheBackup()
+    {
+        const QString chip = m_files.addNoise("flash.sav", 64 * kKibi, 12);
+        const QByteArray old = contentOf(chip);
+        m_reader = std::make_unique<MountedReader>();
+        QCOMPARE(m_reader->start(m_files.addGbaImage(kMebi), chip,
+                                 {"--save-type", "flash", "--fail-command", "84"}),
+                 QString());
+        openWindow(kGbaFlash64K);
+        expect(WindowButton::WriteRam, "Get Save File.",
+               m_files.addNoise("new.sav", 64 * kKibi, 13), "The cartridge may be partly written.");
+        QCOMPARE(placeOfFault(), QString("behind gba-sram-read"));
+        const QString log = m_window->log();
+        QVERIFY2(log.contains("\nfailed: ") || log.contains("\nincomplete: "), qPrintable(log));
+        QVERIFY2(log.contains("write that file with Write RAM"), qPrintable(log));
+        QCOMPARE(contentOf(chip), QByteArray(64 * kKibi, '\xFF'));
+        QCOMPARE(m_window->backups(), QList<QByteArray>{old});
+    }
+
+    void failedBankSwitchIsNoGoodDump()
+    {
+        start(m_files.addImage(kMbc5, 128 * kKibi, 0, 14), {"--fail-command", "10"}, kRom128K);
+        const QString dump = m_files.path("switch.gb");
+        expect(WindowButton::Dump, "Read ROM to...", dump, "\nincomplete: ");
+        QCOMPARE(placeOfFault(), QString("behind gb-write"));
+        QVERIFY(!m_window->log().contains("verified: "));
+    }
+
     void cleanup()
     {
         m_window.reset();
@@ -98,6 +147,20 @@ private:
         m_reader = std::make_unique<MountedReader>();
         QCOMPARE(m_reader->start(cart, QString(), options), QString());
         openWindow(settings);
+    }
+
+    // Behind which command the fault came.
+    QString placeOfFault() const
+    {
+        QString before;
+        for (const QJsonObject &operation : m_reader->operations()) {
+            if (operation["op"] != "command")
+                continue;
+            if (operation.contains("refused"))
+                return "behind " + before;
+            before = operation["blocks"].toArray().first().toObject()["name"].toString();
+        }
+        return "none has failed";
     }
 
     void openWindow(const QStringList &settings)

@@ -57,14 +57,17 @@ void BackendChoiceTest::allPartsAreUnderstood()
     VirtualReaderRequest request;
     std::string error;
     QVERIFY(parseVirtualReaderRequest(
-        "cart=/a b/c=d.gb,save=x.sav,label=MY LABEL,drive=k,identity=ABC_1,strict=1", &request,
-        &error));
+        "cart=/a b/c=d.gb,save=x.sav,label=MY LABEL,drive=k,identity=ABC_1,strict=1,"
+        "fail-command=3,pull-out=9",
+        &request, &error));
     QCOMPARE(request.setup.cartPath, std::string("/a b/c=d.gb"));
     QCOMPARE(request.setup.savePath, std::string("x.sav"));
     QCOMPARE(request.drive.label, std::string("MY LABEL"));
     QCOMPARE(request.drive.letter, 'K');
     QCOMPARE(request.setup.config.identity, std::string("ABC_1"));
     QVERIFY(request.setup.config.strictSectors);
+    QCOMPARE(request.setup.config.fault.failedCommand, 3U);
+    QCOMPARE(request.setup.config.fault.pulledAt, 9U);
     QVERIFY(!request.setup.demo);
 }
 
@@ -176,6 +179,8 @@ void BackendChoiceTest::badValuesAreExplained_data()
     QTest::newRow("long letter") << QByteArray("demo,drive=EE") << "\"drive=EE\"";
     QTest::newRow("no letter") << QByteArray("demo,drive=1") << "\"drive=1\"";
     QTest::newRow("strict") << QByteArray("demo,strict=yes") << "\"strict=yes\"";
+    QTest::newRow("command") << QByteArray("demo,fail-command=x") << "\"fail-command=x\"";
+    QTest::newRow("no command") << QByteArray("demo,pull-out=0") << "\"pull-out=0\"";
     QTest::newRow("long identity") << QByteArray("demo,identity=12345678901234567") << "16 bytes";
 }
 

@@ -18,11 +18,12 @@ using namespace virtual_reader;
 namespace
 {
 
-std::unique_ptr<KeptReader> demoReader(bool strictSectors = false)
+std::unique_ptr<KeptReader> demoReader(bool strictSectors = false, ReaderFault fault = {})
 {
     ReaderSetup setup;
     setup.demo = true;
     setup.config.strictSectors = strictSectors;
+    setup.config.fault = fault;
     std::string error;
     auto reader = KeptReader::create(setup, &error);
     if (reader == nullptr)
@@ -39,6 +40,7 @@ struct Bench {
         : drive(demoReader(strictSectors), *platform, options)
     {
     }
+    explicit Bench(ReaderFault fault) : drive(demoReader(false, fault), *platform) {}
 
     std::unique_ptr<DriveFile> open(const char *path, Buffering buffering = Buffering::Unbuffered)
     {
@@ -103,6 +105,7 @@ private slots:
     void otherFilesCannotBeWritten();
     void otherPathsGoToTheOtherBackend();
     void failedSaveFileShowsWhenTheCommandFileCloses();
+    void faultsShowAsTheyDoOnADisk();
 };
 
 void InProcessDriveTest::isTheOnlyDriveOfAScan()
@@ -384,6 +387,23 @@ void InProcessDriveTest::failedSaveFileShowsWhenTheCommandFileCloses()
     const DriveStatus status = file->close();
     QCOMPARE(int(status.code), int(DriveErrorCode::InputOutput));
     QVERIFY2(QString::fromStdString(status.message).contains("demo.sav"), status.message.c_str());
+}
+
+void InProcessDriveTest::faultsShowAsTheyDoOnADisk()
+{
+    ReaderFault fault;
+    fault.failedCommand = 1;
+    fault.pulledAt = 3;
+    Bench bench(fault);
+    QCOMPARE(int(bench.send(selectGb()).code), int(DriveErrorCode::InputOutput));
+    QVERIFY(bench.send(selectGb()).ok());
+    const auto open = bench.open("E:\\DUMP.ROM");
+    QCOMPARE(int(bench.send(selectGb()).code), int(DriveErrorCode::Gone));
+    QCOMPARE(bench.drive.logicalDrives(), 0U);
+    char byte = 0;
+    std::uint32_t count = 9;
+    QCOMPARE(int(open->read(&byte, 1, &count).code), int(DriveErrorCode::Gone));
+    QCOMPARE(count, 0U);
 }
 
 GBDRIVER_TEST(InProcessDriveTest, none)

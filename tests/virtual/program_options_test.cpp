@@ -53,7 +53,8 @@ void ProgramOptionsTest::mountOptions()
 {
     const Parsed parsed =
         parse({"--mount", "/mnt/r", "--cart", "game.gb", "--save", "/var/a.sav", "--label", "L X",
-               "--identity", "ID", "--strict-sectors", "--log", "log", "--background"});
+               "--identity", "ID", "--strict-sectors", "--fail-command", "7", "--pull-out", "0x10",
+               "--log", "log", "--background"});
     QVERIFY2(parsed.ok, parsed.error.c_str());
     const ProgramOptions &options = parsed.options;
     QCOMPARE(options.mount.mountPoint, std::string("/mnt/r"));
@@ -62,6 +63,8 @@ void ProgramOptionsTest::mountOptions()
     QCOMPARE(options.mount.label, std::string("L X"));
     QCOMPARE(options.setup.config.identity, std::string("ID"));
     QVERIFY(options.setup.config.strictSectors);
+    QCOMPARE(options.setup.config.fault.failedCommand, 7U);
+    QCOMPARE(options.setup.config.fault.pulledAt, 16U);
     QCOMPARE(QString::fromStdString(options.logPath), QDir::current().filePath("log"));
     QVERIFY(options.mount.background);
 }
@@ -73,6 +76,8 @@ void ProgramOptionsTest::defaults()
     QVERIFY(parsed.options.setup.cartPath.empty());
     QVERIFY(!parsed.options.setup.demo);
     QVERIFY(!parsed.options.setup.config.strictSectors);
+    QCOMPARE(parsed.options.setup.config.fault.failedCommand, 0U);
+    QCOMPARE(parsed.options.setup.config.fault.pulledAt, 0U);
     QVERIFY(!parsed.options.mount.background);
     QVERIFY(parsed.options.logPath.empty());
     QCOMPARE(parsed.options.mount.label, std::string("VIRTUAL"));
@@ -167,6 +172,10 @@ void ProgramOptionsTest::mistakes_data()
         << QStringList{"--mount", "/m", "--flash-size"} << "--flash-size needs a value";
     QTest::newRow("name without dashes")
         << QStringList{"--mount", "/m", "system", "gb"} << "unknown option system";
+    QTest::newRow("command 0") << QStringList{"--mount", "/m", "--fail-command", "0"}
+                               << "--fail-command 0: not a NUMBER";
+    QTest::newRow("command beyond 32 bits")
+        << QStringList{"--mount", "/m", "--pull-out", "4294967296"} << "--pull-out 4294967296";
     QTest::newRow("seed") << QStringList{"--make-image", "/i", "--seed", "1x"} << "--seed 1x";
 }
 
@@ -189,9 +198,10 @@ void ProgramOptionsTest::helpListsEveryOption()
 {
     QVERIFY(parse({"--help"}).ok);
     const QString usage = QString::fromStdString(programUsage());
-    for (const char *name : {"--mount DIR", "--cart FILE", "--save FILE", "--strict-sectors",
-                             "--log FILE", "--make-image FILE", "--seed NUMBER", "--background",
-                             "--system gb|gba", "--flash 8|16", "--save-size SIZE", "--code TEXT"})
+    for (const char *name :
+         {"--mount DIR", "--cart FILE", "--save FILE", "--strict-sectors", "--log FILE",
+          "--make-image FILE", "--seed NUMBER", "--background", "--system gb|gba", "--flash 8|16",
+          "--save-size SIZE", "--code TEXT", "--fail-command NUMBER", "--pull-out NUMBER"})
         QVERIFY2(usage.contains(QString("\n  %1 ").arg(name)), name);
 }
 

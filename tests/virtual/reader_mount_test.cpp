@@ -110,6 +110,8 @@ private slots:
     void wholeDumpEqualsTheImage();
     void strictSectorsRefuseOddUnbufferedReads();
     void withoutStrictSectorsOddReadsAreServed();
+    void failedCommandIsAnError();
+    void pulledOutReaderIsOnlyErrors();
     void nothingCanBeMadeOrRemoved();
     void dataFilesAreReadOnly();
     void commandFileHasALimit();
@@ -428,6 +430,34 @@ void ReaderMountTest::withoutStrictSectorsOddReadsAreServed()
     QCOMPARE(::pread(direct, buffer.data(), 15, 0x8000), ssize_t(15));
     QCOMPARE(reinterpret_cast<const char *>(buffer.data()), "QDX_PCB02_FW303");
     QCOMPARE(::pread(direct, buffer.data(), 512, 65536), ssize_t(0));
+}
+
+void ReaderMountTest::failedCommandIsAnError()
+{
+    QVERIFY(mountReader({"--fail-command", "2"}));
+    QVERIFY(send(selectGb()));
+    Descriptor command(file("CMD.CMD"), O_WRONLY | O_TRUNC);
+    const ByteVector bank = gbWriteBlock(0x2000, 2);
+    QCOMPARE(::write(command, bank.data(), bank.size()), ssize_t(bank.size()));
+    QCOMPARE(command.close(), -1);
+    QCOMPARE(errno, EIO);
+    QCOMPARE(littleEndian(readDump(0x4000, 512).data(), 4), 32U); // still bank 1
+    QVERIFY(send(bank));
+    QCOMPARE(littleEndian(readDump(0x4000, 512).data(), 4), 64U);
+}
+
+void ReaderMountTest::pulledOutReaderIsOnlyErrors()
+{
+    QVERIFY(mountReader({"--pull-out", "1"}));
+    Descriptor dump(file("DUMP.ROM"), O_RDONLY | O_DIRECT);
+    QVERIFY(dump >= 0);
+    QVERIFY(!send(selectGb()));
+    AlignedBuffer buffer(512);
+    QCOMPARE(::pread(dump, buffer.data(), 512, 0), ssize_t(-1));
+    QCOMPARE(errno, EIO);
+    Descriptor again(file("K-DRIVER.DMP"), O_RDONLY);
+    QCOMPARE(int(again), -1);
+    QCOMPARE(again.openError(), EIO);
 }
 
 void ReaderMountTest::nothingCanBeMadeOrRemoved()

@@ -146,6 +146,10 @@ void onOpen(fuse_req_t request, fuse_ino_t inode, fuse_file_info *info)
         fuse_reply_err(request, EACCES);
         return;
     }
+    if (mounted(request).reader.reader().isGone()) {
+        fuse_reply_err(request, EIO); // as of a drive that was pulled out while it was mounted
+        return;
+    }
     if (mayWrite(info) && (info->flags & O_TRUNC) != 0)
         resizeCommandFile(mounted(request), 0);
     info->direct_io = 1;
@@ -183,7 +187,7 @@ void onRead(fuse_req_t request, fuse_ino_t inode, std::size_t length, off_t offs
     if (count)
         fuse_reply_buf(request, reinterpret_cast<const char *>(state.readBuffer.data()), *count);
     else
-        fuse_reply_err(request, EINVAL);
+        fuse_reply_err(request, state.reader.reader().isGone() ? EIO : EINVAL);
 }
 
 // Reached only through a descriptor that onOpen() let write.
