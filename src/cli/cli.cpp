@@ -3,6 +3,7 @@
 #include "cli/cli_options.h"
 #include "cli/commands.h"
 #include "cli/interrupt.h"
+#include "cli/print_line.h"
 #include "cli/terminal.h"
 #include "device/device_link.h"
 #include "device/one_drive_backend.h"
@@ -111,13 +112,15 @@ int runCli(int &argc, char **argv)
     const QCoreApplication application(argc, argv);
     const ConsoleCodePage codePage;
     const CliOptions options = parseCliOptions(QCoreApplication::arguments());
-    const bool isHelp = options.request == CliRequest::ShowText;
-    if (isHelp || options.request == CliRequest::Refuse) {
-        std::fputs(options.text.toLocal8Bit().constData(), isHelp ? stdout : stderr);
-        return static_cast<int>(isHelp ? ExitCode::Done : ExitCode::Usage);
+    if (options.request == CliRequest::Refuse) {
+        printLine(stderr, options.text);
+        return static_cast<int>(ExitCode::Usage);
+    }
+    if (options.request == CliRequest::ShowText) {
+        Reporter text(standardOutput(OutputStyle::Text));
+        text.answer(options.text);
+        return static_cast<int>(text.end(ExitCode::Done));
     }
     Reporter reporter(standardOutput(styleOf(options)));
-    const ExitCode code = runCommand(options, reporter);
-    reporter.end(code);
-    return static_cast<int>(code);
+    return static_cast<int>(reporter.end(runCommand(options, reporter)));
 }

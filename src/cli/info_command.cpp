@@ -7,6 +7,7 @@
 #include "cli/telling.h"
 #include "trust/cartridge_values.h"
 #include "trust/checked_read.h"
+#include "worker/shown_text.h"
 
 #include <QJsonObject>
 
@@ -79,8 +80,10 @@ void tellChecks(const CartridgeReport &report, const QVector<HeaderCheck> &check
     if (isUnknownGbaGame(report)) {
         reporter.answer(QString());
         reporter.answer(QStringLiteral("It is a GBA cartridge with an unknown game."));
-        reporter.answer(QStringLiteral("Game code: ") + gbaHeaderCode(bytesOf(report.header)));
-        reporter.answer(QStringLiteral("Header title: ") + gbaHeaderTitle(bytesOf(report.header)));
+        reporter.answer(QStringLiteral("Game code: ") +
+                        shownValue(gbaHeaderCode(bytesOf(report.header))));
+        reporter.answer(QStringLiteral("Header title: ") +
+                        shownValue(gbaHeaderTitle(bytesOf(report.header))));
     }
     tellTrueSaveSize(report, reporter);
     for (const HeaderCheck &check : checks)

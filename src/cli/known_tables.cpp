@@ -17,8 +17,7 @@ bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &re
         if (table.leftOut != 0)
             reporter.log(QStringLiteral("%1: %2 entries without a SHA-1 or marked as bad are left "
                                         "out.")
-                             .arg(path)
-                             .arg(table.leftOut));
+                             .arg(path, QString::number(table.leftOut)));
         if (table.name.isEmpty())
             table.name = QFileInfo(path).fileName();
         tables->append(table);

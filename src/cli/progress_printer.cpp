@@ -1,5 +1,7 @@
 #include "cli/progress_printer.h"
 
+#include "cli/print_line.h"
+
 #include <QtGlobal>
 
 namespace
@@ -73,10 +75,7 @@ void ProgressPrinter::printLine(const QString &line)
     // What comes before the first bytes, an erase say, does not count for the rate.
     if (!m_hasProgress)
         m_clock.restart();
-    QString text = line;
-    while (text.endsWith(QLatin1Char('\n')))
-        text.chop(1);
-    std::fprintf(m_stream, "%s\n", text.toLocal8Bit().constData());
+    ::printLine(m_stream, line);
 }
 
 bool ProgressPrinter::isDue(qint64 doneBytes)

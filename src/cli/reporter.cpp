@@ -1,19 +1,26 @@
 #include "cli/reporter.h"
 
+#include "cli/print_line.h"
 #include "cli/terminal.h"
 
 #include <QJsonDocument>
 
+#include <cerrno>
+
 namespace
 {
 
-void printTo(std::FILE *stream, const QString &line)
+// JSON escapes the first 32 controls only; a terminal takes C1 for commands too.
+QByteArray jsonLine(const QJsonObject &object)
 {
-    QString text = line;
-    while (text.endsWith(QLatin1Char('\n')))
-        text.chop(1);
-    std::fprintf(stream, "%s\n", text.toLocal8Bit().constData());
-    std::fflush(stream);
+    const QString text = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    QString line;
+    for (const QChar letter : text) {
+        const bool isControl = letter.category() == QChar::Other_Control;
+        line += isControl ? QStringLiteral("\\u00") + QString::number(letter.unicode(), 16)
+                          : QString(letter);
+    }
+    return line.toUtf8();
 }
 
 QJsonObject logObject(const char *level, const QString &line)
@@ -24,10 +31,17 @@ QJsonObject logObject(const char *level, const QString &line)
 
 } // namespace
 
-void Reporter::answer(const QString &line)
+void Reporter::answer(const QString &line, const char *color)
 {
-    if (!isJson())
-        printTo(m_target.answers, line);
+    if (!isJson() && !printLine(m_target.answers, line, m_target.hasColor ? color : ""))
+        noteBrokenAnswer();
+}
+
+// The first reason is the one that counts.
+void Reporter::noteBrokenAnswer()
+{
+    if (m_answerError == 0)
+        m_answerError = errno == 0 ? EIO : errno;
 }
 
 void Reporter::event(const char *name, QJsonObject object)
@@ -35,9 +49,9 @@ void Reporter::event(const char *name, QJsonObject object)
     if (!isJson())
         return;
     object.insert(QStringLiteral("event"), QLatin1String(name));
-    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    std::fprintf(m_target.answers, "%s\n", line.constData());
-    std::fflush(m_target.answers);
+    const int count = std::fprintf(m_target.answers, "%s\n", jsonLine(object).constData());
+    if (std::fflush(m_target.answers) != 0 || count < 0)
+        noteBrokenAnswer();
 }
 
 void Reporter::log(const QString &line)
@@ -45,7 +59,7 @@ void Reporter::log(const QString &line)
     if (m_target.style == OutputStyle::Text && m_printer)
         m_printer->printLine(line);
     else if (m_target.style == OutputStyle::Text)
-        printTo(m_target.messages, line);
+        printLine(m_target.messages, line);
     else if (!line.trimmed().isEmpty())
         event("log", logObject("info", line));
 }
@@ -57,7 +71,7 @@ void Reporter::problem(const QString &text)
     if (isJson())
         event("log", logObject("error", text));
     else
-        printTo(m_target.messages, text);
+        printLine(m_target.messages, text);
 }
 
 void Reporter::startPhase(const char *phase, qint64 totalBytes)
@@ -98,13 +112,20 @@ void Reporter::endPhase()
     m_printer.reset();
 }
 
-void Reporter::end(ExitCode code)
+// What went wrong with the job counts more than an answer that nobody gets.
+ExitCode Reporter::end(ExitCode code)
 {
     endPhase();
-    const ExitCodeRow &row = rowOf(code);
+    const bool isWell = code == ExitCode::Done || code == ExitCode::Unverified;
+    const ExitCodeRow &row = rowOf(isWell && m_answerError != 0 ? ExitCode::FileError : code);
     event("end", {{QStringLiteral("exitCode"), static_cast<int>(row.code)},
                   {QStringLiteral("status"), QLatin1String(row.word)},
                   {QStringLiteral("meaning"), QLatin1String(row.meaning)}});
+    if (m_answerError == 0)
+        return row.code;
+    printLine(m_target.messages,
+              QStringLiteral("The answer could not be written: ") + qt_error_string(m_answerError));
+    return isWell ? ExitCode::FileError : code;
 }
 
 OutputTarget standardOutput(OutputStyle style)

@@ -35,7 +35,8 @@ public:
     explicit Reporter(const OutputTarget &target) : m_target(target) {}
 
     // A line of the command's answer: standard output, not as JSON.
-    void answer(const QString &line);
+    // `color`: a terminal's code for it, used where answers may be coloured.
+    void answer(const QString &line, const char *color = "");
 
     // The same for a program: one line of JSON, only in that style. `name` is the event's.
     void event(const char *name, QJsonObject object);
@@ -54,19 +55,22 @@ public:
     void endPhase();
 
     // The last thing a command says.
-    void end(ExitCode code);
+    // Returns: how the program ends: FileError if all went well and an answer could not be written
+    // (a full disk, a pipe that nobody reads any more), which is then said; else `code`.
+    ExitCode end(ExitCode code);
 
     bool isJson() const { return m_target.style == OutputStyle::Json; }
-    bool hasColor() const { return m_target.hasColor; }
 
 private:
     void progressEvent(qint64 doneBytes);
+    void noteBrokenAnswer();
 
     OutputTarget m_target;
     std::unique_ptr<ProgressPrinter> m_printer; // during a phase, in Text
     const char *m_phase = "";
     qint64 m_totalBytes = 0;
     int m_lastPercent = -1;
+    int m_answerError = 0; // errno of the first answer that could not be written
 };
 
 // Where the program's own output goes: terminal or not, coloured unless NO_COLOR is set to

@@ -9,8 +9,6 @@
 namespace
 {
 
-constexpr char kPlain[] = "\033[0m";
-
 // Of a terminal.
 const char *colorOf(VerdictKind kind)
 {
@@ -206,10 +204,7 @@ void tellVerdict(const Verdict &verdict, const ReadFile &file, Reporter &reporte
     }
     reporter.event("verdict", object);
 
-    const QString summary = summaryOf(verdict);
-    reporter.answer(reporter.hasColor()
-                        ? QLatin1String(colorOf(verdict.kind)) + summary + QLatin1String(kPlain)
-                        : summary);
+    reporter.answer(summaryOf(verdict), colorOf(verdict.kind));
     reporter.answer(
-        QStringLiteral("%1: %2 bytes, SHA-1 %3").arg(file.path).arg(file.size).arg(sha1));
+        QStringLiteral("%1: %2 bytes, SHA-1 %3").arg(file.path, QString::number(file.size), sha1));
 }

@@ -5,6 +5,7 @@
 #include "cart/setting_tables.h"
 #include "cli/cartridge_look.h"
 #include "cli/cli_listener.h"
+#include "cli/shell_word.h"
 #include "cli/telling.h"
 #include "trust/checked_write.h"
 #include "trust/flash_check.h"
@@ -49,10 +50,10 @@ QString wayBack(const CartridgeJob &job, const KeptBackup &backup)
     if (backup.path.isEmpty())
         return QStringLiteral("There is no backup.");
     return QStringLiteral("What the cartridge held before is in\n  %1\nTo put it back:\n  "
-                          "gbdriver-cli %2 \"%1\" --no-auto %3")
+                          "gbdriver-cli %2 %3 --no-auto %4")
         .arg(backup.path,
              isFlashJob(job.operate) ? QLatin1String("flash") : QLatin1String("write-ram"),
-             optionsOf(job));
+             shellWord(backup.path), optionsOf(job));
 }
 
 void tellWritten(int size, const KeptBackup &backup, Reporter &reporter)
@@ -153,10 +154,9 @@ ExitCode takeSaveFile(const CliOptions &options, int saveSize, Reporter &reporte
                            reporter);
     if (bytes->size() == saveSize)
         return ExitCode::Done;
-    const QString sizes = QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
-                              .arg(options.path)
-                              .arg(bytes->size())
-                              .arg(saveSize);
+    const QString sizes =
+        QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
+            .arg(options.path, QString::number(bytes->size()), QString::number(saveSize));
     if (options.forces && !bytes->isEmpty()) {
         reporter.log(sizes + QStringLiteral(" Only what fits is written (--force)."));
         return ExitCode::Done;

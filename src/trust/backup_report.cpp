@@ -5,6 +5,7 @@
 #include "trust/file_sha1.h"
 #include "trust/words.h"
 #include "worker/job_words.h"
+#include "worker/shown_text.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -15,7 +16,7 @@ namespace
 QString line(const char *name, const QString &value)
 {
     return value.isEmpty() ? QString()
-                           : QStringLiteral("%1%2\n").arg(QLatin1String(name), -16).arg(value);
+                           : QStringLiteral("%1%2\n").arg(QLatin1String(name), -16).arg(shownValue(value));
 }
 
 QString hashText(const QByteArray &bytes, QCryptographicHash::Algorithm algorithm)

@@ -174,8 +174,7 @@ bool readDatFile(const QString &path, DatFile *dat, QString *problem)
     if (xml.hasError())
         return refuse(problem, path,
                       QStringLiteral("line %1: not a DAT file in its XML form: %2")
-                          .arg(xml.lineNumber())
-                          .arg(xml.errorString()));
+                          .arg(QString::number(xml.lineNumber()), xml.errorString()));
     std::stable_sort(read.entries.begin(), read.entries.end(), isBefore);
     *dat = read;
     return true;

@@ -3,6 +3,7 @@
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "worker/shown_text.h"
 
 #include <QCoreApplication>
 
@@ -60,8 +61,8 @@ private:
         m_report.label = boundedText(deviceLink.driverLabel, kLabelSize);
         m_report.firmware = boundedText(deviceLink.identityBytes, kIdentitySize);
         line(tr("--Device information--"));
-        line(tr("Driver label: ") + m_report.label);
-        line(tr("Device firmware: ") + m_report.firmware);
+        line(tr("Driver label: ") + shownValue(m_report.label));
+        line(tr("Device firmware: ") + shownValue(m_report.firmware));
         line(tr("\r\n"));
     }
 
@@ -100,7 +101,7 @@ private:
         const GbHeaderInfo &gb = m_report.gb;
         m_report.outcome = ReportOutcome::GbCartridge;
         line(tr("--GB/GBC Cartridge information--"));
-        line(tr("Title: ") + gb.title);
+        line(tr("Title: ") + shownValue(gb.title));
         line(tr("Cart type: ") + gb.typeName);
         line(tr("ROM Size: ") + inKibibytes(gb.romSize));
         line(tr("RAM Size: ") + saveSizeText(gb.ramSize, kLargestInBytes));

@@ -1,8 +1,10 @@
 #include "worker/log_text.h"
 
+#include "worker/shown_text.h"
+
 QString markupOf(const QString &plain)
 {
-    QString escaped = plain.toHtmlEscaped();
+    QString escaped = shownText(plain).toHtmlEscaped();
     escaped.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     escaped.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     escaped.replace(QLatin1Char('\n'), QLatin1String("<br>"));
@@ -12,6 +14,6 @@ QString markupOf(const QString &plain)
 QString logText(const QString &foreign)
 {
     if (!foreign.contains(QLatin1Char('<')) && !foreign.contains(QLatin1Char('&')))
-        return foreign;
+        return shownText(foreign);
     return QStringLiteral("<span style=\"white-space: pre-wrap\">%1</span>").arg(markupOf(foreign));
 }

@@ -6,10 +6,10 @@
 
 #include <QString>
 
-// Markup that shows the very characters of `plain`, line breaks among them, where white space is
-// kept; for what puts it into a span of its own.
+// Markup that shows the very characters of `plain` (see shown_text.h for controls), line breaks
+// among them, where white space is kept; for what puts it into a span of its own.
 QString markupOf(const QString &plain);
 
-// The text as it is if it holds neither '<' nor '&', else as markup that shows the very same
-// characters, runs of spaces and line breaks among them.
+// shownText() if it holds neither '<' nor '&', else markup that shows the very same characters,
+// runs of spaces and line breaks among them.
 QString logText(const QString &foreign);

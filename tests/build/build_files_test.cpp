@@ -100,7 +100,7 @@ void BuildFilesTest::windowsSourceCompiles_data()
     QTest::addColumn<QString>("name");
     for (const char *name : {"device/drive_windows.cpp", "device/sector_window.cpp",
                              "script/fatal_assertion_windows.cpp", "virtual/disk_sync_windows.cpp",
-                             "cli/terminal_windows.cpp"})
+                             "cli/terminal_windows.cpp", "device/standard_streams_windows.cpp"})
         QTest::newRow(name) << QString(name);
 }
 

@@ -6,7 +6,11 @@
 #include "report_capture.h"
 #include "test_class.h"
 
+#include <QCoreApplication>
 #include <QtTest>
+
+#include <cstdio>
+#include <memory>
 
 namespace
 {
@@ -31,6 +35,8 @@ void sayAll(Reporter &reporter)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(ExitCode)
 
 class ReporterTest : public QObject
 {
@@ -121,6 +127,62 @@ private slots:
         ReportCapture capture(OutputStyle::Json);
         capture.reporter().log(kLetters + " \"quoted\"\nand more");
         QCOMPARE(capture.objects().value(0)["line"].toString(), kLetters + " \"quoted\"\nand more");
+    }
+
+    // A stream that was opened for reading takes no text, as a full disk does.
+    void answerThatCannotBeWrittenIsAFailure_data()
+    {
+        QTest::addColumn<bool>("isJson");
+        QTest::addColumn<ExitCode>("code");
+        QTest::addColumn<ExitCode>("end");
+        for (const bool isJson : {false, true}) {
+            const auto row = [isJson](const char *name) -> QTestData & {
+                return QTest::addRow("%s%s", name, isJson ? ", JSON" : "");
+            };
+            row("done") << isJson << ExitCode::Done << ExitCode::FileError;
+            row("unverified") << isJson << ExitCode::Unverified << ExitCode::FileError;
+            row("mismatch") << isJson << ExitCode::DataMismatch << ExitCode::DataMismatch;
+        }
+    }
+    void answerThatCannotBeWrittenIsAFailure()
+    {
+        QFETCH(bool, isJson);
+        QFETCH(ExitCode, code);
+        const std::unique_ptr<std::FILE, int (*)(std::FILE *)> readOnly(
+            std::fopen(qPrintable(QCoreApplication::applicationFilePath()), "rb"), std::fclose);
+        QVERIFY(readOnly != nullptr);
+        const OutputFile messages;
+        OutputTarget target;
+        target.style = isJson ? OutputStyle::Json : OutputStyle::Text;
+        target.answers = readOnly.get();
+        target.messages = messages.stream();
+        Reporter reporter(target);
+        reporter.answer("the answer");
+        QTEST(reporter.end(code), "end");
+        QVERIFY2(messages.text().startsWith("The answer could not be written: "),
+                 qPrintable(messages.text()));
+    }
+
+    // Whatever a title or a file name holds, only the program's own codes reach a terminal.
+    void controlsOfOthersAreShown()
+    {
+        const QString title = QString("X\033]0;title\007") + QChar(0x9B) + "2J";
+        for (const OutputStyle style : {OutputStyle::Text, OutputStyle::Json}) {
+            ReportCapture capture(style);
+            capture.reporter().log(title);
+            capture.reporter().startPhase("read", 1);
+            capture.reporter().log(title);
+            capture.reporter().problem(title);
+            capture.reporter().answer(title);
+            capture.reporter().end(ExitCode::Done);
+            const QString all = capture.answers() + capture.messages();
+            QVERIFY2(!all.contains('\033') && !all.contains('\007') && !all.contains(QChar(0x9B)),
+                     qPrintable(all));
+            if (style == OutputStyle::Json)
+                QCOMPARE(capture.objects().value(0)["line"].toString(), title);
+            else
+                QCOMPARE(all.count("X\\x1B]0;title\\x07\\x9B2J\n"), 4);
+        }
     }
 
     void problemStandsBelowTheBar()

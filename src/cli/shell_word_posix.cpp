@@ -1,0 +1,6 @@
+#include "cli/shell_word.h"
+
+QString shellWord(const QString &text)
+{
+    return posixWord(text);
+}
