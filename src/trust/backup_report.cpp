@@ -15,8 +15,9 @@ namespace
 
 QString line(const char *name, const QString &value)
 {
-    return value.isEmpty() ? QString()
-                           : QStringLiteral("%1%2\n").arg(QLatin1String(name), -16).arg(shownValue(value));
+    return value.isEmpty()
+               ? QString()
+               : QStringLiteral("%1%2\n").arg(QLatin1String(name), -16).arg(shownValue(value));
 }
 
 QString hashText(const QByteArray &bytes, QCryptographicHash::Algorithm algorithm)

@@ -93,6 +93,7 @@ CartridgeReport detectCartridge(const std::function<void(const QString &)> &line
     output.line = [&](const QString &text) { line(text.trimmed().isEmpty() ? QString() : text); };
     output.rule = [] {};
     output.settings = [](const DetectedSettings &) {};
+    output.hasAdviceForUnknownGames = false;
     clearLastDriveError();
     CartridgeReport report = makeCartridgeReport(output);
     // A drive that failed while nothing was recognised says nothing about the cartridge.

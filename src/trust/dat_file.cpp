@@ -1,6 +1,9 @@
 #include "trust/dat_file.h"
 
+#include "trust/dat_tags.h"
+
 #include <QFile>
+#include <QFileInfo>
 #include <QXmlStreamReader>
 
 #include <algorithm>
@@ -48,7 +51,7 @@ std::optional<DatEntry> entryOf(const QXmlStreamAttributes &attributes)
     const auto valueOf = [&attributes](const char *name) {
         return attributes.value(QLatin1String(name)).toString();
     };
-    const QString status = valueOf("status");
+    const QString status = valueOf("status").toLower();
     if (status == QLatin1String("baddump") || status == QLatin1String("nodump"))
         return std::nullopt;
     bool isNumber = false;
@@ -127,10 +130,8 @@ void readElement(QXmlStreamReader *xml, DatFile *dat)
 // Goes to the root element.
 void readProlog(QXmlStreamReader *xml)
 {
-    while (!xml->hasError() && !xml->isStartElement()) {
-        if (xml->readNext() == QXmlStreamReader::DTD && !xml->entityDeclarations().isEmpty())
-            xml->raiseError(QStringLiteral("the file declares entities"));
-    }
+    while (!xml->hasError() && !xml->isStartElement())
+        xml->readNext();
     if (xml->isStartElement() && xml->name() != QLatin1String("datafile"))
         xml->raiseError(
             QStringLiteral("the root element is <%1>, not <datafile>").arg(xml->name().toString()));
@@ -157,10 +158,22 @@ bool refuse(QString *problem, const QString &path, const QString &reason)
     return false;
 }
 
+QString reasonOf(TagFault fault)
+{
+    const QString reason = QStringLiteral("not a DAT file in its XML form: ");
+    return reason +
+           (fault == TagFault::Crowded
+                ? QStringLiteral("an element has more than %1 attributes").arg(kMostAttributes)
+                : QStringLiteral("the file declares a document type of its own"));
+}
+
 } // namespace
 
 bool readDatFile(const QString &path, DatFile *dat, QString *problem)
 {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return refuse(problem, path, QStringLiteral("it is no ordinary file"));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return refuse(problem, path, file.errorString());
@@ -168,7 +181,11 @@ bool readDatFile(const QString &path, DatFile *dat, QString *problem)
         return refuse(problem, path,
                       QStringLiteral("larger than %1 MiB, this is no DAT file")
                           .arg(kLargestDatBytes / 1024 / 1024));
-    QXmlStreamReader xml(&file);
+    const QByteArray bytes = file.readAll();
+    const TagFault fault = tagFaultOf(bytes);
+    if (fault != TagFault::None)
+        return refuse(problem, path, reasonOf(fault));
+    QXmlStreamReader xml(bytes);
     DatFile read;
     readDocument(&xml, &read);
     if (xml.hasError())

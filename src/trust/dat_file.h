@@ -29,8 +29,8 @@ struct DatFile {
     int leftOut = 0;           // ROMs marked as bad or missing, or without size or SHA-1
 };
 
-// Reads the file at `path`. Entities that the file declares itself are refused, because a few lines
-// of them can stand for gigabytes; so are files larger than kLargestDatBytes.
+// Reads the file at `path`, which must be an ordinary one of kLargestDatBytes at most, without the
+// faults of dat_tags.h.
 // Returns: false with the reason in `*problem`, with path and line number; `*dat` is as before.
 [[nodiscard]] bool readDatFile(const QString &path, DatFile *dat, QString *problem);
 

@@ -19,6 +19,7 @@ enum class FileFault {
 
     // Of a file that was to be read.
     ReadsFolder,
+    ReadsNoFile, // a pipe or a device: what it gives may never end
     TooLarge,
     NotRead
 };

@@ -88,8 +88,12 @@ bool PendingFile::commit(const QString &otherPath)
 FileTrouble readUserFile(const QString &path, QByteArray *bytes)
 {
     QFile file(path);
-    if (QFileInfo(path).isDir())
+    const QFileInfo info(path);
+    if (info.isDir())
         return {FileFault::ReadsFolder, path, {}};
+    // Looked at before it is opened: a pipe that nobody writes into holds whoever opens it.
+    if (info.exists() && !info.isFile())
+        return {FileFault::ReadsNoFile, path, {}};
     if (!file.open(QIODevice::ReadOnly))
         return {FileFault::NotRead, path, file.errorString()};
     if (file.size() > kLargestFile)

@@ -250,6 +250,8 @@ QString fileTroubleText(const FileTrouble &trouble)
         return QStringLiteral("%1 does not hold what was written to it; the disk is not to be "
                               "trusted.")
             .arg(path);
+    case FileFault::ReadsNoFile:
+        return QStringLiteral("Cannot read %1: it is no ordinary file.").arg(trouble.path);
     case FileFault::ReadsFolder:
         return QStringLiteral("Cannot read %1: it is a folder.").arg(path);
     case FileFault::TooLarge:

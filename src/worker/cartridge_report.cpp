@@ -124,7 +124,13 @@ private:
 
     void reportUnknown()
     {
-        fail(ReportOutcome::Unknown, tr("Can not auto detect cartridge information."));
+        const QString error = tr("Can not auto detect cartridge information.");
+        if (!m_output.hasAdviceForUnknownGames && gbaLogoMatches(header())) {
+            m_report.outcome = ReportOutcome::Unknown;
+            m_report.error = error;
+            return;
+        }
+        fail(ReportOutcome::Unknown, error);
         for (const QString &message :
              {tr("Maybe no insert cart or it's a black cart."), tr("Also try:"),
               tr(" 1.Turn off anti-virus software."), tr(" 2.Damaged or Dirty."),

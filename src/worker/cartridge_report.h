@@ -32,6 +32,9 @@ struct ReportOutput {
     std::function<void(const QString &)> line;
     std::function<void()> rule; // ends what is said of a cartridge
     std::function<void(const DetectedSettings &)> settings;
+    // The window's advice is for an empty slot. Whoever says more of the game behind a GBA logo
+    // leaves it out.
+    bool hasAdviceForUnknownGames = true;
 };
 
 // What recognises a header.

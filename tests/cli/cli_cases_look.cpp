@@ -181,11 +181,11 @@ QVector<CliCase> gbaCases()
                  {{"cart", gbaImage("ZZZZ", 64 * kKibi)}},
                  ExitCode::Done,
                  "unknownGbaCartridge",
-                 {is(kNothing + "\n"
-                                "It is a GBA cartridge with an unknown game.\n"
-                                "Game code: ZZZZ\n"
-                                "Header title: VIRTUAL\n"
-                                "Complement check: right\n")},
+                 {is(kDevice + "\n"
+                               "It is a GBA cartridge with an unknown game.\n"
+                               "Game code: ZZZZ\n"
+                               "Header title: VIRTUAL\n"
+                               "Complement check: right\n")},
                  {},
                  {},
                  {detected({{"system", "gba"},

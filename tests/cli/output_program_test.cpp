@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 #include <memory>
 
 namespace
@@ -119,6 +121,25 @@ private slots:
         QVERIFY2(codeOf(restored) == ExitCode::Done, qPrintable(restored.err));
         QVERIFY(contentOf(path("chip.sav")) == old);
         QVERIFY(!QFile::exists(path("PWN")));
+    }
+
+    // What a pipe or a device gives may never come, or never end.
+    void inputsWithoutAnEndAreRefused_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const char *input : {"pipe", "/dev/zero"}) {
+            for (const char *command :
+                 {"verify %1", "verify cart.gb --dat %1", "write-ram %1", "flash %1"})
+                QTest::addRow("%s, %s", command, input) << QString(command).arg(input);
+        }
+    }
+    void inputsWithoutAnEndAreRefused()
+    {
+        QFETCH(QString, command);
+        QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+        const ProgramResult result = inShell("exec CLI " + command);
+        QCOMPARE(codeOf(result), ExitCode::FileError);
+        QVERIFY2(result.err.contains("it is no ordinary file"), qPrintable(result.err));
     }
 
     // Messages are put together from parts; a part is never taken for a place of another.

@@ -77,6 +77,8 @@ private slots:
     void brokenFilesAreRefused();
     void entitiesAreRefused_data();
     void entitiesAreRefused();
+    void crowdedTagsAreRefused_data();
+    void crowdedTagsAreRefused();
     void deepElementsAreRefused();
     void missingFileIsRefused();
     void folderIsRefused();
@@ -181,6 +183,8 @@ void DatFileTest::uselessRomsAreLeftOut_data()
     QTest::newRow("size 0") << QByteArray("<rom name=\"a\" size=\"0\" sha1=\"" + sha1 + "\"/>")
                             << true;
     QTest::newRow("bad") << rom("a", sha1, "status=\"baddump\"") << false;
+    QTest::newRow("bad in capitals") << rom("a", sha1, "status=\"BadDump\"") << false;
+    QTest::newRow("missing in capitals") << rom("a", sha1, "status=\"NODUMP\"") << false;
     QTest::newRow("missing") << rom("a", sha1, "status=\"nodump\"") << false;
     QTest::newRow("no SHA-1") << QByteArray("<rom name=\"a\" size=\"1\" crc=\"01234567\"/>")
                               << false;
@@ -316,8 +320,57 @@ void DatFileTest::entitiesAreRefused()
     QFETCH(QByteArray, use);
     QVERIFY(!read("<!DOCTYPE datafile [\n" + declarations + "]>\n<datafile><header><name>" + use +
                   "</name></header></datafile>\n"));
-    QVERIFY2(m_problem.contains("not a DAT file in its XML form: "), qPrintable(m_problem));
+    QVERIFY2(m_problem.contains("declares a document type of its own"), qPrintable(m_problem));
     QCOMPARE(m_dat.name, QString("as before"));
+}
+
+// The parser would take minutes for each of them.
+void DatFileTest::crowdedTagsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("isRead");
+    const auto attributes = [](int count, const QByteArray &value = "") {
+        QByteArray all;
+        for (int i = 0; i < count; ++i)
+            all += " a" + QByteArray::number(i) + "=\"" + value + "\"";
+        return all;
+    };
+    const auto with = [](const QByteArray &tag) { return "<datafile>" + tag + "</datafile>"; };
+    const QByteArray crowd = attributes(20000);
+    QTest::newRow("as many as may be") << with("<game" + attributes(64) + "/>") << true;
+    QTest::newRow("one more") << with("<game" + attributes(65) + "/>") << false;
+    QTest::newRow("many") << with("<game" + crowd + "/>") << false;
+    QTest::newRow("in single quotes")
+        << with("<game" + QByteArray(crowd).replace('"', '\'') + "/>") << false;
+    QTest::newRow("ends of tags in the values")
+        << with("<game" + attributes(20000, "&gt;>") + "/>") << false;
+    QTest::newRow("behind a quote in a comment")
+        << with("<!-- don't --><game" + crowd + "/>") << false;
+    QTest::newRow("behind a quote in a text") << with("don't <game" + crowd + "/>") << false;
+    QTest::newRow("behind a quote in CDATA")
+        << with("<![CDATA[ <\" ]]><game" + crowd + "/>") << false;
+    QTest::newRow("behind an instruction")
+        << "<?note it's ' > ?>" + with("<game" + crowd + "/>") << false;
+    QTest::newRow("behind a document type with quotes in it")
+        << "<!DOCTYPE datafile [<!-- ' -->]>" + with("<game" + crowd + "/>") << false;
+    const QString wide =
+        QChar(QChar::ByteOrderMark) + QString::fromLatin1(with("<game" + crowd + "/>"));
+    QTest::newRow("UTF-16") << QByteArray(reinterpret_cast<const char *>(wide.utf16()),
+                                          2 * wide.size())
+                            << false;
+    QTest::newRow("many in a comment") << with("<!-- <game" + crowd + "/> -->") << true;
+    QTest::newRow("many in a value")
+        << with("<game name='" + QByteArray("=").repeated(1000) + "'/>") << true;
+}
+
+void DatFileTest::crowdedTagsAreRefused()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(bool, isRead);
+    QVERIFY2(read(text) == isRead, qPrintable(m_problem));
+    QVERIFY2(isRead || m_problem.contains("more than 64 attributes") ||
+                 m_problem.contains("document type of its own"),
+             qPrintable(m_problem));
 }
 
 void DatFileTest::deepElementsAreRefused()

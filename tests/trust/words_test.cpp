@@ -115,6 +115,7 @@ private slots:
                 "a/b does not hold what was written to it; the disk is not to be "
                 "trusted.",
                 "Cannot write a/b: no, said the system.", "Cannot read a/b: it is a folder.",
+                "Cannot read a/b: it is no ordinary file.",
                 "Cannot read a/b: it is too large for a cartridge.",
                 "Cannot read a/b: no, said the system."}));
     }
