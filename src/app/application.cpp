@@ -1,5 +1,6 @@
 #include "app/application.h"
 
+#include "app/end_signals.h"
 #include "app/tab_dialog.h"
 #include "app/translation.h"
 #include "device/device_link.h"
@@ -32,6 +33,7 @@ int runWindow(int &argc, char **argv)
     QTranslator translator;
     installTranslation(QCoreApplication::applicationDirPath(), &translator);
     TabDialog dialog(fileName);
+    const EndSignals endSignals([&dialog] { dialog.endProgram(); });
     dialog.show();
     const int code = QApplication::exec();
     if (dialog.hasLeftJob())

@@ -9,6 +9,7 @@
 #include "worker/famicom_thread.h"
 #include "worker/log_text.h"
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -109,6 +110,12 @@ void TabDialog::done(int result)
     }
 }
 
+void TabDialog::endProgram()
+{
+    m_endsProgram = true;
+    QApplication::closeAllWindows();
+}
+
 void TabDialog::askJobToEnd()
 {
     constexpr int kAskAgainMs = 100;
@@ -148,7 +155,7 @@ void TabDialog::onJobChanged()
     m_closesAfterJob = false;
     m_lastTold.clear();
     // What replaces the only copy of something must not vanish before it was read.
-    if (m_mainTab->guarded->namesCopy())
+    if (m_mainTab->guarded->namesCopy() && !m_endsProgram)
         m_mainTab->info(tr("The window stays open, for you to read this. Close it again."));
     else
         close();

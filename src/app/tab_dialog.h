@@ -30,6 +30,10 @@ public:
     // Waits for a job that runs.
     ~TabDialog() override;
 
+    // The system wants the program to end: closes it with all that is open, as soon as it may, and
+    // without waiting for anybody to read the log.
+    void endProgram();
+
     // Every way to close a dialog ends here. Does not close while a job runs, see above.
     void done(int result) override;
 
@@ -55,6 +59,7 @@ private:
     CornerActions *m_corner;
     DemoReader m_demo;
     bool m_closesAfterJob = false;
+    bool m_endsProgram = false;
     bool m_hasLeftJob = false;
     QElapsedTimer m_sinceAsked;
     QString m_lastTold;

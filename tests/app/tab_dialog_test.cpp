@@ -86,6 +86,7 @@ private slots:
     void forgottenCancelIsAskedAgain();
     void secondCloseLeavesAReadBehind();
     void secondCloseNeverLeavesAWrite();
+    void windowStaysForTheNameOfABackup_data();
     void windowStaysForTheNameOfABackup();
     void noButtonIsPressedByEnter();
     void dumpIsFinishedBeforeTheWindowCloses();
@@ -219,6 +220,7 @@ void TabDialogTest::idleWindowCloses_data()
         [](TabDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     QTest::newRow("accepted") << CloseFunction([](TabDialog &dialog) { dialog.accept(); });
     QTest::newRow("log-out") << CloseFunction([](TabDialog &) { QApplication::closeAllWindows(); });
+    QTest::newRow("signal") << CloseFunction([](TabDialog &dialog) { dialog.endProgram(); });
 }
 
 void TabDialogTest::idleWindowCloses()
@@ -235,6 +237,7 @@ void TabDialogTest::windowWaitsForTheJob_data()
     QTest::newRow("close button") << CloseFunction([](TabDialog &dialog) { dialog.close(); });
     QTest::newRow("accepted") << CloseFunction([](TabDialog &dialog) { dialog.accept(); });
     QTest::newRow("log-out") << CloseFunction([](TabDialog &) { QApplication::closeAllWindows(); });
+    QTest::newRow("signal") << CloseFunction([](TabDialog &dialog) { dialog.endProgram(); });
 }
 
 void TabDialogTest::windowWaitsForTheJob()
@@ -309,16 +312,32 @@ void TabDialogTest::secondCloseLeavesAReadBehind()
     QTRY_VERIFY_WITH_TIMEOUT(!m_tab->worker->isRunning(), kJobTimeoutMs);
 }
 
-// The user has to learn where the only copy is.
+// The user has to learn where the only copy is. Who sends a signal reads no log.
+void TabDialogTest::windowStaysForTheNameOfABackup_data()
+{
+    QTest::addColumn<CloseFunction>("closeWindow");
+    QTest::addColumn<bool>("stays");
+    QTest::newRow("close button") << CloseFunction([](TabDialog &dialog) { dialog.close(); })
+                                  << true;
+    QTest::newRow("signal") << CloseFunction([](TabDialog &dialog) { dialog.endProgram(); })
+                            << false;
+}
+
 void TabDialogTest::windowStaysForTheNameOfABackup()
 {
+    QFETCH(CloseFunction, closeWindow);
+    QFETCH(bool, stays);
     use(makeStubbornCartridge(), QByteArray(kFlashScript) + kWholeDumpScript);
     m_tab->guarded->guardsWrites = true;
     m_tab->guarded->backupFolder = m_fixture->path("backups");
     press(m_tab->flashButton, m_fixture->addFile("rom.gb", QByteArray(0x8000, 'r')));
     QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().contains("Start erase flash chip..."),
                              kJobTimeoutMs);
-    m_dialog->close();
+    closeWindow(*m_dialog);
+    if (!stays) {
+        QTRY_VERIFY_WITH_TIMEOUT(!m_dialog->isVisible(), kJobTimeoutMs);
+        return;
+    }
     const QString staying = "The window stays open, for you to read this. Close it again.";
     QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().endsWith(staying), kJobTimeoutMs);
     QVERIFY(m_tab->console->toPlainText().contains("What the cartridge held before is in "));

@@ -38,13 +38,18 @@ public:
     // Where the program keeps its backups. Returns: the contents of the files there.
     QList<QByteArray> backups() const;
 
+    qint64 processId() const { return m_program.processId(); }
+    // Waits until the program has ended by itself.
+    // Returns: what it said or how it failed; empty if it ended well and quietly.
+    QString waitForEnd();
+
     // Closes the window and waits until the program has ended.
     // Returns: what it said or how it failed; empty if it ended well and quietly.
     QString close();
 
 private:
     bool opened(WindowButton button, const QString &caption);
-    bool answeredYes(const QString &caption);
+    bool answered(const QString &caption, const QString &dialog);
 
     Desktop m_desktop;
     QTemporaryDir m_runtimeFolder;

@@ -1,0 +1,168 @@
+// How the real window ends when the system ends it, in the middle of jobs: a write is finished, a
+// file is whole, and nothing is left behind.
+#include "cartridge_files.h"
+#include "driven_window.h"
+#include "test_class.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+
+namespace
+{
+
+constexpr int kStepMs = 60000;
+constexpr std::uint32_t kKibi = 1024;
+// Jobs of a second or more, so that there is a middle to stop them in.
+constexpr std::uint32_t kFlashSize = 1024 * kKibi;
+constexpr std::uint32_t kDumpSize = 8 * 1024 * kKibi;
+constexpr int kDumpCommands = 500; // of 511 banks
+// From the tab bar of a fresh window.
+const QStringList kRom1M = {"Tab", "Tab", "Tab", "End", "Up", "Up", "Up"};
+const QStringList kRom8M = {"Tab", "Tab", "Tab", "End"};
+
+} // namespace
+
+class WindowEndingsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_files = std::make_unique<CartridgeFiles>(); }
+    void cleanup()
+    {
+        m_window.reset();
+        m_reader.reset();
+        m_files.reset();
+    }
+
+    void flashIsFinishedFirst_data() { addSignals(); }
+    void flashIsFinishedFirst()
+    {
+        QFETCH(int, number);
+        const QString old = m_files->addImage(0x19, kFlashSize, 0, 1);
+        const QString game = m_files->addImage(0x19, kFlashSize, 0, 2);
+        start(old, {"--flash", "8"}, kRom1M);
+        // The look, two reads for the backup and the erase come before.
+        holdReaderIn(WindowButton::Flash, "Get ROM File.", game, "gb-program-8");
+        QVERIFY(programmedBytes() < static_cast<int>(kFlashSize));
+        QCOMPARE(::kill(pid(m_window->processId()), number), 0);
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGCONT), 0);
+        QCOMPARE(m_window->waitForEnd(), QString());
+
+        QCOMPARE(programmedBytes(), static_cast<int>(kFlashSize));
+        QCOMPARE(m_window->backups(), QList<QByteArray>{contentOf(old)});
+        QCOMPARE(m_reader->unmount(), QString());
+    }
+
+    void dumpIsFinishedFirst_data() { addSignals(); }
+    void dumpIsFinishedFirst()
+    {
+        QFETCH(int, number);
+        const QString game = m_files->addImage(0x19, kDumpSize, 0, 1);
+        const QString dump = m_files->addFile("dump.gb", "an old file");
+        start(game, {}, kRom8M);
+        holdReaderIn(WindowButton::Dump, "Read ROM to...", dump, "gb-write");
+        QVERIFY(countOf("gb-write") < kDumpCommands);
+        QCOMPARE(::kill(pid(m_window->processId()), number), 0);
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGCONT), 0);
+        QCOMPARE(m_window->waitForEnd(), QString());
+
+        QVERIFY(contentOf(dump) == contentOf(game));
+        QCOMPARE(m_window->backups(), QList<QByteArray>{"an old file"});
+        QCOMPARE(m_reader->unmount(), QString());
+    }
+
+    // Nobody can ask such a program for anything. The drive is free all the same.
+    void killedProgramLeavesTheOldFile()
+    {
+        const QString game = m_files->addImage(0x19, kDumpSize, 0, 1);
+        const QString dump = m_files->addFile("dump.gb", "an old file");
+        start(game, {}, kRom8M);
+        holdReaderIn(WindowButton::Dump, "Read ROM to...", dump, "gb-write");
+        QCOMPARE(::kill(pid(m_window->processId()), SIGKILL), 0);
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGCONT), 0);
+        QVERIFY(!m_window->waitForEnd().isEmpty());
+
+        QCOMPARE(contentOf(dump), QByteArray("an old file"));
+        QCOMPARE(m_reader->unmount(), QString());
+    }
+
+    // As a laptop does that is closed for a while: nothing has gone wrong.
+    void suspendedProgramGoesOn()
+    {
+        const QString game = m_files->addImage(0x19, kDumpSize, 0, 1);
+        const QString dump = m_files->path("dump.gb");
+        start(game, {}, kRom8M);
+        holdReaderIn(WindowButton::Dump, "Read ROM to...", dump, "gb-write");
+        QCOMPARE(::kill(pid(m_window->processId()), SIGSTOP), 0);
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGCONT), 0);
+        QCOMPARE(::kill(pid(m_window->processId()), SIGCONT), 0);
+        QVERIFY(m_window->logWith("unverified: ").contains("\n>Success!"));
+        QVERIFY(contentOf(dump) == contentOf(game));
+        QCOMPARE(m_window->close(), QString());
+    }
+
+private:
+    static pid_t pid(qint64 process) { return static_cast<pid_t>(process); }
+
+    static void addSignals()
+    {
+        QTest::addColumn<int>("number");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGHUP") << SIGHUP;
+    }
+
+    void start(const QString &cart, const QStringList &options, const QStringList &settings)
+    {
+        m_reader = std::make_unique<MountedReader>();
+        QCOMPARE(m_reader->start(cart, QString(), options), QString());
+        m_window = std::make_unique<DrivenWindow>();
+        QCOMPARE(m_window->start(*m_reader), QString());
+        m_window->pressInSettings(settings);
+    }
+
+    // Starts a job and stops the reader's program in the middle of it, behind the first command of
+    // that name that is no look's.
+    void holdReaderIn(WindowButton button, const QString &caption, const QString &file,
+                      const QString &command)
+    {
+        QCOMPARE(m_window->answerDialog(button, caption, file), QString());
+        QElapsedTimer clock;
+        clock.start();
+        while (countOf(command) == 0 && clock.elapsed() < kStepMs) {
+        }
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGSTOP), 0);
+        QVERIFY(countOf(command) > 0);
+    }
+
+    int countOf(const QString &command) const
+    {
+        int count = 0;
+        for (const QJsonObject &operation : m_reader->operations()) {
+            for (const QJsonValue &block : operation["blocks"].toArray())
+                count += block["name"].toString() == command ? 1 : 0;
+        }
+        return count;
+    }
+
+    int programmedBytes() const
+    {
+        int bytes = 0;
+        for (const QJsonObject &operation : m_reader->operations()) {
+            for (const QJsonValue &block : operation["blocks"].toArray())
+                bytes += block["name"].toString() == "gb-program-8" ? block["length"].toInt() : 0;
+        }
+        return bytes;
+    }
+
+    std::unique_ptr<CartridgeFiles> m_files;
+    std::unique_ptr<MountedReader> m_reader;
+    std::unique_ptr<DrivenWindow> m_window;
+};
+
+GBDRIVER_TEST(WindowEndingsTest, core)
+#include "window_endings_test.moc"
