@@ -73,7 +73,7 @@ void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const K
     case Trouble::JobFailed:
         tellTrouble(write.outcome, reporter);
         // After a refusal, which comes before the first byte, the backup was for nothing.
-        if (write.outcome.state != CartridgeState::NotWritten)
+        if (!isUnwritten(write.outcome.state))
             reporter.problem(QStringLiteral("The write did not come to its end. ") +
                              wayBack(job, backup));
         break;
@@ -120,7 +120,8 @@ ExitCode writeContent(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                       Reporter &reporter)
 {
     WriteListener listener(reporter, path);
-    const CheckedWrite write = writeAndCheck(writeJob, readJob, content, listener);
+    const CheckedWrite write =
+        writeAndCheck(writeJob, readJob, content, backup.outcome.state, listener);
     if (write.outcome.isDone())
         tellWritten(content.size(), backup, reporter);
     else
@@ -196,7 +197,9 @@ KeptBackup backUpSave(const CliOptions &options, const CartridgeLook &look, cons
 
 // --- flash ---------------------------------------------------------------------------------------
 
-ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &reporter)
+// `state`: NotBegun once the chip was asked.
+ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, CartridgeState state,
+                     Reporter &reporter)
 {
     QString text = flashFaultText(fault, bytes, allowedBytes);
     if (fault == FlashFault::NoFlashChip)
@@ -206,7 +209,7 @@ ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &re
                                "--force if you know the chip.");
     else if (fault == FlashFault::BackupRepeats)
         text += QStringLiteral(" Give the --mapper of the board, or --force if you know the chip.");
-    return tellProblem(ExitCode::Refused, text, CartridgeState::NotWritten, reporter);
+    return tellProblem(ExitCode::Refused, text, state, reporter);
 }
 
 // Whether this file can be flashed through this mapper.
@@ -218,10 +221,11 @@ ExitCode checkFlashFile(const QByteArray &file, const CartridgeValues &values, R
     case FlashFault::None:
         return ExitCode::Done;
     case FlashFault::ShortTail:
-        return refuseFlash(fault, file.size() % limit->bankBytes, kShortestFlashTail, reporter);
+        return refuseFlash(fault, file.size() % limit->bankBytes, kShortestFlashTail,
+                           CartridgeState::NotWritten, reporter);
     default:
         return refuseFlash(fault, file.size(), limit == nullptr ? 0 : limit->writtenBytes,
-                           reporter);
+                           CartridgeState::NotWritten, reporter);
     }
 }
 
@@ -236,7 +240,8 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
         failed.trouble =
             probed.end == ProbeEnd::Unclear ? Trouble::ChipIsUnclear : Trouble::JobFailed;
         failed.job.end = probed.fault;
-        failed.state = CartridgeState::NotWritten;
+        failed.state = probed.end == ProbeEnd::NotAsked ? CartridgeState::NotWritten
+                                                        : CartridgeState::NotBegun;
         return tellTrouble(failed, reporter);
     }
     reporter.log(chip->isWide ? QStringLiteral("Flash chip is 16bit width")
@@ -257,9 +262,10 @@ ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChi
         return ExitCode::Done;
     if (flashChipFault(fileSize, chip) != FlashFault::None)
         return refuseFlash(FlashFault::BeyondChip, fileSize, static_cast<int>(chip.sizeBytes),
-                           reporter);
+                           CartridgeState::NotBegun, reporter);
     return options.makesBackup && flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
-               ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep, reporter)
+               ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep,
+                             CartridgeState::NotBegun, reporter)
                : ExitCode::Done;
 }
 
@@ -271,7 +277,7 @@ ExitCode checkFlashBackup(const CliOptions &options, const QByteArray &backup,
         return ExitCode::Done;
     const QByteArray content = backup.left(static_cast<int>(chip.sizeBytes));
     return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(content), content.size(),
-                       reporter);
+                       CartridgeState::NotBegun, reporter);
 }
 
 // `job` has been completed and its file checked.
@@ -294,6 +300,8 @@ ExitCode flash(const CliOptions &options, const CartridgeLook &look, CartridgeJo
         backup = keepBackup({romReadingJob(job, backupBytes), options.backupFolder, look.title,
                              false, chip.sizeBytes == 0},
                             listener);
+    // The question to the chip was written to the bus.
+    backup.outcome.state = afterBoth(CartridgeState::Switched, backup.outcome.state);
     code = tellBackup(backup, reporter);
     if (code == ExitCode::Done)
         code = checkFlashBackup(options, backup.bytes, chip, reporter);

@@ -31,7 +31,7 @@ QByteArray contentOf(const QByteArray &bytes, const BackupPlan &plan)
 void fail(Trouble trouble, const QString &detail, Outcome *outcome)
 {
     outcome->trouble = trouble;
-    outcome->state = CartridgeState::NotWritten;
+    outcome->state = unwritten(outcome->state);
     outcome->detail = detail;
 }
 

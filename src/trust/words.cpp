@@ -13,10 +13,15 @@ QString stateText(CartridgeState state)
         return QStringLiteral("The cartridge was only looked at.");
     case CartridgeState::OnlyRead:
         return QStringLiteral("The cartridge was only read.");
+    case CartridgeState::Switched:
+        return QStringLiteral("The cartridge was read, which also writes to its bus.");
     case CartridgeState::NotRead:
         return QStringLiteral("Nothing was read.");
     case CartridgeState::NotWritten:
         return QStringLiteral("Nothing was written; the cartridge is as it was.");
+    case CartridgeState::NotBegun:
+        return QStringLiteral("The write was not begun; the cartridge was read, which also writes "
+                              "to its bus.");
     case CartridgeState::PartlyWritten:
         return QStringLiteral("The cartridge may be partly written.");
     case CartridgeState::PartlyErased:
@@ -270,7 +275,7 @@ QString troubleText(const Outcome &outcome)
     case Trouble::JobFailed:
         return jobFailureText(outcome.job.end, outcome.detail);
     case Trouble::Stopped:
-        return outcome.state == CartridgeState::NotWritten
+        return isUnwritten(outcome.state)
                    ? QStringLiteral("Asked to stop before the write.")
                    : QStringLiteral(
                          "Asked to stop before two reads were compared. What was read is not "

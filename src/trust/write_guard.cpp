@@ -12,6 +12,7 @@ WriteGuard refuse(GuardFault fault)
 {
     WriteGuard guard;
     guard.fault = fault;
+    guard.outcome.state = CartridgeState::NotWritten;
     return guard;
 }
 
@@ -19,7 +20,7 @@ WriteGuard refuse(const Outcome &outcome)
 {
     WriteGuard guard = refuse(GuardFault::Trouble);
     guard.outcome = outcome;
-    guard.outcome.state = CartridgeState::NotWritten;
+    guard.outcome.state = unwritten(outcome.state);
     return guard;
 }
 
@@ -106,8 +107,8 @@ WriteGuard checkFlash(const WantedWrite &write, int fileBytes, const FlashLimit 
     return {};
 }
 
-WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
-                      TrustListener &listener)
+WriteGuard guardProbedFlash(const WantedWrite &write, const CartridgeReport &report,
+                            const ProbedChip &probed, TrustListener &listener)
 {
     Outcome unread;
     QByteArray file;
@@ -117,7 +118,6 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
         return refuse(unread);
     }
     const FlashLimit *limit = flashLimitOf(valuesOf(write));
-    const ProbedChip probed = probeFlashChipTwice();
     const WriteGuard checked = checkFlash(write, file.size(), limit, probed);
     if (checked.fault != GuardFault::None)
         return checked;
@@ -137,6 +137,20 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
         guard = refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(backup.bytes),
                             backup.bytes.size());
         guard.backup = backup;
+    }
+    return guard;
+}
+
+// The question to the chip is written to the bus.
+WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
+                      TrustListener &listener)
+{
+    const ProbedChip probed = probeFlashChipTwice();
+    WriteGuard guard = guardProbedFlash(write, report, probed, listener);
+    if (probed.end != ProbeEnd::NotAsked) {
+        guard.outcome.state = afterBoth(CartridgeState::Switched, guard.outcome.state);
+        guard.backup.outcome.state =
+            afterBoth(CartridgeState::Switched, guard.backup.outcome.state);
     }
     return guard;
 }

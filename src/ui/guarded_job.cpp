@@ -129,7 +129,7 @@ void GuardedJob::startUnlessRefused()
     if (isWrite && m_guard.fault == GuardFault::None && m_thread->isStopRequested()) {
         m_guard.fault = GuardFault::Trouble;
         m_guard.outcome.trouble = Trouble::Stopped;
-        m_guard.outcome.state = CartridgeState::NotWritten;
+        m_guard.outcome.state = unwritten(m_guard.backup.outcome.state);
     }
     if (m_guard.fault == GuardFault::None)
         startWorker();
@@ -179,6 +179,7 @@ void GuardedJob::onWorkerEnd()
         return;
     m_finished.job = m_tab->worker->job(); // a flash job has taken its size from the file
     m_finished.result = m_tab->worker->result();
+    m_finished.before = m_guard.backup.outcome.state;
     const bool isWrite = isWriteJob(m_finished.job.operate);
     const bool compares = m_tab->worker->verify;
     const bool readsAgain = readsUnknownTwice;
@@ -218,11 +219,8 @@ void GuardedJob::readAgain()
 {
     m_guard = WriteGuard();
     m_oldFile.clear();
-    runTask(
-        [this](TrustListener &listener) {
-            m_judged = compareAgain(m_lastRead.job, m_lastRead.path, listener);
-        },
-        [this] { tell(judgementEntries(m_judged, {})); });
+    runTask([this](TrustListener &listener) { m_judged = compareAgain(m_lastRead, listener); },
+            [this] { tell(judgementEntries(m_judged, {})); });
 }
 
 void GuardedJob::noteReport(const CartridgeReport &report)

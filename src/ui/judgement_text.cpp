@@ -211,9 +211,7 @@ QStringList refusalEntries(const WriteGuard &guard)
     const bool isRead =
         guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
     const QString &kept = guard.backup.path;
-    const CartridgeState unwritten =
-        kept.isEmpty() || isStopped ? CartridgeState::NotWritten : CartridgeState::OnlyRead;
-    const CartridgeState state = isRead ? CartridgeState::NotRead : unwritten;
+    const CartridgeState state = isRead ? CartridgeState::NotRead : guard.outcome.state;
     QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))

@@ -82,7 +82,7 @@ private slots:
         PhaseRecorder listener;
         const Outcome outcome = findLargerSave(writing(kSaveFlash, kSmall), listener);
         QCOMPARE(outcome.trouble, Trouble::SaveIsLarger);
-        QCOMPARE(outcome.state, CartridgeState::OnlyRead);
+        QCOMPARE(outcome.state, CartridgeState::Switched);
         QCOMPARE(listener.phases, (QStringList{"compare 131072", "end"}));
     }
 
