@@ -78,6 +78,8 @@ QString reasonText(const Reason &reason)
         return QStringLiteral("reads differ in ") + reason.blocks;
     case ReasonKind::ChecksumsRight:
         return QStringLiteral("logo, header checksum and checksum over the whole ROM are right");
+    case ReasonKind::OrderNotSeen:
+        return QStringLiteral("the checksum is a sum and does not see swapped banks");
     case ReasonKind::EqualReads:
         return QStringLiteral("%1 equal reads").arg(reason.number);
     case ReasonKind::SaveIsBlank:

@@ -21,7 +21,8 @@ QVector<CliCase> readCases()
 {
     QVector<CliCase> rows;
     const QString consistent = "consistent: logo, header checksum and checksum over the whole ROM "
-                               "are right; 2 equal reads; not a known dump\n";
+                               "are right; 2 equal reads; not a known dump; the checksum is a sum "
+                               "and does not see swapped banks\n";
     const auto done = [&](const QString &name, const QString &words, const QString &reader,
                           const Files &files, const QByteArray &read, const Texts &answer = {},
                           const Texts &problem = {}) {

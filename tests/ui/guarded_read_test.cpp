@@ -152,7 +152,7 @@ void GuardedReadTest::readIsJudged_data()
     add("not known, read once", dumpOf(gbGame()), "unverified: not a known dump; read only once");
     add("not known, read twice", twice(dumpOf(gbGame())),
         "consistent: logo, header checksum and checksum over the whole ROM are right; 2 equal "
-        "reads; not a known dump");
+        "reads; not a known dump; the checksum is a sum and does not see swapped banks");
     add("flaky bank", twice(dumpOf(gbGame(), 3)), "unstable: reads differ in bank 3 of 4");
     add("empty slot", ReadCase(), "suspicious: all bytes are equal: an empty slot or no contact");
     add("twice the size", withRomSize(dumpOf(gbGame()), 128 * kKiB),
