@@ -103,7 +103,8 @@ public:
         : m_reporter(reporter), m_listener(reporter), m_backup(report, plan, m_listener)
     {
         const CartridgeValues &values = m_backup.values();
-        tellValues({ExitCode::Done, values, values, report, m_backup.title()}, {}, reporter);
+        tellValues({ExitCode::Done, values, values, values, report, m_backup.title()}, {},
+                   reporter);
     }
 
     DoneCartridge run()

@@ -67,7 +67,7 @@ QString wayOut(const Outcome &outcome)
     switch (outcome.trouble) {
     case Trouble::SaveIsBlank:
         return QStringLiteral(" See that --save-type and --ram-size are right; if the save "
-                              "is empty, give --force.");
+                              "is empty, give --ignore-blank.");
     case Trouble::SaveIsLarger:
         return QStringLiteral(" Give --ram-size 128K.");
     case Trouble::NoFolder:

@@ -15,32 +15,26 @@
 #include "trust/save_check.h"
 #include "trust/words.h"
 
-#include <QFileInfo>
-
 namespace
 {
 
-// The mapper whose script the job runs, as an option's value; empty for a GBA job.
-QString mapperOf(const CartridgeJob &job)
+// As an option's value; empty for a GBA job.
+QString mapperLabel(const CartridgeJob &job)
 {
-    const QString script = QFileInfo(job.scriptPath).fileName();
-    for (const MapperRow &row : kMappers) {
-        if (script == QLatin1String(row.script))
-            return labelOf(kMappers, row.value);
-    }
-    return QString();
+    const std::optional<int> mapper = mapperOf(job);
+    return mapper ? labelOf(kMappers, *mapper) : QString();
 }
 
 QString optionsOf(const CartridgeJob &job)
 {
     if (isGbaJob(job.operate))
-        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --force")
+        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --ignore-blank")
             .arg(labelOf(kGbaSaveTypes, job.saveType))
             .arg(job.ramSize);
-    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperOf(job);
+    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperLabel(job);
     return isFlashJob(job.operate)
                ? mapper + QStringLiteral(" --no-backup")
-               : mapper + QStringLiteral(" --ram-size %1 --force").arg(job.ramSize);
+               : mapper + QStringLiteral(" --ram-size %1 --ignore-blank").arg(job.ramSize);
 }
 
 // What the user can do with the backup. All is said, because the header may be gone or another's,
@@ -158,28 +152,15 @@ ExitCode takeSaveFile(const CliOptions &options, int saveSize, Reporter &reporte
     const QString sizes =
         QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
             .arg(options.path, QString::number(bytes->size()), QString::number(saveSize));
-    if (options.forces && !bytes->isEmpty()) {
-        reporter.log(sizes + QStringLiteral(" Only what fits is written (--force)."));
+    if (options.ignoresSize && !bytes->isEmpty()) {
+        reporter.log(sizes + QStringLiteral(" Only what fits is written (--ignore-size)."));
         return ExitCode::Done;
     }
     return tellProblem(
         ExitCode::Refused,
         sizes + QStringLiteral(" It is not a save of this game, or --ram-size or --save-type is "
-                               "wrong. --force writes what fits."),
+                               "wrong. --ignore-size writes what fits."),
         stateAfterLook(options), reporter);
-}
-
-ExitCode refuseContradiction(const CliOptions &options, const CartridgeLook &look,
-                             Reporter &reporter)
-{
-    if (options.forces || !contradictsSave(options.values, look.found))
-        return ExitCode::Done;
-    return tellProblem(
-        ExitCode::Refused,
-        QStringLiteral("The cartridge says something else of its save than --ram-size or "
-                       "--save-type, see above. Leave the options out, or give --force if you "
-                       "know better."),
-        CartridgeState::LookedAt, reporter);
 }
 
 // What the cartridge holds, as far as it is needed: all of it for a backup; without one the part
@@ -191,7 +172,8 @@ KeptBackup backUpSave(const CliOptions &options, const CartridgeLook &look, cons
     const CartridgeJob readJob = saveReadingJob(job);
     if (!options.makesBackup)
         return fileSize < job.ramSize ? readTwice(readJob, listener) : KeptBackup();
-    return keepSaveBackup({readJob, options.backupFolder, look.title, options.forces, false}, job,
+    const bool acceptsBlank = options.ignoresBlank || isNamedSave(look.values, look.named);
+    return keepSaveBackup({readJob, options.backupFolder, look.title, acceptsBlank, false}, job,
                           listener);
 }
 
@@ -206,9 +188,12 @@ ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, CartridgeSta
         text += QStringLiteral(" If yours is wired otherwise, give --mapper.");
     else if (fault == FlashFault::BackupTooSmall)
         text += QStringLiteral(" Leave --rom-size out, see that --mapper is the board's, or give "
-                               "--force if you know the chip.");
+                               "--ignore-contradiction if you know the chip.");
     else if (fault == FlashFault::BackupRepeats)
-        text += QStringLiteral(" Give the --mapper of the board, or --force if you know the chip.");
+        text += QStringLiteral(" Give the --mapper of the board, or --ignore-contradiction if you "
+                               "know the chip.");
+    else if (fault == FlashFault::BeyondChip)
+        text += QStringLiteral(" If the chip is larger than it says, give --ignore-size.");
     return tellProblem(ExitCode::Refused, text, state, reporter);
 }
 
@@ -258,12 +243,11 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
 ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChipAnswer &chip,
                          int backupBytes, int bytesToKeep, Reporter &reporter)
 {
-    if (options.forces)
-        return ExitCode::Done;
-    if (flashChipFault(fileSize, chip) != FlashFault::None)
+    if (!options.ignoresSize && flashChipFault(fileSize, chip) != FlashFault::None)
         return refuseFlash(FlashFault::BeyondChip, fileSize, static_cast<int>(chip.sizeBytes),
                            CartridgeState::NotBegun, reporter);
-    return options.makesBackup && flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
+    return !options.ignoresContradiction && options.makesBackup &&
+                   flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
                ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep,
                              CartridgeState::NotBegun, reporter)
                : ExitCode::Done;
@@ -273,7 +257,7 @@ ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChi
 ExitCode checkFlashBackup(const CliOptions &options, const QByteArray &backup,
                           const FlashChipAnswer &chip, Reporter &reporter)
 {
-    if (options.forces || flashContentFault(backup, chip) == FlashFault::None)
+    if (options.ignoresContradiction || flashContentFault(backup, chip) == FlashFault::None)
         return ExitCode::Done;
     const QByteArray content = backup.left(static_cast<int>(chip.sizeBytes));
     return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(content), content.size(),
@@ -327,10 +311,10 @@ ExitCode runWriteRam(const CliOptions &options, Reporter &reporter)
     ExitCode code = makeLookedAtJob(options, CartridgeTask::WriteSave, look, reporter, &job);
     if (code == ExitCode::Done)
         code = takeSaveFile(options, job.ramSize, reporter, &file);
-    if (code == ExitCode::Done)
-        code = refuseContradiction(options, look, reporter);
     if (code != ExitCode::Done)
         return code;
+    if (isBlankSave(file))
+        reporter.log(blankFileText(options.path));
     const KeptBackup backup = backUpSave(options, look, job, file.size(), reporter);
     code = tellBackup(backup, reporter);
     if (code != ExitCode::Done)

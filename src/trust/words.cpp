@@ -128,6 +128,35 @@ QString dangerText(Danger danger)
     return QString();
 }
 
+QString contradictionText(Contradiction contradiction)
+{
+    switch (contradiction) {
+    case Contradiction::None:
+        break;
+    case Contradiction::Mapper:
+        return QStringLiteral(
+            "The header names another mapper than was chosen; what is meant for one "
+            "mapper can destroy what another keeps.");
+    case Contradiction::SaveType:
+        return QStringLiteral(
+            "The game table names another kind of save memory than was chosen; the "
+            "wrong commands can destroy what a read with them does not show.");
+    case Contradiction::SaveSize:
+        return QStringLiteral(
+            "The cartridge names another size of its save memory than was chosen; the "
+            "write would leave out a part of it or go over another.");
+    }
+    return QString();
+}
+
+QString blankFileText(const QString &path)
+{
+    return QStringLiteral(
+               "Warning: all bytes of %1 are equal. So looks an empty save, but also one "
+               "that was read with bad contacts or the wrong settings.")
+        .arg(path);
+}
+
 QString doubtText(Doubt doubt)
 {
     switch (doubt) {

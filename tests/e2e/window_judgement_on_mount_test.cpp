@@ -46,8 +46,10 @@ private slots:
     void emptySlotIsNotFlashed()
     {
         start(QString(), {}, {});
-        expect(WindowButton::Flash, "Get ROM File.", m_files.addImage(kMbc5, 64 * kKibi, 0, 3),
-               "\nrefused: Nothing was written; the cartridge is as it was.");
+        expect(
+            WindowButton::Flash, "Get ROM File.", m_files.addImage(kMbc5, 64 * kKibi, 0, 3),
+            "\nrefused: The write was not begun; the cartridge was read, which also writes to its "
+            "bus.");
     }
 
     void gameLargerThanTheChipIsNotFlashed()
