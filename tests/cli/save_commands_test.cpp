@@ -54,6 +54,7 @@ private slots:
     void contradictionIsRefused();
     void readMayTakeAnotherSize();
     void ignoredContradictionGoesOn();
+    void textClaimsNoMoreThanIsKnown();
     void blankFileEarnsAWarning_data();
     void blankFileEarnsAWarning();
     void largerFlashChipIsNotErased();
@@ -288,6 +289,27 @@ void SaveCommandsTest::ignoredContradictionGoesOn()
     const BenchRun run = runOnBench(bench);
     QVERIFY2(run.code == ExitCode::Done, qPrintable(run.told));
     QCOMPARE(run.file, run.wanted);
+}
+
+// RAM without a gate, which the TAMA5's script writes over while it reads. The backup shows it, and
+// nobody may say that the cartridge is as it was.
+void SaveCommandsTest::textClaimsNoMoreThanIsKnown()
+{
+    BenchCase bench = gbSave(0x09, kSaveBytes);
+    bench.cartridge.romSize = 32 * 1024;
+    bench.values.mapper = 6;
+    const BenchRun refused = runOnBench(bench);
+    QCOMPARE(refused.code, ExitCode::Refused);
+    QCOMPARE(refused.found, refused.old);
+    bench.ignoresContradiction = true;
+    const BenchRun run = runOnBench(bench);
+    QCOMPARE(run.code, ExitCode::DataMismatch);
+    QVERIFY(run.found != run.old);
+    QVERIFY2(run.told.contains("The write was not begun; the cartridge was read, which also writes "
+                               "to its bus."),
+             qPrintable(run.told));
+    QVERIFY2(!run.told.contains("as it was") && !run.told.contains("only read"),
+             qPrintable(run.told));
 }
 
 void SaveCommandsTest::blankFileEarnsAWarning_data()
