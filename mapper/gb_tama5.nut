@@ -10,6 +10,8 @@
 //   0x4000  RAM bank, 2 bits
 // While it shows the light, what is meant for a TAMA5 misses the RAM and only switches the light,
 // by bit 0.
+// On any other board the value 0x0E closes the gate. It is written last before 0xA000 and 0xA001,
+// because 0x2000 is a second place of an MBC2's gate. RAM without a gate loses its first two bytes.
 // Source: Pan Docs, "HuC1"; research on TAMA5 in the gbdev forum.
 
 dofile(getstackinfos(1).src.slice(0, -"gb_tama5.nut".len()) + "common.nut");
@@ -24,7 +26,7 @@ SAVE_SIZES <- [0x2000, 0x8000];
 // Both mappers' ROM bank; RAM out of reach, RAM bank 0, light off.
 function select_rom(dev, bank)
 {
-    cpu_write(dev, 0x0000, 0x0E, 0x4000, 0, 0x2000, bank,
+    cpu_write(dev, 0x2000, bank, 0x4000, 0, 0x0000, 0x0E,
         0xA001, 0, 0xA000, bank & 15, 0xA001, 1, 0xA000, bank >> 4, 0xA001, 0);
 }
 

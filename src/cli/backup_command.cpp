@@ -103,7 +103,8 @@ public:
         : m_reporter(reporter), m_listener(reporter), m_backup(report, plan, m_listener)
     {
         const CartridgeValues &values = m_backup.values();
-        tellValues({ExitCode::Done, values, values, report, m_backup.title()}, {}, reporter);
+        tellValues({ExitCode::Done, values, values, values, report, m_backup.title()}, {},
+                   reporter);
     }
 
     DoneCartridge run()
@@ -111,12 +112,16 @@ public:
         const BackedUpMemory &rom = m_backup.backUpRom();
         const QString romAdvice = tell(rom, &m_done.rom);
         QString saveAdvice;
-        if (!isStopped())
-            saveAdvice = tell(m_backup.backUpSave(), &m_done.save);
+        CartridgeState state = rom.outcome.state;
+        if (!isStopped()) {
+            const BackedUpMemory &save = m_backup.backUpSave();
+            saveAdvice = tell(save, &m_done.save);
+            state = afterBoth(state, save.outcome.state);
+        }
         m_done.title = m_backup.title();
         m_done.isNew = m_backup.isNew();
         if (m_done.code == ExitCode::Cancelled)
-            tellWhatIsKept(rom);
+            tellWhatIsKept(rom.path, state);
         else
             note(tellTrouble(m_backup.writeReport(romAdvice, saveAdvice), m_reporter));
         return m_done;
@@ -150,14 +155,15 @@ private:
         return m_done.code == ExitCode::Cancelled;
     }
 
-    void tellWhatIsKept(const BackedUpMemory &rom)
+    // `state`: what the reads left.
+    void tellWhatIsKept(const QString &romPath, CartridgeState state)
     {
         tellProblem(ExitCode::Cancelled,
-                    rom.path.isEmpty()
+                    romPath.isEmpty()
                         ? QStringLiteral("Asked to stop; nothing of it was kept.")
                         : QStringLiteral("Asked to stop; its ROM is in %1, its save was not kept.")
-                              .arg(rom.path),
-                    CartridgeState::OnlyRead, m_reporter);
+                              .arg(romPath),
+                    isOnlyRead(state) ? state : CartridgeState::LookedAt, m_reporter);
     }
 
     Reporter &m_reporter;

@@ -80,6 +80,17 @@ bool hasNoSave(CartridgeTask task, const CartridgeLook &look)
     return wantsSave && !look.values.ramSize && look.report.outcome == ReportOutcome::GbCartridge;
 }
 
+// The option that contradicts, and the way out.
+QString contradictionLine(Contradiction contradiction)
+{
+    const OptionRow &option = contradiction == Contradiction::Mapper     ? kMapperOption
+                              : contradiction == Contradiction::SaveType ? kSaveTypeOption
+                                                                         : kRamSizeOption;
+    return contradictionText(contradiction) +
+           QStringLiteral(" Leave --%1 out, or give --%2 if you know better.")
+               .arg(QLatin1String(option.name), QLatin1String(kIgnoreContradictionOption.name));
+}
+
 // What the user can do about a doubt.
 QString doubtLine(Doubt doubt)
 {
@@ -110,6 +121,17 @@ QString silenceOf(const CartridgeLook &look)
                ? QStringLiteral("No cartridge was recognised: push it in again, clean its "
                                 "contacts, or say what it is.\n")
                : QString();
+}
+
+// Whether the user contradicts the cartridge in what matters for the task.
+ExitCode refuseContradiction(const CliOptions &options, CartridgeTask task,
+                             const CartridgeLook &look, Reporter &reporter)
+{
+    const Contradiction contradiction = contradictionOf(task, options.values, look.named);
+    if (contradiction == Contradiction::None || options.ignoresContradiction)
+        return ExitCode::Done;
+    return tellProblem(ExitCode::Refused, contradictionLine(contradiction),
+                       CartridgeState::LookedAt, reporter);
 }
 
 } // namespace
@@ -156,6 +178,7 @@ CartridgeLook lookAtCartridge(const CliOptions &options, CartridgeTask task, Rep
             return look;
         }
         look.found = valuesFound(look.report);
+        look.named = valuesNamed(look.report);
         look.title = titleOf(look.report);
     }
     if (contradicts(options.values, look.found))
@@ -179,7 +202,7 @@ ExitCode makeLookedAtJob(const CliOptions &options, CartridgeTask task, const Ca
 {
     const MissingValue missing = makeJob(task, look.values, job);
     if (missing == MissingValue::None)
-        return ExitCode::Done;
+        return refuseContradiction(options, task, look, reporter);
     const CartridgeState state =
         options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
     if (hasNoSave(task, look))

@@ -14,6 +14,7 @@ struct CartridgeLook {
     ExitCode code = ExitCode::Done;
     CartridgeValues values; // the user's, completed by what was found
     CartridgeValues found;  // the cartridge's alone
+    CartridgeValues named;  // those of them that are not merely assumed
     CartridgeReport report; // empty if the cartridge was not looked at
     QString title;          // of the header or the game table; empty if unknown
 };
@@ -25,7 +26,7 @@ CartridgeLook lookAtCartridge(const CliOptions &options, CartridgeTask task, Rep
 
 // Makes the job of a task. What is missing is told.
 // Returns: Done; NotRecognised if the cartridge should have told it; Usage if it was not looked at;
-// Refused if there is no such memory in the cartridge.
+// Refused if there is no such memory in the cartridge, or if the user contradicts it.
 ExitCode makeLookedAtJob(const CliOptions &options, CartridgeTask task, const CartridgeLook &look,
                          Reporter &reporter, CartridgeJob *job);
 

@@ -65,6 +65,17 @@ QString typedOption(const QStringList &arguments, const QString &name)
     return QStringLiteral("--") + name;
 }
 
+QString retiredForce()
+{
+    QString text = QStringLiteral("There is no option --%1 any more: it dropped three checks at "
+                                  "once. Give the one that is meant:")
+                       .arg(QLatin1String(kRetiredForceOption));
+    for (const OptionRow *row : kIgnoringOptions)
+        text += QStringLiteral("\n  --%1: %2")
+                    .arg(QLatin1String(row->name), QLatin1String(row->description));
+    return text;
+}
+
 QString unknownOption(const CommandRow *command, const QString &typed)
 {
     const QString subject = command == nullptr
@@ -120,6 +131,8 @@ CliOptions parseCliOptions(const QStringList &arguments)
     if (!words.isEmpty() && command == nullptr)
         return refusal(nullptr, missingCommand(words));
     const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.contains(QLatin1String(kRetiredForceOption)))
+        return refusal(command, retiredForce());
     if (!unknown.isEmpty())
         return refusal(command, unknownOption(command, typedOption(arguments, unknown[0])));
     if (!isParsed)

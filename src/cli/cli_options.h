@@ -32,13 +32,15 @@ struct CliOptions {
     char driveLetter = 0;   // the only drive to look at, 'A' to 'Z'; 0: all
     bool asJson = false;    // never together with isQuiet
     bool isQuiet = false;
-    bool isQuick = false;    // Info: without what needs the whole ROM
-    bool looks = true;       // the cartridge is looked at first; false: `values` are complete
-    int reads = 0;           // how often to read, 1 to 9; 0: the command's default
-    bool verifies = true;    // false: one read, compared with nothing
-    QStringList datFiles;    // the user's own tables of known dumps
-    bool overwrites = false; // an existing FILE is replaced
-    bool forces = false;     // a FILE of the wrong size is written
+    bool isQuick = false;     // Info: without what needs the whole ROM
+    bool looks = true;        // the cartridge is looked at first; false: `values` are complete
+    int reads = 0;            // how often to read, 1 to 9; 0: the command's default
+    bool verifies = true;     // false: one read, compared with nothing
+    QStringList datFiles;     // the user's own tables of known dumps
+    bool overwrites = false;  // an existing FILE is replaced
+    bool ignoresSize = false; // a FILE of the wrong size is written
+    bool ignoresContradiction = false; // `values` win over what the cartridge names
+    bool ignoresBlank = false; // a save of equal bytes is replaced, whoever named its memory
     bool makesBackup = true;
     QString backupFolder; // empty: the default one
     int count = 0;        // Backup: end after so many cartridges; 0: never

@@ -119,11 +119,13 @@ struct OptionReader {
         options.looks = !isSet(kNoAutoOption);
         options.verifies = !isSet(kNoVerifyOption);
         options.overwrites = isSet(kOverwriteOption);
-        options.forces = isSet(kForceOption);
+        options.ignoresSize = isSet(kIgnoreSizeOption);
+        options.ignoresContradiction = isSet(kIgnoreContradictionOption);
+        options.ignoresBlank = isSet(kIgnoreBlankOption);
         options.makesBackup = !isSet(kNoBackupOption);
     }
 
-    // A value left out would take the option behind it: "--backup --force" is no folder.
+    // A value left out would take the option behind it: "--backup --json" is no folder.
     bool checkNamesOnDisk()
     {
         for (const OptionRow *row : command.options) {

@@ -79,8 +79,19 @@ inline constexpr OptionRow kBackupOption = {
 inline constexpr OptionRow kNoBackupOption = {
     "no-backup", ValueKind::None, "Write without a backup: what is in the cartridge is lost.",
     nullptr, "backup"};
-inline constexpr OptionRow kForceOption = {"force", ValueKind::None,
-                                           "Write a file whose size does not fit the cartridge."};
+inline constexpr OptionRow kIgnoreSizeOption = {
+    "ignore-size", ValueKind::None, "Write a file whose size does not fit the cartridge."};
+inline constexpr OptionRow kIgnoreContradictionOption = {
+    "ignore-contradiction", ValueKind::None,
+    "Go on although the cartridge contradicts the mapper, type or size that is given."};
+inline constexpr OptionRow kIgnoreBlankOption = {
+    "ignore-blank", ValueKind::None,
+    "Replace a save whose bytes are all equal, although the cartridge does not name its save "
+    "memory."};
+// What a retired option is told to have become; such an option dropped all three checks at once.
+inline constexpr char kRetiredForceOption[] = "force";
+inline constexpr const OptionRow *kIgnoringOptions[] = {
+    &kIgnoreSizeOption, &kIgnoreContradictionOption, &kIgnoreBlankOption};
 inline constexpr OptionRow kCountOption = {"count", ValueKind::Number, "End after N cartridges.",
                                            "go on until Ctrl-C"};
 

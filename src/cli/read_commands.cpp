@@ -103,7 +103,7 @@ private:
         const CartridgeState before =
             m_options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
         fail(ExitCode::Cancelled, QStringLiteral("Asked to stop; no file was made."),
-             m_read.reads == 0 ? before : CartridgeState::OnlyRead);
+             m_read.reads == 0 ? before : m_read.outcome.state);
         return true;
     }
 

@@ -67,14 +67,13 @@ QString wayOut(const Outcome &outcome)
     switch (outcome.trouble) {
     case Trouble::SaveIsBlank:
         return QStringLiteral(" See that --save-type and --ram-size are right; if the save "
-                              "is empty, give --force.");
+                              "is empty, give --ignore-blank.");
     case Trouble::SaveIsLarger:
         return QStringLiteral(" Give --ram-size 128K.");
     case Trouble::NoFolder:
         return QStringLiteral(" Name another with --backup.");
     case Trouble::JobFailed:
-        return exitCodeOf(outcome) == ExitCode::TransferFailed &&
-                       outcome.state == CartridgeState::OnlyRead
+        return exitCodeOf(outcome) == ExitCode::TransferFailed && isOnlyRead(outcome.state)
                    ? QStringLiteral(" Check plug and contacts and try again.")
                    : QString();
     default:
@@ -87,9 +86,8 @@ QString jobAdvice(const Outcome &outcome)
     const ExitCode code = exitCodeOf(outcome);
     if (code == ExitCode::NoReader || code == ExitCode::NoAnswer)
         return readerAdvice(code) + QStringLiteral(" This step sent nothing to the cartridge.") +
-               (outcome.state == CartridgeState::NotWritten
-                    ? QLatin1Char(' ') + stateText(outcome.state)
-                    : QString());
+               (isUnwritten(outcome.state) ? QLatin1Char(' ') + stateText(outcome.state)
+                                           : QString());
     return (troubleText(outcome) + QLatin1Char(' ') + stateText(outcome.state) + wayOut(outcome))
         .trimmed();
 }

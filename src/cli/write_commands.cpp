@@ -15,32 +15,26 @@
 #include "trust/save_check.h"
 #include "trust/words.h"
 
-#include <QFileInfo>
-
 namespace
 {
 
-// The mapper whose script the job runs, as an option's value; empty for a GBA job.
-QString mapperOf(const CartridgeJob &job)
+// As an option's value; empty for a GBA job.
+QString mapperLabel(const CartridgeJob &job)
 {
-    const QString script = QFileInfo(job.scriptPath).fileName();
-    for (const MapperRow &row : kMappers) {
-        if (script == QLatin1String(row.script))
-            return labelOf(kMappers, row.value);
-    }
-    return QString();
+    const std::optional<int> mapper = mapperOf(job);
+    return mapper ? labelOf(kMappers, *mapper) : QString();
 }
 
 QString optionsOf(const CartridgeJob &job)
 {
     if (isGbaJob(job.operate))
-        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --force")
+        return QStringLiteral("--system gba --save-type %1 --ram-size %2 --ignore-blank")
             .arg(labelOf(kGbaSaveTypes, job.saveType))
             .arg(job.ramSize);
-    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperOf(job);
+    const QString mapper = QStringLiteral("--system gb --mapper ") + mapperLabel(job);
     return isFlashJob(job.operate)
                ? mapper + QStringLiteral(" --no-backup")
-               : mapper + QStringLiteral(" --ram-size %1 --force").arg(job.ramSize);
+               : mapper + QStringLiteral(" --ram-size %1 --ignore-blank").arg(job.ramSize);
 }
 
 // What the user can do with the backup. All is said, because the header may be gone or another's,
@@ -73,7 +67,7 @@ void tellFailedWrite(const CheckedWrite &write, const CartridgeJob &job, const K
     case Trouble::JobFailed:
         tellTrouble(write.outcome, reporter);
         // After a refusal, which comes before the first byte, the backup was for nothing.
-        if (write.outcome.state != CartridgeState::NotWritten)
+        if (!isUnwritten(write.outcome.state))
             reporter.problem(QStringLiteral("The write did not come to its end. ") +
                              wayBack(job, backup));
         break;
@@ -120,7 +114,8 @@ ExitCode writeContent(const CartridgeJob &writeJob, const CartridgeJob &readJob,
                       Reporter &reporter)
 {
     WriteListener listener(reporter, path);
-    const CheckedWrite write = writeAndCheck(writeJob, readJob, content, listener);
+    const CheckedWrite write =
+        writeAndCheck(writeJob, readJob, content, backup.outcome.state, listener);
     if (write.outcome.isDone())
         tellWritten(content.size(), backup, reporter);
     else
@@ -157,28 +152,15 @@ ExitCode takeSaveFile(const CliOptions &options, int saveSize, Reporter &reporte
     const QString sizes =
         QStringLiteral("%1 has %2 bytes, the save of the cartridge has %3.")
             .arg(options.path, QString::number(bytes->size()), QString::number(saveSize));
-    if (options.forces && !bytes->isEmpty()) {
-        reporter.log(sizes + QStringLiteral(" Only what fits is written (--force)."));
+    if (options.ignoresSize && !bytes->isEmpty()) {
+        reporter.log(sizes + QStringLiteral(" Only what fits is written (--ignore-size)."));
         return ExitCode::Done;
     }
     return tellProblem(
         ExitCode::Refused,
         sizes + QStringLiteral(" It is not a save of this game, or --ram-size or --save-type is "
-                               "wrong. --force writes what fits."),
+                               "wrong. --ignore-size writes what fits."),
         stateAfterLook(options), reporter);
-}
-
-ExitCode refuseContradiction(const CliOptions &options, const CartridgeLook &look,
-                             Reporter &reporter)
-{
-    if (options.forces || !contradictsSave(options.values, look.found))
-        return ExitCode::Done;
-    return tellProblem(
-        ExitCode::Refused,
-        QStringLiteral("The cartridge says something else of its save than --ram-size or "
-                       "--save-type, see above. Leave the options out, or give --force if you "
-                       "know better."),
-        CartridgeState::LookedAt, reporter);
 }
 
 // What the cartridge holds, as far as it is needed: all of it for a backup; without one the part
@@ -190,23 +172,29 @@ KeptBackup backUpSave(const CliOptions &options, const CartridgeLook &look, cons
     const CartridgeJob readJob = saveReadingJob(job);
     if (!options.makesBackup)
         return fileSize < job.ramSize ? readTwice(readJob, listener) : KeptBackup();
-    return keepSaveBackup({readJob, options.backupFolder, look.title, options.forces, false}, job,
+    const bool acceptsBlank = options.ignoresBlank || isNamedSave(look.values, look.named);
+    return keepSaveBackup({readJob, options.backupFolder, look.title, acceptsBlank, false}, job,
                           listener);
 }
 
 // --- flash ---------------------------------------------------------------------------------------
 
-ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, Reporter &reporter)
+// `state`: NotBegun once the chip was asked.
+ExitCode refuseFlash(FlashFault fault, int bytes, int allowedBytes, CartridgeState state,
+                     Reporter &reporter)
 {
     QString text = flashFaultText(fault, bytes, allowedBytes);
     if (fault == FlashFault::NoFlashChip)
         text += QStringLiteral(" If yours is wired otherwise, give --mapper.");
     else if (fault == FlashFault::BackupTooSmall)
         text += QStringLiteral(" Leave --rom-size out, see that --mapper is the board's, or give "
-                               "--force if you know the chip.");
+                               "--ignore-contradiction if you know the chip.");
     else if (fault == FlashFault::BackupRepeats)
-        text += QStringLiteral(" Give the --mapper of the board, or --force if you know the chip.");
-    return tellProblem(ExitCode::Refused, text, CartridgeState::NotWritten, reporter);
+        text += QStringLiteral(" Give the --mapper of the board, or --ignore-contradiction if you "
+                               "know the chip.");
+    else if (fault == FlashFault::BeyondChip)
+        text += QStringLiteral(" If the chip is larger than it says, give --ignore-size.");
+    return tellProblem(ExitCode::Refused, text, state, reporter);
 }
 
 // Whether this file can be flashed through this mapper.
@@ -218,10 +206,11 @@ ExitCode checkFlashFile(const QByteArray &file, const CartridgeValues &values, R
     case FlashFault::None:
         return ExitCode::Done;
     case FlashFault::ShortTail:
-        return refuseFlash(fault, file.size() % limit->bankBytes, kShortestFlashTail, reporter);
+        return refuseFlash(fault, file.size() % limit->bankBytes, kShortestFlashTail,
+                           CartridgeState::NotWritten, reporter);
     default:
         return refuseFlash(fault, file.size(), limit == nullptr ? 0 : limit->writtenBytes,
-                           reporter);
+                           CartridgeState::NotWritten, reporter);
     }
 }
 
@@ -236,7 +225,8 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
         failed.trouble =
             probed.end == ProbeEnd::Unclear ? Trouble::ChipIsUnclear : Trouble::JobFailed;
         failed.job.end = probed.fault;
-        failed.state = CartridgeState::NotWritten;
+        failed.state = probed.end == ProbeEnd::NotAsked ? CartridgeState::NotWritten
+                                                        : CartridgeState::NotBegun;
         return tellTrouble(failed, reporter);
     }
     reporter.log(chip->isWide ? QStringLiteral("Flash chip is 16bit width")
@@ -253,13 +243,13 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
 ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChipAnswer &chip,
                          int backupBytes, int bytesToKeep, Reporter &reporter)
 {
-    if (options.forces)
-        return ExitCode::Done;
-    if (flashChipFault(fileSize, chip) != FlashFault::None)
+    if (!options.ignoresSize && flashChipFault(fileSize, chip) != FlashFault::None)
         return refuseFlash(FlashFault::BeyondChip, fileSize, static_cast<int>(chip.sizeBytes),
-                           reporter);
-    return options.makesBackup && flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
-               ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep, reporter)
+                           CartridgeState::NotBegun, reporter);
+    return !options.ignoresContradiction && options.makesBackup &&
+                   flashBackupFault(backupBytes, bytesToKeep) != FlashFault::None
+               ? refuseFlash(FlashFault::BackupTooSmall, backupBytes, bytesToKeep,
+                             CartridgeState::NotBegun, reporter)
                : ExitCode::Done;
 }
 
@@ -267,11 +257,11 @@ ExitCode checkFlashSizes(const CliOptions &options, int fileSize, const FlashChi
 ExitCode checkFlashBackup(const CliOptions &options, const QByteArray &backup,
                           const FlashChipAnswer &chip, Reporter &reporter)
 {
-    if (options.forces || flashContentFault(backup, chip) == FlashFault::None)
+    if (options.ignoresContradiction || flashContentFault(backup, chip) == FlashFault::None)
         return ExitCode::Done;
     const QByteArray content = backup.left(static_cast<int>(chip.sizeBytes));
     return refuseFlash(FlashFault::BackupRepeats, repeatedBytesOf(content), content.size(),
-                       reporter);
+                       CartridgeState::NotBegun, reporter);
 }
 
 // `job` has been completed and its file checked.
@@ -294,6 +284,8 @@ ExitCode flash(const CliOptions &options, const CartridgeLook &look, CartridgeJo
         backup = keepBackup({romReadingJob(job, backupBytes), options.backupFolder, look.title,
                              false, chip.sizeBytes == 0},
                             listener);
+    // The question to the chip was written to the bus.
+    backup.outcome.state = afterBoth(CartridgeState::Switched, backup.outcome.state);
     code = tellBackup(backup, reporter);
     if (code == ExitCode::Done)
         code = checkFlashBackup(options, backup.bytes, chip, reporter);
@@ -319,10 +311,10 @@ ExitCode runWriteRam(const CliOptions &options, Reporter &reporter)
     ExitCode code = makeLookedAtJob(options, CartridgeTask::WriteSave, look, reporter, &job);
     if (code == ExitCode::Done)
         code = takeSaveFile(options, job.ramSize, reporter, &file);
-    if (code == ExitCode::Done)
-        code = refuseContradiction(options, look, reporter);
     if (code != ExitCode::Done)
         return code;
+    if (isBlankSave(file))
+        reporter.log(blankFileText(options.path));
     const KeptBackup backup = backUpSave(options, look, job, file.size(), reporter);
     code = tellBackup(backup, reporter);
     if (code != ExitCode::Done)

@@ -78,6 +78,7 @@ struct JobResult {
     int wantedBytes = 0;
     QString scriptError; // what the script or its compiler said; empty if neither said anything
     bool hasTouchedCartridge = false; // the script, or an erase, has used the bus
+    bool hasWrittenToBus = false;     // and not only for reads: a bank switch, a chip's command
     QString driveError;      // the last thing that the drive reported, in the system's words
     QString failedOperation; // what the first native that failed said, even if the script caught it
     QByteArray bytes; // of a job that reads: zeros where nothing arrived; empty without a buffer
@@ -102,7 +103,8 @@ struct RunningJob {
     JobListener &listener;
     unsigned char *data = nullptr;    // transfer buffer, not owned; see kTransferSlack
     int cursor = 0;                   // place in `data`, and bytes moved so far
-    bool hasTouchedCartridge = false; // a native, or an erase, has used the bus
+    bool hasTouchedCartridge = false; // as in JobResult
+    bool hasWrittenToBus = false;     // likewise
     QString scriptError;
     QString failedOperation; // as in JobResult
 };

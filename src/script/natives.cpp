@@ -84,6 +84,12 @@ SQInteger failOperation(HSQUIRRELVM v, const char *native, const QString &what)
     return sq_throwerror(v, message.toUtf8().constData());
 }
 
+// A read as EEPROM sends a request, and one as FLASH may select a bank. Of SRAM nothing is written.
+bool writesToRead(const CartridgeJob &job)
+{
+    return job.saveType != 0;
+}
+
 // What an operation answered, and whether the drive reported an error meanwhile: some operations
 // consist of several commands and answer the whole length whatever became of these.
 struct Answer {
@@ -161,6 +167,7 @@ SQInteger writeFromBuffer(HSQUIRRELVM v, DeviceOperation write, const Transfer &
     if (SQ_FAILED(checkBounds(v, transfer)))
         return SQ_ERROR;
     RunningJob *job = transfer.job;
+    ownerOf(v).hasWrittenToBus = true;
     const Answer answer = perform(
         v, [&] { return write(transfer.address, job->data + job->cursor, transfer.length); });
     if (SQ_FAILED(checkTaken(v, transfer.native, answer, transfer.length != 0)))
@@ -185,6 +192,7 @@ SQInteger nat_cpu_write(HSQUIRRELVM v)
             return SQ_ERROR;
         ++count;
     }
+    ownerOf(v).hasWrittenToBus = true;
     const Answer answer = perform(v, [&] { return deviceOps.gbWrite(addresses, values, count); });
     return checkTaken(v, "cpu_write", answer, true);
 }
@@ -213,6 +221,8 @@ SQInteger nat_ram_read(HSQUIRRELVM v)
     Transfer transfer;
     if (SQ_FAILED(getTransfer(v, "ram_read", &transfer)))
         return SQ_ERROR;
+    RunningJob &job = ownerOf(v);
+    job.hasWrittenToBus = job.hasWrittenToBus || writesToRead(job.job);
     return readToBuffer(v, deviceOps.saveRead, transfer, transfer.job->job.ramSize);
 }
 
@@ -238,6 +248,7 @@ SQInteger nat_ram_erase(HSQUIRRELVM v)
 {
     if (sq_gettop(v) < 1)
         return sq_throwerror(v, "argument number error");
+    ownerOf(v).hasWrittenToBus = true;
     return checkTaken(v, "ram_erase", perform(v, gbaSaveErase), true);
 }
 

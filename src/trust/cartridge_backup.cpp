@@ -218,8 +218,10 @@ void CartridgeBackup::keep(const Verdict &verdict, const QString &suffix, bool i
     memory->isThere = !memory->path.isEmpty();
     if (memory->isThere)
         return;
+    const CartridgeState state = memory->outcome.state;
     memory->outcome =
         writeNew(isDated, suffix + markOf(verdict.kind, isDated), memory->bytes, &memory->path);
+    memory->outcome.state = state;
     if (!memory->outcome.isDone())
         memory->end = MemoryEnd::NotWritten;
 }
@@ -236,7 +238,7 @@ Outcome CartridgeBackup::writeNew(bool isDated, const QString &suffix, const QBy
         *path = newPath;
     } else {
         outcome.trouble = Trouble::NoFile;
-        outcome.state = CartridgeState::OnlyRead;
+        outcome.state = afterBoth(m_record.rom.outcome.state, m_record.save.outcome.state);
         outcome.file = file.trouble();
     }
     return outcome;

@@ -3,6 +3,7 @@
 #include "cart/setting_tables.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -91,6 +92,16 @@ CartridgeJob romReadingJob(const CartridgeJob &flashJob, int bytes)
     job.operate = GB_READ_ROM;
     job.romSize = bytes;
     return job;
+}
+
+std::optional<int> mapperOf(const CartridgeJob &job)
+{
+    const QString script = QFileInfo(job.scriptPath).fileName();
+    for (const MapperRow &row : kMappers) {
+        if (script == QLatin1String(row.script))
+            return row.value;
+    }
+    return std::nullopt;
 }
 
 QString mapperFolder()

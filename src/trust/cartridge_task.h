@@ -47,5 +47,8 @@ CartridgeJob saveReadingJob(const CartridgeJob &writeJob);
 // The job that reads `bytes` bytes of what a flash job writes.
 CartridgeJob romReadingJob(const CartridgeJob &flashJob, int bytes);
 
+// The mapper whose script a GB job runs; none for a GBA job and a script of one's own.
+std::optional<int> mapperOf(const CartridgeJob &job);
+
 // The folder of the shipped mapper scripts, beside the program.
 QString mapperFolder();

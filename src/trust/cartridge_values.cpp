@@ -123,6 +123,15 @@ CartridgeValues valuesFound(const CartridgeReport &report)
     return values;
 }
 
+CartridgeValues valuesNamed(const CartridgeReport &report)
+{
+    CartridgeValues values = valuesFound(report);
+    const bool isGb = report.outcome == ReportOutcome::GbCartridge;
+    if (isGb && cartridgeType(static_cast<std::uint8_t>(report.header[kTypeOffset])) == nullptr)
+        values.mapper.reset();
+    return values;
+}
+
 CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &found)
 {
     if (said.system && said.system != found.system)

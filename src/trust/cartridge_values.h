@@ -22,6 +22,9 @@ CartridgeReport detectCartridge(const std::function<void(const QString &)> &line
 // Source: Pan Docs, "The Cartridge Header".
 CartridgeValues valuesFound(const CartridgeReport &report);
 
+// The same without what is only assumed: an unknown cartridge type is taken for one of MBC5's.
+CartridgeValues valuesNamed(const CartridgeReport &report);
+
 // What the user said, completed by what was found. Found values of another system than the user's
 // are not taken.
 CartridgeValues mergeValues(const CartridgeValues &said, const CartridgeValues &found);

@@ -92,9 +92,10 @@ void readAgain(const CartridgeJob &job, int times, TrustListener &listener, Chec
     for (int made = 0; made < times && read->differences.isEmpty(); ++made) {
         if (isStopped(listener, &read->outcome))
             return;
+        const CartridgeState before = read->outcome.state;
         QByteArray again;
         read->outcome = runPhase(job, {}, Phase::Compare, listener, &again);
-        read->outcome.state = CartridgeState::OnlyRead; // by the first read, whatever this one was
+        read->outcome.state = afterBoth(before, read->outcome.state);
         if (!read->outcome.isDone() || isStopped(listener, &read->outcome))
             return;
         ++read->reads;

@@ -25,7 +25,7 @@ QString differencesOf(const QByteArray &left, const QByteArray &right, const Mem
 QByteArray keptBits(const QByteArray &bytes, const MemoryShape &shape);
 
 struct CheckedRead {
-    Outcome outcome;
+    Outcome outcome; // its state is of all reads
     QByteArray bytes;
     QByteArray sha1;     // of them; 20 bytes
     int reads = 0;       // made so far

@@ -53,18 +53,19 @@ CheckedWrite checkWritten(const CartridgeJob &readJob, const QByteArray &content
 }
 
 CheckedWrite writeAndCheck(const CartridgeJob &writeJob, const CartridgeJob &readJob,
-                           const QByteArray &content, TrustListener &listener)
+                           const QByteArray &content, CartridgeState before,
+                           TrustListener &listener)
 {
     CheckedWrite write;
     if (listener.isStopWanted()) {
         write.outcome.trouble = Trouble::Stopped;
-        write.outcome.state = CartridgeState::NotWritten;
+        write.outcome.state = unwritten(before);
         return write;
     }
     write.outcome = runPhase(writeJob, content, Phase::Write, listener);
     if (!write.outcome.isDone()) {
         if (write.outcome.state == CartridgeState::Untouched)
-            write.outcome.state = CartridgeState::NotWritten;
+            write.outcome.state = unwritten(before);
         return write;
     }
     return checkWritten(readJob, content, listener);

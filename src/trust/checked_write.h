@@ -30,5 +30,7 @@ CheckedWrite checkWritten(const CartridgeJob &readJob, const QByteArray &content
 
 // Writes `content` with `writeJob`, reads it back as above. Stopped if the user wants that before
 // the write; afterwards what was written in full deserves its check, which changes nothing.
+// `before`: what the reads before it left.
 CheckedWrite writeAndCheck(const CartridgeJob &writeJob, const CartridgeJob &readJob,
-                           const QByteArray &content, TrustListener &listener);
+                           const QByteArray &content, CartridgeState before,
+                           TrustListener &listener);

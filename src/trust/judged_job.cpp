@@ -28,7 +28,7 @@ JudgedJob failedJob(const FinishedJob &finished, Phase phase)
     outcome.job = finished.result;
     outcome.state = stateAfter(finished.job, finished.result);
     if (phase == Phase::Write && outcome.state == CartridgeState::Untouched)
-        outcome.state = CartridgeState::NotWritten;
+        outcome.state = unwritten(finished.before);
     if (finished.result.end == JobEnd::NoScript)
         outcome.detail = finished.job.scriptPath;
     return failed(finished.job, outcome);
@@ -60,16 +60,16 @@ Verdict verdictOf(const CheckedRead &read, const std::optional<RomEvidence> &rom
 
 enum class SecondRead { Never, OfWhatIsUnknown, Always };
 
-// `reads`: that were made of what the file holds.
-JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, SecondRead second,
-                    TrustListener *listener)
+// `reads`: that were made of what the file holds; `state`: that they left.
+JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, CartridgeState state,
+                    SecondRead second, TrustListener *listener)
 {
     CheckedRead read;
     const FileTrouble unread = readUserFile(path, &read.bytes);
     if (!unread.isNone())
-        return unreadFile(job, unread,
-                          reads == 0 ? CartridgeState::Untouched : CartridgeState::OnlyRead);
+        return unreadFile(job, unread, state);
     read.reads = reads;
+    read.outcome.state = state;
     read.sha1 = QCryptographicHash::hash(read.bytes, QCryptographicHash::Sha1);
     std::optional<RomEvidence> rom;
     if (!movesSave(job.operate))
@@ -102,7 +102,7 @@ JudgedJob judgeRead(const FinishedJob &finished, bool readsAgain, TrustListener 
 {
     if (!finished.result.isWhole())
         return failedJob(finished, Phase::Read);
-    return judgeFile(finished.job, finished.path, 1,
+    return judgeFile(finished.job, finished.path, 1, stateAfter(finished.job, finished.result),
                      readsAgain ? SecondRead::OfWhatIsUnknown : SecondRead::Never, &listener);
 }
 
@@ -135,12 +135,13 @@ JudgedJob judgeWrite(const FinishedJob &finished, bool compares, TrustListener &
     return judged;
 }
 
-JudgedJob compareAgain(const CartridgeJob &job, const QString &path, TrustListener &listener)
+JudgedJob compareAgain(const FinishedJob &finished, TrustListener &listener)
 {
-    return judgeFile(job, path, 1, SecondRead::Always, &listener);
+    return judgeFile(finished.job, finished.path, 1, stateAfter(finished.job, finished.result),
+                     SecondRead::Always, &listener);
 }
 
 JudgedJob judgeRomFile(const QString &path)
 {
-    return judgeFile({}, path, 0, SecondRead::Never, nullptr);
+    return judgeFile({}, path, 0, CartridgeState::Untouched, SecondRead::Never, nullptr);
 }

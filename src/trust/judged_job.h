@@ -11,7 +11,8 @@
 struct FinishedJob {
     CartridgeJob job;
     JobResult result;
-    QString path; // of the user's file
+    QString path;                                      // of the user's file
+    CartridgeState before = CartridgeState::Untouched; // of a write: what the reads before it left
 };
 
 struct JudgedJob {
@@ -34,8 +35,8 @@ JudgedJob judgeRead(const FinishedJob &finished, bool readsAgain, TrustListener 
 // A write. `compares`: what the cartridge holds now is read and compared with the file.
 JudgedJob judgeWrite(const FinishedJob &finished, bool compares, TrustListener &listener);
 
-// What `path`, which `job` has read, holds, compared with another read of the cartridge.
-JudgedJob compareAgain(const CartridgeJob &job, const QString &path, TrustListener &listener);
+// What the file of a read holds, compared with another read of the cartridge.
+JudgedJob compareAgain(const FinishedJob &finished, TrustListener &listener);
 
 // A ROM file that nobody saw read.
 JudgedJob judgeRomFile(const QString &path);

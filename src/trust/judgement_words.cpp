@@ -100,8 +100,7 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::Danger:
         return dangerText(guard.danger);
     case GuardFault::Contradiction:
-        return QStringLiteral("The game table names another save than the settings; the wrong "
-                              "commands would destroy what a read with them does not show.");
+        return contradictionText(guard.contradiction);
     case GuardFault::Flash:
         return flashFaultText(guard.flash, guard.bytes, guard.allowedBytes);
     case GuardFault::BeyondBus:

@@ -15,7 +15,7 @@ const std::uint8_t *bytesOf(const QByteArray &bytes)
     return reinterpret_cast<const std::uint8_t *>(bytes.constData());
 }
 
-bool isBlankSave(const BackupPlan &plan, const QByteArray &bytes)
+bool isRefusedBlank(const BackupPlan &plan, const QByteArray &bytes)
 {
     return movesSave(plan.readJob.operate) && !plan.acceptsEqualBytes &&
            allBytesEqual(bytesOf(bytes), static_cast<std::uint32_t>(bytes.size()));
@@ -31,7 +31,7 @@ QByteArray contentOf(const QByteArray &bytes, const BackupPlan &plan)
 void fail(Trouble trouble, const QString &detail, Outcome *outcome)
 {
     outcome->trouble = trouble;
-    outcome->state = CartridgeState::NotWritten;
+    outcome->state = unwritten(outcome->state);
     outcome->detail = detail;
 }
 
@@ -76,7 +76,7 @@ KeptBackup keepBackup(const BackupPlan &plan, TrustListener &listener)
         return backup;
     backup.isErased =
         !movesSave(plan.readJob.operate) && backup.bytes.count('\xFF') == backup.bytes.size();
-    if (isBlankSave(plan, backup.bytes))
+    if (isRefusedBlank(plan, backup.bytes))
         fail(Trouble::SaveIsBlank, {}, &backup.outcome);
     else if (!backup.isErased)
         store(plan, &backup);

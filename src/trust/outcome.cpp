@@ -1,5 +1,34 @@
 #include "trust/outcome.h"
 
+bool isOnlyRead(CartridgeState state)
+{
+    return state == CartridgeState::OnlyRead || state == CartridgeState::Switched;
+}
+
+bool isUnwritten(CartridgeState state)
+{
+    return state == CartridgeState::NotWritten || state == CartridgeState::NotBegun;
+}
+
+CartridgeState afterBoth(CartridgeState first, CartridgeState second)
+{
+    const bool isSwitched = first == CartridgeState::Switched ||
+                            second == CartridgeState::Switched ||
+                            second == CartridgeState::NotBegun;
+    if (isUnwritten(second))
+        return isSwitched ? CartridgeState::NotBegun : CartridgeState::NotWritten;
+    if (isSwitched)
+        return CartridgeState::Switched;
+    return isOnlyRead(first) ? first : second;
+}
+
+CartridgeState unwritten(CartridgeState before)
+{
+    const bool isSwitched =
+        before == CartridgeState::Switched || before == CartridgeState::NotBegun;
+    return isSwitched ? CartridgeState::NotBegun : CartridgeState::NotWritten;
+}
+
 CartridgeState stateAfter(const CartridgeJob &job, const JobResult &result)
 {
     switch (result.end) {
@@ -21,6 +50,6 @@ CartridgeState stateAfter(const CartridgeJob &job, const JobResult &result)
     if (!result.hasTouchedCartridge)
         return CartridgeState::Untouched;
     if (!isWriteJob(job.operate))
-        return CartridgeState::OnlyRead;
+        return result.hasWrittenToBus ? CartridgeState::Switched : CartridgeState::OnlyRead;
     return result.isWhole() ? CartridgeState::Written : CartridgeState::PartlyWritten;
 }

@@ -27,11 +27,14 @@ public:
 
 // What is known of the cartridge where a task ends.
 enum class CartridgeState {
-    Untouched,     // nothing was sent to it
-    LookedAt,      // its header was read
-    OnlyRead,      // its memory was read
-    NotRead,       // a read was meant, and not begun
-    NotWritten,    // likewise a write
+    Untouched,  // nothing was sent to it
+    LookedAt,   // its header was read
+    OnlyRead,   // its memory was read, without a write to its bus
+    Switched,   // likewise, and the bus was written to: bank switches, if the script is the right
+                // one
+    NotRead,    // a read was meant, and not begun
+    NotWritten, // likewise a write; nothing was written to the bus
+    NotBegun,   // likewise, behind reads that left it Switched
     PartlyWritten, // or it was begun, and how far it came is not known
     PartlyErased,  // likewise the erase of a chip
     Written        // to its end; whether rightly is another matter
@@ -62,6 +65,18 @@ struct Outcome {
 
     bool isDone() const { return trouble == Trouble::None; }
 };
+
+// Of a read that left nothing but what it read.
+bool isOnlyRead(CartridgeState state);
+
+// A write was meant, and nothing of it was sent.
+bool isUnwritten(CartridgeState state);
+
+// What can be said after two steps, of which the first read and the second read or wrote nothing.
+CartridgeState afterBoth(CartridgeState first, CartridgeState second);
+
+// What can be said where a write is not begun. `before`: what was done before it left.
+CartridgeState unwritten(CartridgeState before);
 
 // What can be said of the cartridge after this job, whose end is `result`.
 CartridgeState stateAfter(const CartridgeJob &job, const JobResult &result);

@@ -9,13 +9,6 @@ constexpr int kSmallFlash = 64 * 1024;
 
 } // namespace
 
-bool contradictsSave(const CartridgeValues &said, const CartridgeValues &found)
-{
-    const bool isOtherSize = found.ramSize && said.ramSize && said.ramSize != found.ramSize;
-    const bool isOtherType = found.saveType && said.saveType && said.saveType != found.saveType;
-    return isOtherSize || isOtherType;
-}
-
 Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener)
 {
     if (writeJob.saveType != kSaveFlash || writeJob.ramSize != kSmallFlash)
@@ -42,6 +35,11 @@ KeptBackup keepSaveBackup(const BackupPlan &plan, const CartridgeJob &writeJob,
     if (!larger.isDone())
         backup.outcome = larger;
     return backup;
+}
+
+bool isBlankSave(const QByteArray &save)
+{
+    return !save.isEmpty() && save.count(save[0]) == save.size();
 }
 
 QByteArray newSaveContent(const QByteArray &file, const QByteArray &old, int saveSize)

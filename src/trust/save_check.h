@@ -6,10 +6,6 @@
 #include "trust/cartridge_task.h"
 #include "trust/kept_backup.h"
 
-// True if the cartridge, or the game table, names another save than the user: one of them is wrong,
-// and a write with the wrong commands destroys what a read with them does not show.
-bool contradictsSave(const CartridgeValues &said, const CartridgeValues &found);
-
 // A FLASH chip is erased as a whole and may be larger than the job believes: everything in it has
 // to be in the backup. A 64 KiB chip that is read as 128 KiB repeats itself or answers nothing.
 // Returns: Done, SaveIsLarger, or how the read failed. Other saves are not looked at.
@@ -20,6 +16,9 @@ Outcome findLargerSave(const CartridgeJob &writeJob, TrustListener &listener);
 // save memory is none of a FLASH chip that changes a few bytes of it.
 KeptBackup keepSaveBackup(const BackupPlan &plan, const CartridgeJob &writeJob,
                           TrustListener &listener);
+
+// Whether all bytes of it are equal, as in an empty save and in a read that failed. Not of nothing.
+bool isBlankSave(const QByteArray &save);
 
 // What the cartridge is to hold: a shorter `file` leaves the rest of the `old` save as it is, of a
 // longer one the first `saveSize` bytes are taken.

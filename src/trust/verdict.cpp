@@ -67,7 +67,8 @@ Verdict judgeRom(const RomEvidence &evidence)
             {},
             {{ReasonKind::ChecksumsRight, 0, 0, {}},
              equalReads(evidence.reads),
-             {ReasonKind::NotKnown, 0, 0, {}}}};
+             {ReasonKind::NotKnown, 0, 0, {}},
+             {ReasonKind::OrderNotSeen, 0, 0, {}}}};
 }
 
 Verdict judgeSave(const SaveEvidence &evidence)

@@ -35,7 +35,8 @@ enum class ReasonKind {
     ReadOnce,
     ReadsDiffer, // `blocks`
     ChecksumsRight,
-    EqualReads, // `number` of them
+    OrderNotSeen, // a checksum that is a sum is right whatever the order of the banks
+    EqualReads,   // `number` of them
     // and a save
     SaveIsBlank,
     SaveRepeats // `number`: the byte from which everything repeats what is before

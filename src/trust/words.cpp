@@ -13,10 +13,15 @@ QString stateText(CartridgeState state)
         return QStringLiteral("The cartridge was only looked at.");
     case CartridgeState::OnlyRead:
         return QStringLiteral("The cartridge was only read.");
+    case CartridgeState::Switched:
+        return QStringLiteral("The cartridge was read, which also writes to its bus.");
     case CartridgeState::NotRead:
         return QStringLiteral("Nothing was read.");
     case CartridgeState::NotWritten:
         return QStringLiteral("Nothing was written; the cartridge is as it was.");
+    case CartridgeState::NotBegun:
+        return QStringLiteral("The write was not begun; the cartridge was read, which also writes "
+                              "to its bus.");
     case CartridgeState::PartlyWritten:
         return QStringLiteral("The cartridge may be partly written.");
     case CartridgeState::PartlyErased:
@@ -73,6 +78,8 @@ QString reasonText(const Reason &reason)
         return QStringLiteral("reads differ in ") + reason.blocks;
     case ReasonKind::ChecksumsRight:
         return QStringLiteral("logo, header checksum and checksum over the whole ROM are right");
+    case ReasonKind::OrderNotSeen:
+        return QStringLiteral("the checksum is a sum and does not see swapped banks");
     case ReasonKind::EqualReads:
         return QStringLiteral("%1 equal reads").arg(reason.number);
     case ReasonKind::SaveIsBlank:
@@ -100,80 +107,6 @@ QString summaryOf(const Verdict &verdict)
                                 ? QStringLiteral("%1 (%2)").arg(verdict.title, verdict.source)
                                 : reasonTexts(verdict).join(QStringLiteral("; "));
     return QLatin1String(wordOf(verdict.kind)) + QStringLiteral(": ") + reasons;
-}
-
-QString dangerText(Danger danger)
-{
-    switch (danger) {
-    case Danger::None:
-        break;
-    case Danger::Mbc6Save:
-        return QStringLiteral("The save of an MBC6 cannot be read or written: no script knows this "
-                              "mapper.");
-    case Danger::Mbc7Save:
-        return QStringLiteral("The save of an MBC7 cannot be read or written: it lies in a serial "
-                              "EEPROM that moves one bit at a time, and the reader has no command "
-                              "for that.");
-    case Danger::Tama5Save:
-        return QStringLiteral("The save of a TAMA5 cannot be read or written: it lies behind "
-                              "registers, and the bytes of another save would destroy it.");
-    }
-    return QString();
-}
-
-QString doubtText(Doubt doubt)
-{
-    switch (doubt) {
-    case Doubt::Tama5AsMbc5:
-        return QStringLiteral("The header names the mapper TAMA5, which shows one bank again and "
-                              "again to a job for MBC5");
-    case Doubt::Mbc6AsMbc5:
-        return QStringLiteral("The header names the mapper MBC6, which no script can read");
-    case Doubt::UnknownRomSize:
-        return QStringLiteral("The header has no known ROM size, so only 32 KiB are read");
-    }
-    return QString();
-}
-
-QString flashFaultText(FlashFault fault, int bytes, int allowedBytes)
-{
-    switch (fault) {
-    case FlashFault::None:
-        break;
-    case FlashFault::GbaRom:
-        return QStringLiteral("The reader has no command that writes a GBA ROM.");
-    case FlashFault::NoFlashChip:
-        return QStringLiteral("Cartridges with this mapper have no flash chip that can be "
-                              "written.");
-    case FlashFault::EmptyFile:
-        return QStringLiteral("The file is empty.");
-    case FlashFault::BeyondMapper:
-        return QStringLiteral("The file has %1 bytes; with this mapper a flash chip takes %2.")
-            .arg(bytes)
-            .arg(allowedBytes);
-    case FlashFault::ShortTail:
-        return QStringLiteral("The last bank of the file has %1 bytes; %2 are the fewest that the "
-                              "reader can program. Pad the file.")
-            .arg(bytes)
-            .arg(allowedBytes);
-    case FlashFault::BeyondChip:
-        return QStringLiteral("The file has %1 bytes, the flash chip %2.")
-            .arg(bytes)
-            .arg(allowedBytes);
-    case FlashFault::BackupTooSmall:
-        return QStringLiteral("The chip is erased as a whole, and a backup of %1 bytes may be only "
-                              "a part of it: up to %2 can be in it.")
-            .arg(bytes)
-            .arg(allowedBytes);
-    case FlashFault::BackupRepeats:
-        return QStringLiteral(
-                   "The chip has %2 bytes, and what is read of it repeats its first %1: so "
-                   "it reads behind another mapper than the one that was chosen, and a "
-                   "backup would be a part of it.")
-            .arg(bytes)
-            .arg(allowedBytes);
-    }
-    return QString();
 }
 
 QString jobFailureText(JobEnd end, const QString &scriptPath)
@@ -270,7 +203,7 @@ QString troubleText(const Outcome &outcome)
     case Trouble::JobFailed:
         return jobFailureText(outcome.job.end, outcome.detail);
     case Trouble::Stopped:
-        return outcome.state == CartridgeState::NotWritten
+        return isUnwritten(outcome.state)
                    ? QStringLiteral("Asked to stop before the write.")
                    : QStringLiteral(
                          "Asked to stop before two reads were compared. What was read is not "

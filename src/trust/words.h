@@ -4,7 +4,7 @@
 // Thread: pure functions; any thread.
 #pragma once
 
-#include "trust/cartridge_values.h"
+#include "trust/cartridge_contradiction.h"
 #include "trust/checked_write.h"
 #include "trust/flash_check.h"
 #include "trust/outcome.h"
@@ -30,6 +30,12 @@ QString summaryOf(const Verdict &verdict);
 
 // Why a save cannot be moved; empty for None.
 QString dangerText(Danger danger);
+
+// Which of the two is right nobody knows; empty for None.
+QString contradictionText(Contradiction contradiction);
+
+// Of a save file whose bytes are all equal, before it is written.
+QString blankFileText(const QString &path);
 
 // What a header means that a job would take for something else; no stop at its end, for the way out
 // follows.

@@ -12,6 +12,7 @@ WriteGuard refuse(GuardFault fault)
 {
     WriteGuard guard;
     guard.fault = fault;
+    guard.outcome.state = CartridgeState::NotWritten;
     return guard;
 }
 
@@ -19,7 +20,7 @@ WriteGuard refuse(const Outcome &outcome)
 {
     WriteGuard guard = refuse(GuardFault::Trouble);
     guard.outcome = outcome;
-    guard.outcome.state = CartridgeState::NotWritten;
+    guard.outcome.state = unwritten(outcome.state);
     return guard;
 }
 
@@ -42,23 +43,37 @@ Outcome jobFailure(JobEnd end)
     return outcome;
 }
 
-CartridgeValues valuesOf(const WantedWrite &write)
+CartridgeValues valuesOf(const CartridgeJob &job)
 {
-    const CartridgeJob &job = write.job;
     CartridgeValues values;
     values.system = isGbaJob(job.operate) ? kSystemGba : kSystemGb;
     values.ramSize = job.ramSize;
     if (values.system == kSystemGba)
         values.saveType = job.saveType;
     else
-        values.mapper = write.mapper;
+        values.mapper = mapperOf(job);
     return values;
 }
 
-// Whether the cartridge, or the game table, names just this save.
-bool isNamedSave(const CartridgeValues &said, const CartridgeValues &found)
+WriteGuard refuse(Contradiction contradiction)
 {
-    return found.ramSize == said.ramSize && found.saveType == said.saveType;
+    WriteGuard guard = refuse(GuardFault::Contradiction);
+    guard.contradiction = contradiction;
+    return guard;
+}
+
+// A GB save of another size is read with the same commands, so its backup is a true one.
+bool mayPass(Contradiction contradiction, int system)
+{
+    return contradiction == Contradiction::None ||
+           (contradiction == Contradiction::SaveSize && system == kSystemGb);
+}
+
+// Who cannot read the file says so when the job does.
+bool isBlankFile(const WantedWrite &write)
+{
+    QByteArray file;
+    return readUserFile(write.file, &file).isNone() && isBlankSave(file.left(write.job.ramSize));
 }
 
 WriteGuard kept(const KeptBackup &backup)
@@ -71,14 +86,16 @@ WriteGuard kept(const KeptBackup &backup)
 WriteGuard guardSave(const WantedWrite &write, const CartridgeReport &report,
                      TrustListener &listener)
 {
-    const CartridgeValues said = valuesOf(write);
-    const CartridgeValues found = valuesFound(report);
-    // A GB save of another size is read with the same commands, so its backup is a true one.
-    if (said.system == kSystemGba && contradictsSave(said, found))
-        return refuse(GuardFault::Contradiction);
-    return kept(keepSaveBackup(
-        {saveReadingJob(write.job), write.folder, titleOf(report), isNamedSave(said, found), false},
+    const CartridgeValues said = valuesOf(write.job);
+    const CartridgeValues named = valuesNamed(report);
+    const Contradiction contradiction = contradictionOf(CartridgeTask::WriteSave, said, named);
+    if (!mayPass(contradiction, *said.system))
+        return refuse(contradiction);
+    WriteGuard guard = kept(keepSaveBackup(
+        {saveReadingJob(write.job), write.folder, titleOf(report), isNamedSave(said, named), false},
         write.job, listener));
+    guard.isFileBlank = guard.fault == GuardFault::None && isBlankFile(write);
+    return guard;
 }
 
 // What the mapper and the chip allow.
@@ -86,7 +103,7 @@ WriteGuard checkFlash(const WantedWrite &write, int fileBytes, const FlashLimit 
                       const ProbedChip &probed)
 {
     const int mostBytes = limit == nullptr ? 0 : limit->writtenBytes;
-    const FlashFault fileFault = flashFileFault(fileBytes, valuesOf(write));
+    const FlashFault fileFault = flashFileFault(fileBytes, valuesOf(write.job));
     if (fileFault == FlashFault::ShortTail)
         return refuseFlash(fileFault, fileBytes % limit->bankBytes, kShortestFlashTail);
     if (fileFault != FlashFault::None)
@@ -106,8 +123,8 @@ WriteGuard checkFlash(const WantedWrite &write, int fileBytes, const FlashLimit 
     return {};
 }
 
-WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
-                      TrustListener &listener)
+WriteGuard guardProbedFlash(const WantedWrite &write, const CartridgeReport &report,
+                            const ProbedChip &probed, TrustListener &listener)
 {
     Outcome unread;
     QByteArray file;
@@ -116,8 +133,7 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
         unread.trouble = Trouble::NoFile;
         return refuse(unread);
     }
-    const FlashLimit *limit = flashLimitOf(valuesOf(write));
-    const ProbedChip probed = probeFlashChipTwice();
+    const FlashLimit *limit = flashLimitOf(valuesOf(write.job));
     const WriteGuard checked = checkFlash(write, file.size(), limit, probed);
     if (checked.fault != GuardFault::None)
         return checked;
@@ -141,6 +157,32 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
     return guard;
 }
 
+// The question to the chip is written to the bus.
+WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
+                      TrustListener &listener)
+{
+    const ProbedChip probed = probeFlashChipTwice();
+    WriteGuard guard = guardProbedFlash(write, report, probed, listener);
+    if (probed.end != ProbeEnd::NotAsked) {
+        guard.outcome.state = afterBoth(CartridgeState::Switched, guard.outcome.state);
+        guard.backup.outcome.state =
+            afterBoth(CartridgeState::Switched, guard.backup.outcome.state);
+    }
+    return guard;
+}
+
+// Whether there is a reader, and no cartridge of another system.
+WriteGuard lookBefore(const CartridgeJob &job, CartridgeReport *report)
+{
+    *report = detectCartridge([](const QString &) {});
+    const JobEnd fault = readerFaultOf(report->outcome);
+    if (fault != JobEnd::Done)
+        return refuse(jobFailure(fault));
+    const std::optional<int> system = valuesFound(*report).system;
+    return system && system != valuesOf(job).system ? refuse(GuardFault::OtherSystem)
+                                                    : WriteGuard();
+}
+
 } // namespace
 
 WriteGuard guardWrite(const WantedWrite &write, TrustListener &listener)
@@ -148,19 +190,31 @@ WriteGuard guardWrite(const WantedWrite &write, TrustListener &listener)
     const bool isGba = isGbaJob(write.job.operate);
     if (isGba && isFlashJob(write.job.operate))
         return {};
-    const CartridgeReport report = detectCartridge([](const QString &) {});
-    const JobEnd fault = readerFaultOf(report.outcome);
-    if (fault != JobEnd::Done)
-        return refuse(jobFailure(fault));
-    const std::optional<int> system = valuesFound(report).system;
-    if (system && *system != (isGba ? kSystemGba : kSystemGb))
-        return refuse(GuardFault::OtherSystem);
-    WriteGuard guard;
+    CartridgeReport report;
+    WriteGuard guard = lookBefore(write.job, &report);
+    if (guard.fault != GuardFault::None)
+        return guard;
     guard.danger = dangerOf(report, CartridgeTask::WriteSave);
     if (movesSave(write.job.operate) && guard.danger != Danger::None) {
         guard.fault = GuardFault::Danger;
+        guard.outcome.state = CartridgeState::NotWritten;
         return guard;
     }
     return movesSave(write.job.operate) ? guardSave(write, report, listener)
                                         : guardFlash(write, report, listener);
+}
+
+WriteGuard guardRead(const CartridgeJob &job)
+{
+    if (!writesWhereSavesAre(job))
+        return {};
+    CartridgeReport report;
+    WriteGuard guard = lookBefore(job, &report);
+    const CartridgeTask task =
+        movesSave(job.operate) ? CartridgeTask::ReadSave : CartridgeTask::Dump;
+    const Contradiction contradiction = contradictionOf(task, valuesOf(job), valuesNamed(report));
+    if (guard.fault == GuardFault::None && contradiction != Contradiction::None)
+        guard = refuse(contradiction);
+    guard.outcome.state = CartridgeState::NotRead;
+    return guard;
 }

@@ -5,11 +5,11 @@
 #include "trust/cartridge_task.h"
 #include "trust/judgement_words.h"
 #include "trust/old_file.h"
+#include "trust/words.h"
 #include "ui/careful_thread.h"
 #include "ui/console.h"
 #include "ui/job_bar.h"
 #include "ui/main_tab.h"
-#include "ui/settings.h"
 #include "worker/famicom_thread.h"
 #include "worker/log_text.h"
 
@@ -89,8 +89,8 @@ void GuardedJob::start()
         guard();
     else if (job.operate == GBA_READ_ROM && job.romSize > kLargestGbaRom)
         refuse(GuardFault::BeyondBus);
-    else if (QFile::exists(m_finished.path))
-        keepOldFile();
+    else if (writesWhereSavesAre(job) || QFile::exists(m_finished.path))
+        guardRead();
     else
         startWorker();
 }
@@ -99,7 +99,6 @@ void GuardedJob::guard()
 {
     WantedWrite wanted;
     wanted.job = m_finished.job;
-    wanted.mapper = m_tab->settings->mbcType;
     wanted.file = m_finished.path;
     wanted.folder = backupFolder;
     wanted.isReadBack = m_tab->worker->verify;
@@ -109,17 +108,25 @@ void GuardedJob::guard()
         [this] { startUnlessRefused(); });
 }
 
-void GuardedJob::keepOldFile()
+void GuardedJob::guardRead()
 {
     runSteps(
         Stage::Before,
         [this](TrustListener & /*listener*/) {
-            const OldFileCopy kept = ::keepOldFile(m_finished.path, backupFolder);
-            m_oldFile = kept.path;
-            m_guard.outcome = kept.outcome;
-            m_guard.fault = kept.outcome.isDone() ? GuardFault::None : GuardFault::Trouble;
+            m_guard = ::guardRead(m_finished.job);
+            if (m_guard.fault == GuardFault::None && QFile::exists(m_finished.path))
+                keepOldFile();
         },
         [this] { startUnlessRefused(); });
+}
+
+// On the steps' thread.
+void GuardedJob::keepOldFile()
+{
+    const OldFileCopy kept = ::keepOldFile(m_finished.path, backupFolder);
+    m_oldFile = kept.path;
+    m_guard.outcome = kept.outcome;
+    m_guard.fault = kept.outcome.isDone() ? GuardFault::None : GuardFault::Trouble;
 }
 
 void GuardedJob::startUnlessRefused()
@@ -129,12 +136,15 @@ void GuardedJob::startUnlessRefused()
     if (isWrite && m_guard.fault == GuardFault::None && m_thread->isStopRequested()) {
         m_guard.fault = GuardFault::Trouble;
         m_guard.outcome.trouble = Trouble::Stopped;
-        m_guard.outcome.state = CartridgeState::NotWritten;
+        m_guard.outcome.state = unwritten(m_guard.backup.outcome.state);
     }
-    if (m_guard.fault == GuardFault::None)
-        startWorker();
-    else
+    if (m_guard.fault != GuardFault::None) {
         endRefused();
+        return;
+    }
+    if (m_guard.isFileBlank)
+        m_tab->info(warningEntry(blankFileText(m_finished.path)));
+    startWorker();
 }
 
 void GuardedJob::refuse(GuardFault fault)
@@ -179,6 +189,7 @@ void GuardedJob::onWorkerEnd()
         return;
     m_finished.job = m_tab->worker->job(); // a flash job has taken its size from the file
     m_finished.result = m_tab->worker->result();
+    m_finished.before = m_guard.backup.outcome.state;
     const bool isWrite = isWriteJob(m_finished.job.operate);
     const bool compares = m_tab->worker->verify;
     const bool readsAgain = readsUnknownTwice;
@@ -218,11 +229,20 @@ void GuardedJob::readAgain()
 {
     m_guard = WriteGuard();
     m_oldFile.clear();
+    const bool guardsRead = guardsWrites;
     runTask(
-        [this](TrustListener &listener) {
-            m_judged = compareAgain(m_lastRead.job, m_lastRead.path, listener);
+        [this, guardsRead](TrustListener &listener) {
+            if (guardsRead)
+                m_guard = ::guardRead(m_lastRead.job);
+            if (m_guard.fault == GuardFault::None)
+                m_judged = compareAgain(m_lastRead, listener);
         },
-        [this] { tell(judgementEntries(m_judged, {})); });
+        [this] {
+            if (m_guard.fault == GuardFault::None)
+                tell(judgementEntries(m_judged, {}));
+            else
+                tell(QStringList{adviceEntry(guardText(m_guard))} + refusalEntries(m_guard));
+        });
 }
 
 void GuardedJob::noteReport(const CartridgeReport &report)

@@ -5,7 +5,7 @@
 //
 // Before and After run on a thread of their own, through src/trust; the worker knows nothing of
 // them. The same thread does the tasks of the corner's menu. Without a guard, and for a read onto a
-// new file, the worker starts at once.
+// new file, the worker starts at once, unless it would write where saves are.
 //
 // Thread: GUI thread only.
 #pragma once
@@ -96,6 +96,7 @@ private:
                   const std::function<void()> &behind);
     void onStepsEnd();
     void guard();
+    void guardRead();
     void keepOldFile();
     void startUnlessRefused();
     void refuse(GuardFault fault);

@@ -180,6 +180,11 @@ QString judgementEntry(JudgementKind kind, const QString &line)
     return entryOf(toneOf(kind), line);
 }
 
+QString warningEntry(const QString &warning)
+{
+    return entryOf(Tone::Warning, warning);
+}
+
 QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &notes)
 {
     QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
@@ -211,15 +216,15 @@ QStringList refusalEntries(const WriteGuard &guard)
     const bool isRead =
         guard.fault == GuardFault::BeyondBus || guard.outcome.state == CartridgeState::NotRead;
     const QString &kept = guard.backup.path;
-    const CartridgeState unwritten =
-        kept.isEmpty() || isStopped ? CartridgeState::NotWritten : CartridgeState::OnlyRead;
-    const CartridgeState state = isRead ? CartridgeState::NotRead : unwritten;
+    const CartridgeState state = isRead ? CartridgeState::NotRead : guard.outcome.state;
     QStringList entries{judgementEntry(kind, judgedText(kind, stateText(state)))};
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
         entries << adviceEntry(
-            tr("If you know better, turn \"Guard writes\" off in the menu at the "
-               "top right; then no backup is made."));
+            isRead ? tr("If you know better, turn \"Guard writes\" off in the menu at the top "
+                        "right.")
+                   : tr("If you know better, turn \"Guard writes\" off in the menu at the top "
+                        "right; then no backup is made."));
     if (!kept.isEmpty())
         entries << adviceEntry(tr("What was read of the cartridge is in %1").arg(kept));
     return entries << QString::fromLatin1(kLogRule);

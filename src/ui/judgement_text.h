@@ -25,7 +25,7 @@ struct JudgementNotes {
 // escaped.
 QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &notes);
 
-// Likewise for a write that was not begun. The reason itself stands before the rule of the job.
+// Likewise for a job that was not begun. The reason itself stands before the rule of the job.
 QStringList refusalEntries(const WriteGuard &guard);
 
 // Likewise for any other task that ended with `outcome`.
@@ -33,6 +33,9 @@ QStringList outcomeEntries(const Outcome &outcome);
 
 // One entry of the kind's colour; `line` is plain text and begins with the kind's word.
 QString judgementEntry(JudgementKind kind, const QString &line);
+
+// One entry in the colour of warnings; `warning` is plain text.
+QString warningEntry(const QString &warning);
 
 // One entry of plain text below a judgement. Markup in any case: text without would take the
 // colours of the entry before.

@@ -99,6 +99,7 @@ JobResult resultOf(const RunningJob &running, JobEnd end)
     result.scriptError = running.scriptError;
     result.failedOperation = running.failedOperation;
     result.hasTouchedCartridge = running.hasTouchedCartridge;
+    result.hasWrittenToBus = running.hasWrittenToBus;
     result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
     return result;
 }

@@ -194,7 +194,8 @@ private slots:
         QCOMPARE(names(kSaves).size(), 1);
         QVERIFY2(m_answers.contains("1. BAD CONTACT\n   ROM:  not read"), qPrintable(m_answers));
         QVERIFY2(m_answers.contains("2. BAD CONTACT\n   ROM:  consistent"), qPrintable(m_answers));
-        QVERIFY2(m_messages.contains("The transfer failed. The cartridge was only read."),
+        QVERIFY2(m_messages.contains("The transfer failed. The cartridge was read, which also "
+                                     "writes to its bus."),
                  qPrintable(m_messages));
     }
 

@@ -40,7 +40,7 @@ BenchCase gbFlash(FlashWidth width)
     bench.cartridge.options.flash = width;
     // All of the chip, as only the user knows: an 8-bit chip does not tell.
     bench.values.romSize = int(kSmallRom);
-    bench.forces = true;
+    bench.ignoresContradiction = true;
     return bench;
 }
 

@@ -21,7 +21,8 @@ QVector<CliCase> readCases()
 {
     QVector<CliCase> rows;
     const QString consistent = "consistent: logo, header checksum and checksum over the whole ROM "
-                               "are right; 2 equal reads; not a known dump\n";
+                               "are right; 2 equal reads; not a known dump; the checksum is a sum "
+                               "and does not see swapped banks\n";
     const auto done = [&](const QString &name, const QString &words, const QString &reader,
                           const Files &files, const QByteArray &read, const Texts &answer = {},
                           const Texts &problem = {}) {
@@ -256,7 +257,7 @@ QVector<CliCase> usingCases()
                  {},
                  {{"file", saveSample().left(8192)}}});
     rows.append({"mapper",
-                 "dump DIR/file --overwrite --mapper mbc1",
+                 "dump DIR/file --overwrite --mapper mbc1 --ignore-contradiction",
                  kCart,
                  gbThere,
                  ExitCode::Done,
@@ -267,7 +268,7 @@ QVector<CliCase> usingCases()
     // A header that misleads is not followed in silence.
     const Files tama5{{"cart", tama5Sample()}, {"file", kOld}};
     rows.append({"mapper against a TAMA5",
-                 "dump DIR/file --overwrite --mapper mbc5",
+                 "dump DIR/file --overwrite --mapper mbc5 --ignore-contradiction",
                  kCart,
                  tama5,
                  ExitCode::DataMismatch,
@@ -315,15 +316,25 @@ QVector<CliCase> usingCases()
             gbSample(), otherSystem);
     refused("GBA cartridge", "read-ram DIR/file --overwrite --auto --system gb", gba, otherSystem);
     // A write with the wrong commands destroys what a read with them does not show.
-    rows.append(
-        {"write that contradicts the table",
-         "write-ram DIR/file --ram-size 8K",
-         "cart=DIR/cart,save-type=eep",
-         {{"cart", gba}, {"file", noise(8192, 1)}},
-         ExitCode::Refused,
-         "usedCartridge",
-         {is("")},
-         {holds("The cartridge says something else of its save than"), lacks("Start write save")}});
+    rows.append({"write that contradicts the table",
+                 "write-ram DIR/file --ram-size 8K",
+                 "cart=DIR/cart,save-type=eep",
+                 {{"cart", gba}, {"file", noise(8192, 1)}},
+                 ExitCode::Refused,
+                 "usedCartridge",
+                 {is("")},
+                 {holds("The cartridge names another size of its save memory than was chosen"),
+                  lacks("Start write save")}});
+    const Texts otherMapper{
+        holds("(the cartridge says mbc5)"),
+        ends("\nrefused: The header names another mapper than was chosen; what is meant for one "
+             "mapper can destroy what another keeps. Leave --mapper out, or give "
+             "--ignore-contradiction if you know better. The cartridge was only looked at.\n")};
+    for (const QString command : {"dump", "read-ram", "write-ram"})
+        refused(command + " as another mapper",
+                command + " DIR/file --mapper tama5" +
+                    (command == "write-ram" ? "" : " --overwrite"),
+                gbSample(), otherMapper, "usedCartridge");
     // Whoever knows better can say so.
     refused("save that the header denies", "read-ram DIR/file --overwrite",
             gbImage(0x00, 32 * kKibi, 0),

@@ -44,7 +44,7 @@ QVector<CliCase> dumpVerdicts()
         ExitCode::Done);
     add("not known", good, "", "", 2,
         "consistent: logo, header checksum and checksum over the whole ROM are right; 2 equal "
-        "reads; not a known dump",
+        "reads; not a known dump; the checksum is a sum and does not see swapped banks",
         ExitCode::Done);
     add("read once", good, "", " --no-verify", 1, "unverified: not a known dump; read only once",
         ExitCode::Unverified);

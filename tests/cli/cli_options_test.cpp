@@ -243,7 +243,8 @@ private slots:
         QCOMPARE(options.driveLetter, '\0');
         QVERIFY(options.looks && options.verifies && options.makesBackup);
         QVERIFY(!options.asJson && !options.isQuiet && !options.isQuick);
-        QVERIFY(!options.overwrites && !options.forces);
+        QVERIFY(!options.overwrites && !options.ignoresSize);
+        QVERIFY(!options.ignoresContradiction && !options.ignoresBlank);
         QCOMPARE(options.reads, 0);
         QCOMPARE(options.count, 0);
         QVERIFY(options.datFiles.isEmpty() && options.backupFolder.isEmpty());
@@ -281,9 +282,54 @@ private slots:
         QVERIFY(parse("info --quick").isQuick);
         QVERIFY(!parse("dump f --no-verify").verifies);
         QVERIFY(parse("dump f --overwrite").overwrites);
-        QVERIFY(parse("write-ram f --force").forces);
+        QVERIFY(parse("write-ram f --no-backup --ignore-size").ignoresSize);
+        QVERIFY(parse("dump f --ignore-contradiction").ignoresContradiction);
+        QVERIFY(parse("write-ram f --ignore-blank").ignoresBlank);
         QVERIFY(!parse("write-ram f --no-backup").makesBackup);
         QVERIFY(parse("flash f --auto").looks);
+    }
+
+    // It dropped three checks at once, and so lost a save that only one of them was in the way of.
+    void forceNamesTheThreeItWas_data()
+    {
+        QTest::addColumn<QString>("words");
+        for (const char *words : {"write-ram f --force", "flash --force f", "dump f --force",
+                                  "--force", "write-ram f --ignore-size --force=1"})
+            QTest::newRow(words) << words;
+    }
+    void forceNamesTheThreeItWas()
+    {
+        QFETCH(QString, words);
+        const CliOptions options = parse(words);
+        QVERIFY(options.request == CliRequest::Refuse);
+        for (const char *part :
+             {"no option --force any more", "\n  --ignore-size: ", "\n  --ignore-contradiction: ",
+              "\n  --ignore-blank: ", "Nothing was read or written."})
+            QVERIFY2(options.text.contains(part), qPrintable(options.text));
+    }
+
+    // Each check has its option where it is made, and nowhere else.
+    void checksAreIgnoredWhereTheyAreMade_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QStringList>("options");
+        const QString size = "ignore-size";
+        const QString contradiction = "ignore-contradiction";
+        QTest::newRow("dump") << "dump" << QStringList{contradiction};
+        QTest::newRow("read-ram") << "read-ram" << QStringList{contradiction};
+        QTest::newRow("write-ram")
+            << "write-ram" << QStringList{size, contradiction, "ignore-blank"};
+        QTest::newRow("flash") << "flash" << QStringList{size, contradiction};
+        QTest::newRow("verify") << "verify" << QStringList{};
+    }
+    void checksAreIgnoredWhereTheyAreMade()
+    {
+        QFETCH(QString, command);
+        QFETCH(QStringList, options);
+        for (const char *option : {"ignore-size", "ignore-contradiction", "ignore-blank"}) {
+            const CliOptions parsed = parse(QString("%1 f --%2").arg(command, option));
+            QCOMPARE(parsed.request != CliRequest::Refuse, options.contains(option));
+        }
     }
 
     void optionsWithValues()

@@ -67,7 +67,10 @@ public:
         m_options.path = m_folder.filePath("file");
         m_options.backupFolder = m_folder.filePath("backups");
         m_options.overwrites = bench.replaces;
-        m_options.forces = bench.forces;
+        m_options.ignoresSize = bench.ignoresSize;
+        m_options.ignoresContradiction = bench.ignoresContradiction;
+        m_options.ignoresBlank = bench.ignoresBlank;
+        m_options.looks = bench.looks;
         m_options.makesBackup = bench.makesBackup;
         if (bench.isFolderTaken)
             putFile(m_options.backupFolder, "not a folder");
@@ -137,7 +140,7 @@ private:
 
     void give(BenchRun *run)
     {
-        ReportCapture capture(OutputStyle::Quiet);
+        ReportCapture capture(m_case.isTold ? OutputStyle::Text : OutputStyle::Quiet);
         watchForInterrupt();
         looksLeft = kMostLooks;
         setPollWaiter(countLook);

@@ -29,7 +29,11 @@ struct BenchCase {
     bool replaces = false;          // the file that is read into exists, with kOldFile in it
     bool isKnown = false;           // the dump stands in a table of the user's
     std::optional<QByteArray> file; // what is written, if not something as large as the save
-    bool forces = false;
+    bool ignoresSize = false;
+    bool ignoresContradiction = false;
+    bool ignoresBlank = false;
+    bool looks = true;   // else `values` are complete
+    bool isTold = false; // all that is logged, not with --quiet
     bool makesBackup = true;
     bool isFolderTaken = false; // a file stands where the folder for backups should be
 };

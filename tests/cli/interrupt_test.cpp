@@ -140,9 +140,10 @@ private slots:
         QCOMPARE(backups.size(), 1);
         QVERIFY(contentOf(path("backups/" + backups[0])) == m_old);
         QVERIFY(m_stack->save() == m_old);
-        QVERIFY2(m_messages.contains("Asked to stop before the write. Nothing was written; the cartridge "
-                                     "is as it was."),
-                 qPrintable(m_messages));
+        QVERIFY2(
+            m_messages.contains("Asked to stop before the write. The write was not "
+                                "begun; the cartridge was read, which also writes to its bus."),
+            qPrintable(m_messages));
         QVERIFY2(m_messages.contains("Backup: " + m_options.backupFolder), qPrintable(m_messages));
         QVERIFY2(!m_messages.contains("Write file"), qPrintable(m_messages));
     }
@@ -182,8 +183,9 @@ private:
     {
         return m_messages.contains(
                    "stopped: Asked to stop; no file was made. The cartridge was only looked at.") ||
-               m_messages.contains("Nothing was written; the cartridge is as it was.") ||
-               m_messages.contains("The cartridge was only read.");
+               m_messages.contains("The write was not begun; the cartridge was read, which also "
+                                   "writes to its bus.") ||
+               m_messages.contains("The cartridge was read, which also writes to its bus.");
     }
 
     QString path(const QString &name) const { return m_folder->filePath(name); }

@@ -17,7 +17,8 @@ bool saysUntouched(const BenchRun &run)
 {
     for (const char *words : {"the cartridge is as it was", "The cartridge was not touched",
                               "The cartridge was only looked at", "The cartridge was only read",
-                              "The cartridge was not changed"}) {
+                              "The cartridge was not changed", "The write was not begun",
+                              "The cartridge was read, which"}) {
         if (run.told.contains(words))
             return true;
     }

@@ -46,8 +46,10 @@ private slots:
     void emptySlotIsNotFlashed()
     {
         start(QString(), {}, {});
-        expect(WindowButton::Flash, "Get ROM File.", m_files.addImage(kMbc5, 64 * kKibi, 0, 3),
-               "\nrefused: Nothing was written; the cartridge is as it was.");
+        expect(
+            WindowButton::Flash, "Get ROM File.", m_files.addImage(kMbc5, 64 * kKibi, 0, 3),
+            "\nrefused: The write was not begun; the cartridge was read, which also writes to its "
+            "bus.");
     }
 
     void gameLargerThanTheChipIsNotFlashed()
@@ -55,7 +57,7 @@ private slots:
         start(m_files.addImage(kMbc5, kMebi, 0, 4), {"--flash", "16", "--flash-code", "20"}, {});
         expect(WindowButton::Flash, "Get ROM File.", m_files.addImage(kMbc5, 2 * kMebi, 0, 5),
                "\nThe file has 2097152 bytes, the flash chip 1048576.");
-        QVERIFY(m_window->logWith("refused: ").contains("\nrefused: Nothing was written;"));
+        QVERIFY(m_window->logWith("refused: ").contains("\nrefused: The write was not begun;"));
     }
 
     void flakyBankIsNamed()

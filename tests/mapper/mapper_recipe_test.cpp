@@ -103,13 +103,13 @@ void addDumpRows()
     addRow("MBC7", "gb_mbc7.nut", GB_READ_ROM, 64 * kKiB,
            {"0000=00 4000=00 2000=01", "read 0000+8000", "2000=02", "read 4000+4000", "2000=03",
             "read 4000+4000", "0000=00 4000=00 2000=01"});
-    // Infrared first, so that nothing at A000 reaches the RAM of a HuC1; registers 6 and 7 of a
-    // TAMA5 never; the light off with the last write.
-    const QString rest = "0000=0E 4000=00 2000=01 A001=00 A000=01 A001=01 A000=00 A001=00";
+    // Infrared right before A001, so that nothing there reaches the RAM of a HuC1 or of an MBC2;
+    // registers 6 and 7 of a TAMA5 never; the light off with the last write.
+    const QString rest = "2000=01 4000=00 0000=0E A001=00 A000=01 A001=01 A000=00 A001=00";
     addRow("TAMA5 and HuC1", "gb_tama5.nut", GB_READ_ROM, 64 * kKiB,
            {"0000=0E A001=0A", "read 0000+400", rest, "read 0000+8000",
-            "0000=0E 4000=00 2000=02 A001=00 A000=02 A001=01 A000=00 A001=00", "read 4000+4000",
-            "0000=0E 4000=00 2000=03 A001=00 A000=03 A001=01 A000=00 A001=00", "read 4000+4000",
+            "2000=02 4000=00 0000=0E A001=00 A000=02 A001=01 A000=00 A001=00", "read 4000+4000",
+            "2000=03 4000=00 0000=0E A001=00 A000=03 A001=01 A000=00 A001=00", "read 4000+4000",
             rest});
 }
 
@@ -137,7 +137,7 @@ void addSaveRows()
             "0000=F0 4000=00 3000=00 2000=01"});
     addRow("HuC1, save write", "gb_tama5.nut", GB_WRITE_RAM, 8 * kKiB,
            {"0000=0A 4000=00", "ram A000+2000",
-            "0000=0E 4000=00 2000=01 A001=00 A000=01 A001=01 A000=00 A001=00"});
+            "2000=01 4000=00 0000=0E A001=00 A000=01 A001=01 A000=00 A001=00"});
 }
 
 void addFlashRows()

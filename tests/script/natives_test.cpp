@@ -74,6 +74,8 @@ private slots:
 
     void ramEraseSendsItsCommand_data();
     void ramEraseSendsItsCommand();
+    void writesToTheBusAreNoticed_data();
+    void writesToTheBusAreNoticed();
     void unwrittenRamEraseEndsTheScript();
 };
 
@@ -476,6 +478,45 @@ void NativesTest::ramEraseSendsItsCommand()
     QCOMPARE(waits, 0);
     QCOMPARE(bench.operations, QStringList());
     QCOMPARE(bench.progress(), QStringList());
+}
+
+// What may have changed the cartridge is no mere read.
+void NativesTest::writesToTheBusAreNoticed_data()
+{
+    QTest::addColumn<int>("operate");
+    QTest::addColumn<int>("saveType");
+    QTest::addColumn<QByteArray>("statement");
+    QTest::addColumn<bool>("writes");
+    const auto add = [](const char *name, int operate, int saveType, const char *statement,
+                        bool writes) {
+        QTest::newRow(name) << operate << saveType << QByteArray(statement) << writes;
+    };
+    add("GB read", 0, 0, "cpu_read(dev, 0, 4);", false);
+    add("GB bank switch", 0, 0, "cpu_write(dev, 0x2000, 1);", true);
+    add("GB bank switch of a save read", 2, 0, "cpu_write(dev, 0x4000, 1);", true);
+    add("GBA read", 4, 0, "cpu_read(dev, 0, 4);", false);
+    add("SRAM", 6, 0, "ram_read(dev, 0, 4);", false);
+    add("FLASH", 6, 1, "ram_read(dev, 0, 4);", true);
+    add("EEPROM", 6, 2, "ram_read(dev, 0, 4);", true);
+    add("GB save", 3, 0, "ram_write(dev, 0, 4);", true);
+    add("GBA save", 7, 0, "ram_write(dev, 0, 4);", true);
+    add("erase", 7, 1, "ram_erase();", true);
+    add("flash", 1, 0, "rom_write(dev, 0, 4);", true);
+    add("flash configuration", 1, 0, "rom_flash_cfg(dev, 1);", false);
+    add("refused", 0, 0, "cpu_write(dev, 0x2000, 1.5);", false);
+}
+
+void NativesTest::writesToTheBusAreNoticed()
+{
+    QFETCH(int, operate);
+    QFETCH(int, saveType);
+    QFETCH(QByteArray, statement);
+    QFETCH(bool, writes);
+    NativeBench bench(operate);
+    bench.job.job.saveType = saveType;
+    bench.setResults({4});
+    bench.run(statement);
+    QCOMPARE(bench.job.hasWrittenToBus, writes);
 }
 
 void NativesTest::unwrittenRamEraseEndsTheScript()

@@ -144,7 +144,7 @@ void CartridgeBackupTest::failedReadKeepsNothing()
     const BackedUpMemory &rom = backup.backUpRom();
     QTEST(rom.end, "end");
     QCOMPARE(rom.outcome.trouble, Trouble::JobFailed);
-    QCOMPARE(rom.outcome.state, CartridgeState::OnlyRead);
+    QCOMPARE(rom.outcome.state, CartridgeState::Switched);
     QCOMPARE(rom.path, QString());
     QCOMPARE(m_folder->fileNames(), QStringList());
     QVERIFY(backup.isNew());
@@ -184,7 +184,7 @@ void CartridgeBackupTest::fileThatCanNotBeWrittenIsTold()
     QCOMPARE(rom.end, MemoryEnd::NotWritten);
     QCOMPARE(rom.path, QString());
     QCOMPARE(rom.outcome.trouble, Trouble::NoFile);
-    QCOMPARE(rom.outcome.state, CartridgeState::OnlyRead);
+    QCOMPARE(rom.outcome.state, CartridgeState::Switched);
     QCOMPARE(rom.outcome.file.fault, FileFault::NoFolder);
     QCOMPARE(rom.outcome.file.path, m_folder->path("missing/VIRTUAL.gb"));
     QCOMPARE(backup.writeReport().trouble, Trouble::NoFile);

@@ -128,7 +128,7 @@ void CheckedReadTest::readHasTheHashOfItsBytes()
     PhaseRecorder listener;
     const CheckedRead read = readOnce(job, Phase::Read, listener);
     QCOMPARE(read.outcome.trouble, Trouble::None);
-    QCOMPARE(read.outcome.state, CartridgeState::OnlyRead);
+    QCOMPARE(read.outcome.state, isGba ? CartridgeState::OnlyRead : CartridgeState::Switched);
     QVERIFY(read.bytes == bench.image());
     QCOMPARE(read.sha1, QCryptographicHash::hash(bench.image(), QCryptographicHash::Sha1));
     QCOMPARE(read.reads, 1);
@@ -144,7 +144,7 @@ void CheckedReadTest::readThatFailsHasNoBytes()
     const CheckedRead read = readOnce(benchJob(GB_READ_ROM), Phase::Backup, listener);
     QCOMPARE(read.outcome.trouble, Trouble::JobFailed);
     QCOMPARE(read.outcome.phase, Phase::Backup);
-    QCOMPARE(read.outcome.state, CartridgeState::OnlyRead);
+    QCOMPARE(read.outcome.state, CartridgeState::Switched);
     QVERIFY(read.outcome.job.driveError.contains("injected fault"));
     QCOMPARE(read.bytes, QByteArray());
     QCOMPARE(read.sha1, QByteArray());

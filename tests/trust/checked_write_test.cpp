@@ -8,6 +8,14 @@
 
 using namespace virtual_reader;
 
+namespace
+{
+
+// A backup was read behind bank switches.
+constexpr CartridgeState kBefore = CartridgeState::Switched;
+
+} // namespace
+
 class CheckedWriteTest : public QObject
 {
     Q_OBJECT
@@ -73,11 +81,11 @@ private slots:
         writeJob.ramSize = 512;
         CartridgeJob readJob = writeJob;
         readJob.operate = GB_READ_RAM;
-        QCOMPARE(writeAndCheck(writeJob, readJob, m_content, m_listener).outcome.trouble,
+        QCOMPARE(writeAndCheck(writeJob, readJob, m_content, kBefore, m_listener).outcome.trouble,
                  Trouble::None);
 
         addReadFault(*m_bench, 0, 0x01, 7);
-        const CheckedWrite write = writeAndCheck(writeJob, readJob, m_content, m_listener);
+        const CheckedWrite write = writeAndCheck(writeJob, readJob, m_content, kBefore, m_listener);
         QCOMPARE(write.outcome.trouble, Trouble::Mismatch);
         QCOMPARE(write.mismatch.first.size(), 1);
         QCOMPARE(write.mismatch.first[0].wanted, std::uint8_t(0x0A));
@@ -90,7 +98,7 @@ private slots:
         writeJob.ramSize = 8192;
         m_content.truncate(8192);
         const CheckedWrite write =
-            writeAndCheck(writeJob, benchJob(GB_READ_RAM), m_content, m_listener);
+            writeAndCheck(writeJob, benchJob(GB_READ_RAM), m_content, kBefore, m_listener);
         QCOMPARE(write.outcome.trouble, Trouble::None);
         QCOMPARE(write.mismatch.size, 8192U);
         QCOMPARE(m_listener.phases, (QStringList{"write 8192", "end", "check 32768", "end"}));
@@ -113,7 +121,7 @@ private slots:
         m_listener.questionsUntilStop = 0;
         const CheckedWrite write = run();
         QCOMPARE(write.outcome.trouble, Trouble::Stopped);
-        QCOMPARE(write.outcome.state, CartridgeState::NotWritten);
+        QCOMPARE(write.outcome.state, CartridgeState::NotBegun);
         QCOMPARE(m_listener.phases, QStringList());
         QCOMPARE(m_bench->save(), old);
     }
@@ -130,10 +138,11 @@ private slots:
         const QByteArray old = m_bench->save();
         CartridgeJob job = benchJob(GB_WRITE_RAM);
         job.ramSize = 3000; // no cartridge has it
-        const CheckedWrite write = writeAndCheck(job, benchJob(GB_READ_RAM), m_content, m_listener);
+        const CheckedWrite write =
+            writeAndCheck(job, benchJob(GB_READ_RAM), m_content, kBefore, m_listener);
         QCOMPARE(write.outcome.trouble, Trouble::JobFailed);
         QCOMPARE(write.outcome.job.end, JobEnd::Refused);
-        QCOMPARE(write.outcome.state, CartridgeState::NotWritten);
+        QCOMPARE(write.outcome.state, CartridgeState::NotBegun);
         QCOMPARE(m_listener.phases, (QStringList{"write 3000", "end"}));
         QCOMPARE(m_bench->save(), old);
     }
@@ -157,7 +166,8 @@ private slots:
 private:
     CheckedWrite run()
     {
-        return writeAndCheck(benchJob(GB_WRITE_RAM), benchJob(GB_READ_RAM), m_content, m_listener);
+        return writeAndCheck(benchJob(GB_WRITE_RAM), benchJob(GB_READ_RAM), m_content, kBefore,
+                             m_listener);
     }
 
     std::unique_ptr<TrialBench> m_bench;

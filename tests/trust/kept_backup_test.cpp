@@ -117,7 +117,7 @@ void KeptBackupTest::unstableSaveIsNotKept()
     const KeptBackup backup = keep();
     QCOMPARE(backup.outcome.trouble, Trouble::ReadsDiffer);
     QCOMPARE(backup.outcome.detail, QString("bank 2 of 4"));
-    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotBegun);
     QCOMPARE(backup.path, QString());
     QCOMPARE(names(), QStringList());
 }
@@ -130,7 +130,7 @@ void KeptBackupTest::failedReadKeepsNothing()
         const KeptBackup backup = keep();
         QCOMPARE(backup.outcome.trouble, Trouble::JobFailed);
         QCOMPARE(backup.outcome.phase, read == 0 ? Phase::Backup : Phase::Compare);
-        QCOMPARE(backup.outcome.state, CartridgeState::OnlyRead);
+        QCOMPARE(backup.outcome.state, CartridgeState::Switched);
         QVERIFY(backup.outcome.job.driveError.contains("injected fault"));
         QCOMPARE(names(), QStringList());
     }
@@ -150,7 +150,7 @@ void KeptBackupTest::saveOfEqualBytesTakesTheUsersWord()
     loadSave(*m_bench, QByteArray(int(kBenchSave), byte));
     const KeptBackup backup = keep();
     QCOMPARE(backup.outcome.trouble, Trouble::SaveIsBlank);
-    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotBegun);
     QVERIFY(!backup.isErased);
     QCOMPARE(names(), QStringList());
 
@@ -188,7 +188,7 @@ void KeptBackupTest::folderThatCanNotBeMadeIsTold()
     const KeptBackup backup = keep();
     QCOMPARE(backup.outcome.trouble, Trouble::NoFolder);
     QCOMPARE(backup.outcome.detail, m_path);
-    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotBegun);
     QCOMPARE(backup.path, QString());
 }
 
@@ -202,7 +202,7 @@ void KeptBackupTest::diskThatLiesIsTold()
     m_bench->drive().addFault(fault);
     const KeptBackup backup = keep();
     QCOMPARE(backup.outcome.trouble, Trouble::NoFile);
-    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotBegun);
     QVERIFY(backup.path.isEmpty());
     QCOMPARE(names(), QStringList());
     QCOMPARE(backup.outcome.file.fault, FileFault::NotHeld);

@@ -60,6 +60,54 @@ private slots:
             QTEST(stateOf(operate, result), "write");
     }
 
+    // A bank switch is a write; what it does is known of the right script alone.
+    void readThatWroteToTheBusIsNoMereRead()
+    {
+        JobResult result;
+        result.hasTouchedCartridge = true;
+        result.hasWrittenToBus = true;
+        for (const JobEnd end : {JobEnd::Done, JobEnd::ScriptFailed, JobEnd::OutputNotWritten}) {
+            result.end = end;
+            for (const JobCode operate : kReads)
+                QCOMPARE(stateOf(operate, result), CartridgeState::Switched);
+        }
+    }
+
+    void twoStepsLeaveTheWorseState_data()
+    {
+        using State = CartridgeState;
+        QTest::addColumn<State>("first");
+        QTest::addColumn<State>("second");
+        QTest::addColumn<State>("both");
+        const auto add = [](const char *name, State first, State second, State both) {
+            QTest::newRow(name) << first << second << both;
+        };
+        add("reads", State::OnlyRead, State::OnlyRead, State::OnlyRead);
+        add("nothing", State::Untouched, State::Untouched, State::Untouched);
+        add("first alone", State::OnlyRead, State::Untouched, State::OnlyRead);
+        add("second alone", State::Untouched, State::OnlyRead, State::OnlyRead);
+        add("first switched", State::Switched, State::Untouched, State::Switched);
+        add("second switched", State::OnlyRead, State::Switched, State::Switched);
+        add("not written", State::OnlyRead, State::NotWritten, State::NotWritten);
+        add("switched, not written", State::Switched, State::NotWritten, State::NotBegun);
+        add("not begun", State::Untouched, State::NotBegun, State::NotBegun);
+    }
+    void twoStepsLeaveTheWorseState()
+    {
+        QFETCH(CartridgeState, first);
+        QFETCH(CartridgeState, second);
+        QTEST(afterBoth(first, second), "both");
+    }
+
+    void writeThatIsNotBegunSaysWhatCameBefore()
+    {
+        for (const CartridgeState before : {CartridgeState::Switched, CartridgeState::NotBegun})
+            QCOMPARE(unwritten(before), CartridgeState::NotBegun);
+        for (const CartridgeState before : {CartridgeState::Untouched, CartridgeState::LookedAt,
+                                            CartridgeState::OnlyRead, CartridgeState::NotWritten})
+            QCOMPARE(unwritten(before), CartridgeState::NotWritten);
+    }
+
     // A script that does not compile, say.
     void scriptThatNeverUsedTheBusLeftTheCartridgeAlone()
     {

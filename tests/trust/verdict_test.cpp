@@ -1,7 +1,9 @@
 // What a dump or a save is worth: every verdict and every reason, from what is known of the bytes.
 #include "trust/verdict.h"
 
+#include "samples.h"
 #include "test_class.h"
+#include "trust/known_titles.h"
 #include "trust/words.h"
 
 #include <QtTest>
@@ -77,6 +79,7 @@ class VerdictTest : public QObject
 private slots:
     void romIsJudged_data();
     void romIsJudged();
+    void swappedBanksLookRight();
     void severalFaultsAreAllNamed();
     void saveIsJudged_data();
     void saveIsJudged();
@@ -113,16 +116,16 @@ void VerdictTest::romIsJudged_data()
 
     addRow("two equal reads", gbEvidence(),
            "consistent: logo, header checksum and checksum over the whole ROM are right; 2 equal "
-           "reads; not a known dump",
+           "reads; not a known dump; the checksum is a sum and does not see swapped banks",
            VerdictKind::Consistent);
     addRow("five equal reads", with(gbEvidence(), [](Rom &rom) { rom.reads = 5; }),
            "consistent: logo, header checksum and checksum over the whole ROM are right; 5 equal "
-           "reads; not a known dump",
+           "reads; not a known dump; the checksum is a sum and does not see swapped banks",
            VerdictKind::Consistent);
     addRow("header without a known size",
            with(gbEvidence(), [](Rom &rom) { rom.checks.headerSize.reset(); }),
            "consistent: logo, header checksum and checksum over the whole ROM are right; 2 equal "
-           "reads; not a known dump",
+           "reads; not a known dump; the checksum is a sum and does not see swapped banks",
            VerdictKind::Consistent);
 
     addRow("read once", with(gbEvidence(), [](Rom &rom) { rom.reads = 1; }),
@@ -201,6 +204,22 @@ void VerdictTest::romIsJudged()
     QTEST(summaryOf(verdict), "summary");
     QTEST(verdict.kind, "kind");
     QCOMPARE(verdict.reasons.isEmpty(), verdict.kind == VerdictKind::Verified);
+}
+
+// Why the reasons say it: everything that can be checked is right, and the ROM is not.
+void VerdictTest::swappedBanksLookRight()
+{
+    constexpr int kBank = 16 * 1024;
+    QByteArray rom = toByteArray(gbImage({0x19, 4 * kBank, 0, "VIRTUAL", 1}));
+    const QByteArray third = rom.mid(2 * kBank, kBank);
+    QVERIFY(third != rom.mid(3 * kBank));
+    rom.replace(2 * kBank, kBank, rom.mid(3 * kBank));
+    rom.replace(3 * kBank, kBank, third);
+    RomEvidence evidence = evidenceOf(rom, {}, {});
+    evidence.reads = 2;
+    const Verdict verdict = judgeRom(evidence);
+    QCOMPARE(verdict.kind, VerdictKind::Consistent);
+    QVERIFY(reasonTexts(verdict).contains("the checksum is a sum and does not see swapped banks"));
 }
 
 void VerdictTest::severalFaultsAreAllNamed()

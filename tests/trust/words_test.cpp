@@ -43,12 +43,15 @@ private slots:
     {
         const QStringList texts =
             textsOf(CartridgeState::Untouched, CartridgeState::Written, stateText);
-        QCOMPARE(texts,
-                 (QStringList{"The cartridge was not touched.", "The cartridge was only looked at.",
-                              "The cartridge was only read.", "Nothing was read.",
-                              "Nothing was written; the cartridge is as it was.",
-                              "The cartridge may be partly written.",
-                              "What the chip held may be lost.", "The cartridge was written."}));
+        QCOMPARE(texts, (QStringList{
+                            "The cartridge was not touched.", "The cartridge was only looked at.",
+                            "The cartridge was only read.",
+                            "The cartridge was read, which also writes to its bus.",
+                            "Nothing was read.", "Nothing was written; the cartridge is as it was.",
+                            "The write was not begun; the cartridge was read, which also writes "
+                            "to its bus.",
+                            "The cartridge may be partly written.",
+                            "What the chip held may be lost.", "The cartridge was written."}));
     }
 
     void phasesAndVerdictsHaveAWord()

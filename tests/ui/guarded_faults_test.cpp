@@ -260,7 +260,9 @@ QStringList problemsOfWrite(const FaultCase &bench, const FaultRun &run)
     if (run.backups.size() > 1 ||
         (!run.backups.isEmpty() && !isBackupOf(run.backups.first(), run.old)))
         problems << "a backup that is none";
-    if (isTouched && run.judgements.contains("the cartridge is as it was"))
+    const bool saysUnwritten = run.judgements.contains("the cartridge is as it was") ||
+                               run.judgements.contains("The write was not begun");
+    if (isTouched && saysUnwritten)
         problems << "it says that the cartridge is as it was";
     if (run.file != bench.file)
         problems << "the user's file has changed";

@@ -22,6 +22,7 @@ namespace
 
 constexpr int kKiB = 1024;
 constexpr int kMiB = 1024 * kKiB;
+constexpr int kTama5Row = 6;
 const QByteArray kOldFile = "what was here before";
 
 struct ReadCase {
@@ -134,6 +135,9 @@ private slots:
     void halfOfASaveIsSaidToBeOne();
     void cancelledSecondReadLeavesTheFirst();
     void romBeyondTheBusIsRefusedInOneSentence();
+    void readThatWritesWhereSavesAreAsksTheHeader_data();
+    void readThatWritesWhereSavesAreAsksTheHeader();
+    void secondReadAsksTheHeaderToo();
     void oldFileThatCannotBeKeptStopsTheRead();
     void plainReadIsTheBareJob_data();
     void plainReadIsTheBareJob();
@@ -152,7 +156,7 @@ void GuardedReadTest::readIsJudged_data()
     add("not known, read once", dumpOf(gbGame()), "unverified: not a known dump; read only once");
     add("not known, read twice", twice(dumpOf(gbGame())),
         "consistent: logo, header checksum and checksum over the whole ROM are right; 2 equal "
-        "reads; not a known dump");
+        "reads; not a known dump; the checksum is a sum and does not see swapped banks");
     add("flaky bank", twice(dumpOf(gbGame(), 3)), "unstable: reads differ in bank 3 of 4");
     add("empty slot", ReadCase(), "suspicious: all bytes are equal: an empty slot or no contact");
     add("twice the size", withRomSize(dumpOf(gbGame()), 128 * kKiB),
@@ -318,6 +322,68 @@ void GuardedReadTest::cancelledSecondReadLeavesTheFirst()
     QVERIFY(window->bench().fileBytes("new") == toByteArray(gbGame()));
     QVERIFY2(!window->judgements().contains("not kept"), qPrintable(window->judgements()));
     QCOMPARE(window->judgement(), QString("unverified: not a known dump; read only once"));
+}
+
+// RAM without a gate, which the script of the TAMA5 writes over. Without the guard it does.
+void GuardedReadTest::readThatWritesWhereSavesAreAsksTheHeader_data()
+{
+    QTest::addColumn<int>("type"); // of the header; -1: a GBA game with an EEPROM
+    QTest::addColumn<int>("button");
+    QTest::addColumn<bool>("isRefused");
+    QTest::newRow("dump, RAM without a gate") << 0x09 << 0 << true;
+    QTest::newRow("save, RAM without a gate") << 0x09 << 1 << true;
+    QTest::newRow("dump, MBC5") << 0x1B << 0 << true;
+    QTest::newRow("dump, HuC1") << 0xFF << 0 << false;
+    QTest::newRow("save, HuC1") << 0xFF << 1 << false;
+    QTest::newRow("dump, a type that nobody knows") << 0x99 << 0 << false;
+    QTest::newRow("save as FLASH, EEPROM in the table") << -1 << 1 << true;
+}
+
+void GuardedReadTest::readThatWritesWhereSavesAreAsksTheHeader()
+{
+    QFETCH(int, type);
+    QFETCH(int, button);
+    QFETCH(bool, isRefused);
+    const ActionButton action = button == 0 ? &MainTab::dumpButton : &MainTab::readRamButton;
+    CartridgeOptions eeprom;
+    eeprom.saveType = GbaSaveType::Eeprom;
+    auto cartridge = type < 0
+                         ? cartridgeOf(gbaGame("ALXP"), eeprom)
+                         : makeGbCartridge(static_cast<std::uint8_t>(type), 32 * kKiB, 8 * kKiB);
+    putSave(cartridge.get(), noise(static_cast<int>(cartridge->saveImage().size()), 1));
+    JobWindow window(std::move(cartridge));
+    if (type < 0)
+        window.selectGba(kMiB, kSaveFlash, 128 * kKiB);
+    else
+        window.selectGb(kTama5Row, 32 * kKiB, 8 * kKiB);
+    const QByteArray save = window.bench().save();
+    window.run(action, window.bench().addFile("file", kOldFile));
+    QVERIFY(window.bench().save() == save);
+    QCOMPARE(window.judgement() == "refused: Nothing was read.", isRefused);
+    QCOMPARE(window.log().contains(" than was chosen; "), isRefused);
+    QCOMPARE(window.bench().fileBytes("file") == kOldFile, isRefused);
+    QCOMPARE(window.log().contains("Press Info"), isRefused);
+    if (type != 0x09)
+        return;
+    window.tab().guarded->guardsWrites = false;
+    window.run(action, window.bench().path("file"));
+    QVERIFY(window.bench().save() != save);
+}
+
+void GuardedReadTest::secondReadAsksTheHeaderToo()
+{
+    JobWindow window(makeGbCartridge(0xFF, 32 * kKiB, 8 * kKiB));
+    window.selectGb(kTama5Row, 32 * kKiB, 8 * kKiB);
+    window.run(&MainTab::dumpButton, window.bench().path("file"));
+    QVERIFY(window.tab().guarded->canReadAgain());
+    auto other = makeGbCartridge(0x09, 32 * kKiB, 8 * kKiB);
+    putSave(other.get(), noise(8 * kKiB, 1));
+    window.bench().reader().insertCartridge(std::move(other));
+    window.tab().guarded->readAgain();
+    QTRY_VERIFY(!window.tab().guarded->isBusy());
+    QVERIFY2(window.log().contains("The header names another mapper than was chosen"),
+             qPrintable(window.log()));
+    QVERIFY(window.bench().save() == noise(8 * kKiB, 1));
 }
 
 void GuardedReadTest::romBeyondTheBusIsRefusedInOneSentence()

@@ -14,6 +14,14 @@
 
 using namespace virtual_reader;
 
+namespace
+{
+
+const QString kNotBegun = "refused: The write was not begun; the cartridge was read, which also "
+                          "writes to its bus.";
+
+} // namespace
+
 class GuardedWriteTest : public QObject
 {
     Q_OBJECT
@@ -27,6 +35,8 @@ private slots:
     void writeThatDidNothingIsFailed();
     void badWriteIsNotBegun_data();
     void badWriteIsNotBegun();
+    void blankFileIsWarnedOf_data();
+    void blankFileIsWarnedOf();
     void partOfAChipIsNoBackup_data();
     void partOfAChipIsNoBackup();
     void gbaFlashSaysWhy();
@@ -147,37 +157,44 @@ void GuardedWriteTest::badWriteIsNotBegun_data()
     QTest::addColumn<WriteCase>("row");
     QTest::addColumn<QString>("reason");
     QTest::addColumn<QString>("advice");
+    QTest::addColumn<bool>("isRead"); // with writes to the bus
     const QString switchOff = "turn \"Guard writes\" off in the menu at the top right";
     const QByteArray save = noise(32 * kKiB, 2);
     QTest::newRow("empty slot, nobody would notice")
         << unticked(emptySlot(narrowFlash(gbFile(32 * kKiB, 0))))
         << "No flash chip answers and every byte is FF"
-        << "tick \"Verify the data after writing\"";
+        << "tick \"Verify the data after writing\"" << true;
     QTest::newRow("file larger than the chip")
         << wideFlash(gbFile(2 * kMiB), kMiB)
-        << "The file has 2097152 bytes, the flash chip 1048576." << switchOff;
+        << "The file has 2097152 bytes, the flash chip 1048576." << switchOff << true;
     WriteCase shorter = gbSave(noise(8 * kKiB, 2), QByteArray(32 * kKiB, '\xFF'));
     shorter.select = [](JobWindow &window) { window.selectGb(kMapperMbc5Row, 65536, 8 * kKiB); };
     QTest::newRow("blank save of a size that only the user names")
-        << shorter << "All bytes of the save are equal." << switchOff;
+        << shorter << "All bytes of the save are equal." << switchOff << true;
     WriteCase known = gbaSave(GbaSaveType::Flash, kSaveSram, 64 * kKiB);
     known.cartridge = [] { return gbaBoard(GbaSaveType::Flash, 64 * kKiB, "AWRP"); };
     QTest::newRow("game of another save type")
-        << known << "The game table names another save than the settings"
-        << "Press Info";
+        << known << "The game table names another kind of save memory than was chosen"
+        << "Press Info" << false;
+    QTest::newRow("mapper that the header does not name")
+        << behindMapper(1, gbSave(save)) << "The header names another mapper than was chosen"
+        << "Press Info" << false;
+    QTest::newRow("script that writes where the save is")
+        << behindMapper(6, gbSave(save)) << "The header names another mapper than was chosen"
+        << "Press Info" << false;
     QTest::newRow("chip that the mapper shows a part of")
         << behindMapper(0, wideFlash(gbFile(32 * kKiB, 0), 2 * kMiB))
         << "The chip is erased as a whole, and a backup of 32768 bytes may be only a part of it"
-        << "Choose the mapper of the board";
+        << "Choose the mapper of the board" << true;
     WriteCase other = gbaSave(GbaSaveType::Sram, kSaveSram, 32 * kKiB);
     other.cartridge = gbSave(save).cartridge;
     QTest::newRow("cartridge of the other system")
         << other << "The cartridge is of another system than the settings say."
-        << "Press Info";
+        << "Press Info" << false;
     WriteCase danger = gbSave(save);
     danger.cartridge = [] { return makeGbHeaderCartridge(0x22, 0, 0); };
     QTest::newRow("save that no job can move")
-        << danger << "The save of an MBC7 cannot be read or written" << switchOff;
+        << danger << "The save of an MBC7 cannot be read or written" << switchOff << false;
 }
 
 void GuardedWriteTest::badWriteIsNotBegun()
@@ -185,13 +202,15 @@ void GuardedWriteTest::badWriteIsNotBegun()
     QFETCH(WriteCase, row);
     QFETCH(QString, reason);
     QFETCH(QString, advice);
+    QFETCH(bool, isRead);
     const auto window = windowFor(row);
     const QByteArray rom = window->bench().rom();
     const QByteArray save = window->bench().save();
     window->run(row.button, window->bench().addFile("new", row.file));
 
     QCOMPARE(window->judgement(),
-             QString("refused: Nothing was written; the cartridge is as it was."));
+             isRead ? kNotBegun
+                    : QString("refused: Nothing was written; the cartridge is as it was."));
     const QString log = window->log();
     QVERIFY2(log.contains(reason), qPrintable(log));
     QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
@@ -201,6 +220,38 @@ void GuardedWriteTest::badWriteIsNotBegun()
     QVERIFY(window->bench().rom() == rom);
     QVERIFY(window->bench().save() == save);
     QCOMPARE(window->backups().size(), 0);
+}
+
+void GuardedWriteTest::blankFileIsWarnedOf_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("warns");
+    QTest::newRow("erased") << QByteArray(32 * kKiB, '\xFF') << true;
+    QTest::newRow("cleared") << QByteArray(32 * kKiB, '\0') << true;
+    QTest::newRow("longer, what fits is cleared")
+        << QByteArray(32 * kKiB, '\0') + QByteArray(8, 'x') << true;
+    QTest::newRow("all but one byte")
+        << QByteArray(32 * kKiB - 1, '\xFF') + QByteArray("x") << false;
+}
+
+void GuardedWriteTest::blankFileIsWarnedOf()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(bool, warns);
+    const WriteCase row = gbSave(file);
+    const auto window = windowFor(row);
+    const QByteArray old = window->bench().save();
+    const QString path = window->bench().addFile("new", file);
+    window->run(row.button, path);
+    const QString log = window->log();
+    const int warning = log.indexOf("Warning: all bytes of " + path + " are equal.");
+    QCOMPARE(warning >= 0, warns);
+    if (warns) {
+        QVERIFY(log.indexOf("Writing save to cartridge from file:") < warning);
+        QVERIFY(warning < log.indexOf("Start write save..."));
+    }
+    QVERIFY(window->bench().save() == file.left(32 * kKiB));
+    QVERIFY(onlyBackup(*window) == old);
 }
 
 // What was read is kept, though it is not all, and the write is not begun. What a larger save chip
@@ -230,9 +281,7 @@ void GuardedWriteTest::partOfAChipIsNoBackup()
     const QByteArray old = contentOf(*window, row);
     window->run(row.button, window->bench().addFile("new", row.file));
     QFETCH(int, backups);
-    QCOMPARE(window->judgement(),
-             backups == 0 ? QString("refused: Nothing was written; the cartridge is as it was.")
-                          : QString("refused: The cartridge was only read."));
+    QCOMPARE(window->judgement(), kNotBegun);
     QVERIFY2(window->log().contains(reason), qPrintable(window->log()));
     QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
     QCOMPARE(window->judgements().contains("What was read of the cartridge is in "), backups == 1);
@@ -273,8 +322,7 @@ void GuardedWriteTest::saveThatReadsDifferentlyIsNotReplaced()
     flip.flips = 0x01;
     window->bench().drive().addFault(flip);
     window->run(row.button, window->bench().addFile("new", row.file));
-    QCOMPARE(window->judgement(),
-             QString("refused: Nothing was written; the cartridge is as it was."));
+    QCOMPARE(window->judgement(), kNotBegun);
     QVERIFY(window->log().contains("Two reads of the cartridge differ (bank "));
     QVERIFY(window->bench().save() == old);
     QVERIFY(window->backups().isEmpty());
@@ -286,8 +334,9 @@ void GuardedWriteTest::shortFileWritesNothing()
     const auto window = windowFor(row);
     const QByteArray old = window->bench().save();
     window->run(row.button, window->bench().addFile("new", row.file));
-    QCOMPARE(window->judgement(), QString("failed: The file is too short. Nothing was written; "
-                                          "the cartridge is as it was."));
+    QCOMPARE(window->judgement(),
+             QString("failed: The file is too short. The write was not begun; the cartridge was "
+                     "read, which also writes to its bus."));
     QVERIFY(window->bench().save() == old);
 }
 
@@ -319,8 +368,7 @@ void GuardedWriteTest::folderThatCannotBeMadeRefuses()
     const QByteArray old = window->bench().save();
     window->bench().addFile("backups", "a file");
     window->run(row.button, window->bench().addFile("new", row.file));
-    QCOMPARE(window->judgement(),
-             QString("refused: Nothing was written; the cartridge is as it was."));
+    QCOMPARE(window->judgement(), kNotBegun);
     QVERIFY(window->log().contains("Cannot make the folder " + window->bench().path("backups") +
                                    " for the backup."));
     QVERIFY(window->judgements().contains("turn \"Guard writes\" off"));
@@ -377,7 +425,8 @@ void GuardedWriteTest::cancelBeforeTheWriteStopsIt()
 
     QVERIFY(isPressed);
     QCOMPARE(window->judgement(),
-             QString("stopped: Nothing was written; the cartridge is as it was."));
+             QString("stopped: The write was not begun; the cartridge was read, which also writes "
+                     "to its bus."));
     QVERIFY(window->log().contains("Asked to stop before the write."));
     QVERIFY(!window->log().contains("Start write save..."));
     QVERIFY(window->bench().save() == old);
