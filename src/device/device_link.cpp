@@ -121,6 +121,9 @@ std::uint32_t writeFileWhole(const char *path, const void *buffer, std::uint32_t
         return 0;
     std::uint32_t count = 0;
     const DriveStatus status = file->write(buffer, length, &count);
+    // Half of a file must not take the place of a whole one.
+    if (file->isWhole() && (!status.ok() || count != length))
+        return succeeded(status) ? count : kFailed;
     return finishTransfer(file.get(), status, count);
 }
 

@@ -77,7 +77,8 @@ std::uint32_t readFileAt(const char *path, void *buffer, std::uint32_t length,
 std::uint32_t readFileUnbuffered(const char *path, void *buffer, std::uint32_t length,
                                  std::uint32_t offset);
 
-// Makes `path` hold exactly `length` bytes of `buffer`.
+// Makes `path` hold exactly `length` bytes of `buffer`. An ordinary file of the user's that this
+// fails for is as it was.
 // Returns: bytes written; 0 if the file cannot be opened for writing; kFailed if writing fails.
 std::uint32_t writeFileWhole(const char *path, const void *buffer, std::uint32_t length);
 

@@ -51,7 +51,8 @@ enum class Buffering {
     Unbuffered // every read reaches the device
 };
 
-// One open file. Destroying it closes it.
+// One open file. Destroying it closes it; what was written to a whole file (below) is then given
+// up.
 class DriveFile
 {
 public:
@@ -74,9 +75,22 @@ public:
     // `*size` becomes the low 32 bits of the file's size in bytes.
     virtual DriveStatus size(std::uint32_t *size) = 0;
 
+    // True of an ordinary file of the user's that was opened for writing: what is written lies in a
+    // temporary file beside it, can be read back, and takes its place in one step when it is
+    // closed. False of the reader's files, of pipes and devices: they get every write at once.
+    virtual bool isWhole() const { return false; }
+
+    // Sees to it that a whole file can become `length` bytes long. Full if it cannot; success where
+    // the system does not know.
+    virtual DriveStatus reserve(std::uint32_t /*length*/) { return {}; }
+
     // Closes the file and reports what only closing can tell. Called at most once; no other call
-    // may follow.
+    // may follow. A whole file is in its place after a success; after a failure, or if one of its
+    // writes has failed, whatever was there before is as it was.
     virtual DriveStatus close() = 0;
+
+    // The same, but a file that has come to be in this place meanwhile is kept: Refused.
+    virtual DriveStatus closeAsNew() { return close(); }
 };
 
 class DriveBackend
@@ -104,7 +118,8 @@ public:
                                     std::unique_ptr<DriveFile> *file) = 0;
 
     // Opens a file for writing so that it holds exactly what is written to it before it is closed;
-    // creates it where it is missing. Nobody else may have it open. `*file` as above.
+    // creates it where it is missing. Nobody else may have it open. `*file` as above. A file of the
+    // user's is a whole one, see DriveFile; of a link the target is written.
     virtual DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) = 0;
 
     // Gives up whatever the backend keeps open on a drive between commands, so that the drive can

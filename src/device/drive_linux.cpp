@@ -3,6 +3,7 @@
 
 #include "device/linux_drives.h"
 #include "device/linux_file.h"
+#include "device/user_file.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,6 @@
 #include "device/linux_file.h"
 
+#include "device/linux_calls.h"
 #include "device/sector_window.h"
 
 #include <cerrno>
@@ -7,77 +8,17 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
 
-constexpr mode_t kNewFileMode = 0666;
-
 enum class CachePolicy {
     Cached,
     Direct,   // O_DIRECT: every read is a transfer
     DropFirst // the whole file is dropped from the cache before every read
 };
-
-int openRetrying(const std::string &path, int flags)
-{
-    int descriptor = -1;
-    do {
-        descriptor = ::open(path.c_str(), flags | O_CLOEXEC, kNewFileMode);
-    } while (descriptor < 0 && errno == EINTR);
-    return descriptor;
-}
-
-// Keeps a second program from writing the same file at the same time. File systems without locks
-// are taken as they are. Returns: false if somebody else holds the file.
-bool lockForWriting(int descriptor)
-{
-    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-}
-
-ssize_t preadRetrying(int descriptor, void *destination, std::uint32_t length, std::uint64_t offset)
-{
-    ssize_t got = -1;
-    do {
-        got = ::pread(descriptor, destination, length, static_cast<off_t>(offset));
-    } while (got < 0 && errno == EINTR);
-    return got;
-}
-
-// Writes everything or fails; `*count` says how far it came. Returns: 0 or an error number.
-int pwriteAll(int descriptor, const void *source, std::uint32_t length, std::uint64_t offset,
-              std::uint32_t *count)
-{
-    const auto *bytes = static_cast<const std::uint8_t *>(source);
-    *count = 0;
-    while (*count < length) {
-        const ssize_t put = ::pwrite(descriptor, bytes + *count, length - *count,
-                                     static_cast<off_t>(offset + *count));
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return put < 0 ? errno : EIO;
-        *count += static_cast<std::uint32_t>(put);
-    }
-    return 0;
-}
-
-DriveStatus sizeOf(int descriptor, const std::string &path, std::uint32_t *size)
-{
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0)
-        return statusFromErrno(errno, "look up the size of", path);
-    *size = static_cast<std::uint32_t>(status.st_size);
-    return {};
-}
-
-DriveStatus notOpenFor(const char *purpose, const std::string &path)
-{
-    return {DriveErrorCode::BadRequest, "\"" + path + "\" is not open for " + purpose};
-}
 
 class LinuxReadFile : public DriveFile
 {
@@ -142,50 +83,6 @@ private:
     FileDescriptor m_file;
     std::string m_path;
     CachePolicy m_policy;
-    std::uint32_t m_offset = 0;
-};
-
-class UserWriteFile : public DriveFile
-{
-public:
-    UserWriteFile(FileDescriptor file, std::string path)
-        : m_file(std::move(file)), m_path(std::move(path))
-    {
-    }
-
-    void seek(std::uint32_t offset) override { m_offset = offset; }
-
-    DriveStatus read(void * /*destination*/, std::uint32_t /*length*/,
-                     std::uint32_t *count) override
-    {
-        *count = 0;
-        return notOpenFor("reading", m_path);
-    }
-
-    DriveStatus write(const void *source, std::uint32_t length, std::uint32_t *count) override
-    {
-        const int error = pwriteAll(m_file.get(), source, length, m_offset, count);
-        m_offset += *count;
-        if (error != 0)
-            return statusFromErrno(error, "write", m_path);
-        // A dump must be on the disk before the job calls it a success. Devices such as /dev/null
-        // have nothing to sync and say EINVAL.
-        if (::fsync(m_file.get()) != 0 && errno != EINVAL && errno != EROFS)
-            return statusFromErrno(errno, "write", m_path);
-        return {};
-    }
-
-    DriveStatus size(std::uint32_t *size) override { return sizeOf(m_file.get(), m_path, size); }
-
-    DriveStatus close() override
-    {
-        const int error = m_file.close();
-        return error == 0 ? DriveStatus{} : statusFromErrno(error, "close", m_path);
-    }
-
-private:
-    FileDescriptor m_file;
-    std::string m_path;
     std::uint32_t m_offset = 0;
 };
 
@@ -269,22 +166,6 @@ DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,
     return {};
 }
 
-DriveStatus openUserFileForWrite(const std::string &path, std::unique_ptr<DriveFile> *file)
-{
-    FileDescriptor descriptor(openRetrying(path, O_WRONLY | O_CREAT));
-    if (!descriptor.isOpen())
-        return statusFromErrno(errno, "open", path);
-    if (!lockForWriting(descriptor.get()))
-        return statusFromErrno(EWOULDBLOCK, "lock", path);
-    // Cut only now: a file that another program is writing must not lose its content.
-    struct stat status = {};
-    const bool isRegular = ::fstat(descriptor.get(), &status) == 0 && S_ISREG(status.st_mode);
-    if (isRegular && ::ftruncate(descriptor.get(), 0) != 0)
-        return statusFromErrno(errno, "clear", path);
-    *file = std::make_unique<UserWriteFile>(std::move(descriptor), path);
-    return {};
-}
-
 bool KeptFile::isStill(const std::string &path) const
 {
     struct stat named = {};
@@ -304,7 +185,7 @@ DriveStatus KeptFile::open(const std::string &path)
     }
     release();
     // Not truncated: that would move the file to other clusters with every command.
-    m_file = FileDescriptor(openRetrying(path, O_WRONLY | O_CREAT));
+    m_file = FileDescriptor(openRetrying(path, O_WRONLY | O_CREAT, kNewFileMode));
     m_path = path;
     if (!m_file.isOpen())
         return fail(errno, "open");

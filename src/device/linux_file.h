@@ -35,9 +35,6 @@ DriveStatus statusFromErrno(int error, const char *operation, const std::string 
 DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,
                                  std::unique_ptr<DriveFile> *file);
 
-// Opens a file of the user, created or cut to nothing, and locked against a second writer.
-DriveStatus openUserFileForWrite(const std::string &path, std::unique_ptr<DriveFile> *file);
-
 // A file on the reader's drive that stays open between commands, because closing a descriptor that
 // was open for writing sleeps 100 ms on a desktop's FAT mount.
 class KeptFile

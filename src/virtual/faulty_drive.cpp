@@ -145,7 +145,9 @@ public:
             size == 0 ? DriveStatus{} : m_inner->write(part.data(), size, count);
         if (status.ok() && fault->code == DriveErrorCode::None && fault->claimsAll)
             *count = length;
-        return status.ok() ? injected(fault->code, m_path) : status;
+        if (status.ok())
+            m_failedWrite = injected(fault->code, m_path);
+        return status.ok() ? m_failedWrite : status;
     }
 
     DriveStatus size(std::uint32_t *size) override
@@ -156,23 +158,50 @@ public:
         return hits(fault) ? injected(fault->code, m_path) : m_inner->size(size);
     }
 
-    // The inner file is closed either way: descriptors end with a failed close as well.
-    DriveStatus close() override
+    bool isWhole() const override { return m_inner->isWhole(); }
+
+    DriveStatus reserve(std::uint32_t length) override
     {
-        const auto fault = m_state->enter(DriveCall::Close, m_path);
-        const DriveStatus status = m_inner->close();
+        const auto fault = m_state->enter(DriveCall::Reserve, m_path);
         if (isGone())
             return goneStatus();
-        return hits(fault) ? injected(fault->code, m_path) : status;
+        return hits(fault) ? injected(fault->code, m_path) : m_inner->reserve(length);
+    }
+
+    DriveStatus close() override
+    {
+        return closeWith([this] { return m_inner->close(); });
+    }
+
+    DriveStatus closeAsNew() override
+    {
+        return closeWith([this] { return m_inner->closeAsNew(); });
     }
 
 private:
+    // The inner file is closed either way: descriptors end with a failed close as well. A whole
+    // file is given up.
+    template <typename Close> DriveStatus closeWith(Close close)
+    {
+        const auto fault = m_state->enter(DriveCall::Close, m_path);
+        DriveStatus failure = hits(fault) ? injected(fault->code, m_path) : m_failedWrite;
+        if (m_inner->isWhole() && !failure.ok()) {
+            m_inner.reset();
+            return failure;
+        }
+        const DriveStatus status = close();
+        if (isGone())
+            return goneStatus();
+        return hits(fault) ? failure : status;
+    }
+
     bool isGone() const { return m_state->gone && m_state->onDrive(m_path); }
     DriveStatus goneStatus() const { return injected(DriveErrorCode::Gone, m_path); }
 
     std::unique_ptr<DriveFile> m_inner;
     std::string m_path;
     std::shared_ptr<FaultyDrive::State> m_state;
+    DriveStatus m_failedWrite;
 };
 
 } // namespace

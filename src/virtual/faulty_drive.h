@@ -24,7 +24,8 @@ enum class DriveCall {
     Read,
     Write,
     Size,
-    Close
+    Close,
+    Reserve
 };
 
 struct DriveFault {
@@ -41,7 +42,8 @@ struct DriveFault {
     // What a failing call reports. With None a read or write succeeds but moves only `bytes`, and
     // any other call goes through.
     DriveErrorCode code = DriveErrorCode::InputOutput;
-    // Bytes that a failing read or write still moves. A read with an error reports none of them.
+    // Bytes that a failing read or write still moves. A whole file is given up by a write that
+    // reports an error, as it is by the drive itself. A read with an error reports none of them.
     std::uint32_t bytes = 0;
     // Reported as moved although only `bytes` were: a read leaves the rest of its buffer as it was,
     // a write loses the rest. Only with None.
