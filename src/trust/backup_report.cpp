@@ -95,7 +95,10 @@ QString memoryText(const BackedUpMemory &memory)
     case MemoryEnd::NotRead:
         return QStringLiteral("not read: ") + reasonOf(memory.outcome);
     case MemoryEnd::NotReadTwice:
-        return QStringLiteral("not read twice: ") + reasonOf(memory.outcome);
+        return QStringLiteral("not read twice: ") + reasonOf(memory.outcome) +
+               (memory.path.isEmpty() ? QString()
+                                      : QStringLiteral(" The first read is in %1.")
+                                            .arg(QFileInfo(memory.path).fileName()));
     case MemoryEnd::NotWritten:
         return QStringLiteral("not written: ") + reasonOf(memory.outcome);
     }

@@ -20,7 +20,7 @@ enum class MemoryEnd {
     UnknownGame,  // a GBA game of which no table knows the save
     Swapped,      // another cartridge is in the slot meanwhile
     NotRead,      // the first read failed; see `outcome`
-    NotReadTwice, // or a later one, or the user stopped
+    NotReadTwice, // or a later one, or the user stopped; `path` has the first one
     NotWritten    // the file could not be written; see `outcome`
 };
 

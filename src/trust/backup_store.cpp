@@ -13,6 +13,10 @@ namespace
 // Bytes; with date, number and suffix behind it below the 255 that file systems take.
 constexpr int kLongestTitle = 180;
 
+// Of a file, in bytes, and what " (2)" and so on may need of it.
+constexpr int kLongestName = 255;
+const QString kNumberRoom = QStringLiteral(" (99)");
+
 // Shortens the title proper, and not what stands in brackets behind it: region and revision tell
 // one file from another.
 QString shortened(const QString &title)
@@ -74,6 +78,36 @@ QString datedPath(const QString &folder, const QString &title, const QDateTime &
     return freePath(folder, safeFileName(title) + QLatin1Char(' ') + date, suffix);
 }
 
+namespace
+{
+
+// `mark` behind the name, which loses its end where both together are too long for a file system.
+QString marked(const QString &path, const QString &mark)
+{
+    const QFileInfo info(path);
+    QString name = info.fileName();
+    while (!name.isEmpty() && (name + mark).toLocal8Bit().size() > kLongestName)
+        name.chop(1);
+    return name == info.fileName() ? path + mark : QDir(info.path()).filePath(name + mark);
+}
+
+QString freeMarked(const QString &path, const QString &mark)
+{
+    const QString name = marked(path, mark);
+    if (!QFileInfo::exists(name))
+        return name;
+    const QFileInfo info(marked(path, kNumberRoom + mark));
+    const QString stem = info.fileName();
+    return freePath(info.path(), stem.left(stem.size() - kNumberRoom.size() - mark.size()), mark);
+}
+
+} // namespace
+
+QString unverifiedPath(const QString &path)
+{
+    return freeMarked(path, QStringLiteral(".unverified"));
+}
+
 QString keptReadPath(const QString &path, VerdictKind kind, bool replaces)
 {
     QString mark;
@@ -81,9 +115,7 @@ QString keptReadPath(const QString &path, VerdictKind kind, bool replaces)
         mark = QStringLiteral(".unstable");
     else if (kind == VerdictKind::Suspicious && QFileInfo::exists(path))
         mark = QStringLiteral(".suspicious");
-    const QString marked = path + mark;
-    if (mark.isEmpty() || replaces || !QFileInfo::exists(marked))
-        return marked;
-    const QFileInfo info(marked);
-    return freePath(info.path(), info.completeBaseName(), mark);
+    if (mark.isEmpty())
+        return path;
+    return replaces ? marked(path, mark) : freeMarked(path, mark);
 }

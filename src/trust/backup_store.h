@@ -24,6 +24,10 @@ QString datedPath(const QString &folder, const QString &title, const QDateTime &
 // "FOLDER/Title.gb" likewise.
 QString freePath(const QString &folder, const QString &name, const QString &suffix);
 
+// The name of a first read for `path` that nobody could read again: ".unverified" behind it. Never
+// one that exists.
+QString unverifiedPath(const QString &path);
+
 // The name under which a read for `path` is kept. An unstable read gets ".unstable" behind it, so
 // that nobody takes it for a dump; a suspicious one that would replace a file ".suspicious", for
 // the save of an empty battery must not take the place of the last good one. Where an older one

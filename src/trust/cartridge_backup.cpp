@@ -18,6 +18,7 @@ constexpr int kFirstMmm01Type = 0x0B;
 constexpr int kLastMmm01Type = 0x0D;
 constexpr int kPlainMmm01Rom = 512 * 1024;
 constexpr char kColorFlag = '\x80';
+const QString kSaveSuffix = QStringLiteral(".sav");
 
 // Keeps the good name for a good read. A save that is suspicious may well be an empty one.
 QString markOf(VerdictKind kind, bool isSave)
@@ -57,8 +58,24 @@ bool CartridgeBackup::makeJob(CartridgeTask task, CartridgeJob *job, BackedUpMem
     return true;
 }
 
+// A folder or a disk that cannot take the file is told before anything is read.
+bool CartridgeBackup::hasRoom(const CartridgeJob &job, BackedUpMemory *memory) const
+{
+    const QString path =
+        pathFor(movesSave(job.operate), movesSave(job.operate) ? kSaveSuffix : romSuffix());
+    memory->outcome.file = troubleOfWriting(path, bytesToMove(job));
+    if (memory->outcome.file.isNone())
+        return true;
+    memory->outcome.trouble = Trouble::NoFile;
+    memory->outcome.state = CartridgeState::NotRead;
+    memory->end = MemoryEnd::NotWritten;
+    return false;
+}
+
 bool CartridgeBackup::readFirst(const CartridgeJob &job, CheckedRead *made, BackedUpMemory *memory)
 {
+    if (!hasRoom(job, memory))
+        return false;
     QElapsedTimer clock;
     clock.start();
     *made = readOnce(job, Phase::Read, m_listener);
@@ -78,9 +95,14 @@ bool CartridgeBackup::readMore(const CartridgeJob &job, int times, CheckedRead *
     readAgain(job, times, m_listener, made);
     memory->reads = made->reads;
     memory->outcome = made->outcome;
-    if (!made->outcome.isDone())
-        memory->end = MemoryEnd::NotReadTwice;
-    return made->outcome.isDone();
+    if (made->outcome.isDone())
+        return true;
+    memory->end = MemoryEnd::NotReadTwice;
+    const QString suffix = movesSave(job.operate) ? kSaveSuffix : romSuffix();
+    // Where it cannot be kept, why there was no second read stays the reason.
+    (void)writeNew(movesSave(job.operate), suffix + QStringLiteral(".unverified"), memory->bytes,
+                   &memory->path);
+    return false;
 }
 
 QString CartridgeBackup::romSuffix() const
@@ -184,7 +206,7 @@ void CartridgeBackup::readSave(const CartridgeJob &job)
     describeSave(save.bytes, &evidence);
     evidence.reads = made.reads;
     evidence.differences = made.differences;
-    keep(judgeSave(evidence), QStringLiteral(".sav"), true, &save);
+    keep(judgeSave(evidence), kSaveSuffix, true, &save);
 }
 
 const BackedUpMemory &CartridgeBackup::backUpSave()
@@ -226,12 +248,17 @@ void CartridgeBackup::keep(const Verdict &verdict, const QString &suffix, bool i
         memory->end = MemoryEnd::NotWritten;
 }
 
+QString CartridgeBackup::pathFor(bool isDated, const QString &suffix) const
+{
+    const QString title = safeFileName(m_record.title);
+    return isDated ? datedPath(m_plan.folder, title, m_record.begin, suffix)
+                   : freePath(m_plan.folder, title, suffix);
+}
+
 Outcome CartridgeBackup::writeNew(bool isDated, const QString &suffix, const QByteArray &bytes,
                                   QString *path)
 {
-    const QString title = safeFileName(m_record.title);
-    const QString newPath = isDated ? datedPath(m_plan.folder, title, m_record.begin, suffix)
-                                    : freePath(m_plan.folder, title, suffix);
+    const QString newPath = pathFor(isDated, suffix);
     PendingFile file(newPath, ExistingFile::Keep);
     Outcome outcome;
     if (file.trouble().isNone() && file.write(bytes) && file.commit()) {

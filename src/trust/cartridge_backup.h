@@ -1,5 +1,6 @@
 // One cartridge into a folder: its ROM, its save, and a report beside them.
 //
+// A first read that could not be repeated is kept with the mark ".unverified".
 // Files that are there already are never replaced: a ROM with the same bytes is left alone, a save
 // with the same bytes too; anything else gets a name of its own.
 // Thread: as worker/job_run.h.
@@ -43,6 +44,8 @@ public:
 private:
     static bool isNothingNew(const BackedUpMemory &save);
     bool makeJob(CartridgeTask task, CartridgeJob *job, BackedUpMemory *memory);
+    bool hasRoom(const CartridgeJob &job, BackedUpMemory *memory) const;
+    QString pathFor(bool isDated, const QString &suffix) const;
     bool readFirst(const CartridgeJob &job, CheckedRead *made, BackedUpMemory *memory);
     bool readMore(const CartridgeJob &job, int times, CheckedRead *made, BackedUpMemory *memory);
     void readRom(const CartridgeJob &job);

@@ -9,13 +9,12 @@ enum class FileFault {
     // Of a file that was to be written.
     NameNotRepresentable, // in the system's 8-bit encoding
     IsFolder,
-    NotOrdinary, // a device, say
-    NoFolder,    // that it would lie in
-    Exists,      // and is to be kept
-    NotMade,     // under its temporary name
+    NoFolder, // that it would lie in
+    Exists,   // and is to be kept
+    NotMade,  // not even begun
     NotWritten,
-    NotHeld, // what was read back is something else
-    NotRenamed,
+    NotHeld,    // what was read back is something else
+    NotRenamed, // given its name
 
     // Of a file that was to be read.
     ReadsFolder,
@@ -27,7 +26,9 @@ enum class FileFault {
 struct [[nodiscard]] FileTrouble {
     FileFault fault = FileFault::None;
     QString path;
-    QString systemText; // of NotMade, NotWritten, NotRenamed and NotRead
+    // Of NotMade, NotWritten and NotRenamed what the seam said, a sentence with the path in it but
+    // for its full stop; of NotRead the system's own text.
+    QString systemText;
 
     bool isNone() const { return fault == FileFault::None; }
 };

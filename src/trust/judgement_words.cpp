@@ -94,6 +94,7 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::None:
         break;
     case GuardFault::Trouble:
+    case GuardFault::Target:
         return whyText(guard.outcome);
     case GuardFault::OtherSystem:
         return QStringLiteral("The cartridge is of another system than the settings say.");

@@ -35,23 +35,42 @@ void fail(Trouble trouble, const QString &detail, Outcome *outcome)
     outcome->detail = detail;
 }
 
-void store(const BackupPlan &plan, KeptBackup *backup)
+QString pathOf(const BackupPlan &plan, const QString &folder)
 {
-    const QString folder = plan.folder.isEmpty() ? defaultBackupFolder() : plan.folder;
-    if (!QDir().mkpath(folder)) {
-        fail(Trouble::NoFolder, folder, &backup->outcome);
-        return;
-    }
-    const bool isSave = movesSave(plan.readJob.operate);
-    const QString path = datedPath(folder, plan.title, QDateTime::currentDateTime(),
-                                   isSave ? QStringLiteral(".sav") : QStringLiteral(".gb"));
+    return datedPath(folder, plan.title, QDateTime::currentDateTime(),
+                     movesSave(plan.readJob.operate) ? QStringLiteral(".sav")
+                                                     : QStringLiteral(".gb"));
+}
+
+void failFile(const PendingFile &file, Outcome *outcome)
+{
+    fail(Trouble::NoFile, {}, outcome);
+    outcome->file = file.trouble();
+}
+
+// The file is there and has room before the first byte is read.
+KeptBackup readIntoFile(const BackupPlan &plan, const QString &path, TrustListener &listener)
+{
+    KeptBackup backup;
     PendingFile file(path, ExistingFile::Keep);
-    if (file.trouble().isNone() && file.write(contentOf(backup->bytes, plan)) && file.commit()) {
-        backup->path = path;
-    } else {
-        fail(Trouble::NoFile, {}, &backup->outcome);
-        backup->outcome.file = file.trouble();
+    if (!file.trouble().isNone() || !file.reserve(bytesToMove(plan.readJob))) {
+        failFile(file, &backup.outcome);
+        return backup;
     }
+    backup = readTwice(plan.readJob, listener);
+    if (!backup.outcome.isDone())
+        return backup;
+    backup.isErased =
+        !movesSave(plan.readJob.operate) && backup.bytes.count('\xFF') == backup.bytes.size();
+    if (isRefusedBlank(plan, backup.bytes))
+        fail(Trouble::SaveIsBlank, {}, &backup.outcome);
+    else if (backup.isErased)
+        return backup;
+    else if (file.write(contentOf(backup.bytes, plan)) && file.commit())
+        backup.path = path;
+    else
+        failFile(file, &backup.outcome);
+    return backup;
 }
 
 } // namespace
@@ -71,14 +90,10 @@ KeptBackup readTwice(const CartridgeJob &readJob, TrustListener &listener)
 
 KeptBackup keepBackup(const BackupPlan &plan, TrustListener &listener)
 {
-    KeptBackup backup = readTwice(plan.readJob, listener);
-    if (!backup.outcome.isDone())
-        return backup;
-    backup.isErased =
-        !movesSave(plan.readJob.operate) && backup.bytes.count('\xFF') == backup.bytes.size();
-    if (isRefusedBlank(plan, backup.bytes))
-        fail(Trouble::SaveIsBlank, {}, &backup.outcome);
-    else if (!backup.isErased)
-        store(plan, &backup);
+    const QString folder = plan.folder.isEmpty() ? defaultBackupFolder() : plan.folder;
+    if (QDir().mkpath(folder))
+        return readIntoFile(plan, pathOf(plan, folder), listener);
+    KeptBackup backup;
+    fail(Trouble::NoFolder, folder, &backup.outcome);
     return backup;
 }

@@ -24,6 +24,7 @@ struct KeptBackup {
     bool isErased = false; // a ROM that is nothing but FF: there is nothing to keep
 };
 
+// A folder or a disk that cannot take the file is told before anything is read.
 // If two reads differ nothing is kept and nothing may be written: ReadsDiffer. The file is on the
 // disk under its final name when the call returns with a path.
 KeptBackup keepBackup(const BackupPlan &plan, TrustListener &listener);

@@ -26,6 +26,12 @@ OldFileCopy failedFile(const FileTrouble &trouble)
 
 } // namespace
 
+Outcome targetTrouble(const QString &path, int bytes)
+{
+    const FileTrouble trouble = troubleOfWriting(path, bytes);
+    return trouble.isNone() ? Outcome() : failedFile(trouble).outcome;
+}
+
 OldFileCopy keepOldFile(const QString &path, const QString &folder)
 {
     const QFileInfo old(path);

@@ -10,6 +10,10 @@ struct OldFileCopy {
     QString path;    // of the copy; empty: there was nothing to keep
 };
 
+// What stands in the way of writing `bytes` bytes to `path`, found out before they are read:
+// NoFile, or Done.
+Outcome targetTrouble(const QString &path, int bytes);
+
 // Copies the ordinary file `path`, if there is one with any bytes, into `folder` (empty: the folder
 // for backups). The copy is on the disk when the call returns with its path.
 OldFileCopy keepOldFile(const QString &path, const QString &folder);

@@ -2,12 +2,10 @@
 
 #include "device/device_link.h"
 #include "device/local_path.h"
-#include "trust/file_rename.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 namespace
 {
@@ -15,74 +13,116 @@ namespace
 // Files are never larger than the largest cartridge by much; what is, is no dump and no save.
 constexpr qint64 kLargestFile = 256 * 1024 * 1024;
 
-FileFault nameFault(const QString &path, ExistingFile existing)
+FileFault nameFault(const QString &path)
 {
     const QFileInfo info(path);
     if (localPath(path).isEmpty())
         return FileFault::NameNotRepresentable;
     if (info.isDir())
         return FileFault::IsFolder;
-    if (info.exists() && !info.isFile())
-        return FileFault::NotOrdinary;
-    if (!info.absoluteDir().exists())
-        return FileFault::NoFolder;
-    return existing == ExistingFile::Keep && info.exists() ? FileFault::Exists : FileFault::None;
+    return info.absoluteDir().exists() ? FileFault::None : FileFault::NoFolder;
 }
 
 } // namespace
 
 PendingFile::PendingFile(const QString &finalPath, ExistingFile existing)
-    : m_finalPath(finalPath), m_existing(existing)
+    : m_path(finalPath), m_existing(existing)
 {
-    const FileFault fault = nameFault(finalPath, existing);
+    const FileFault fault = nameFault(finalPath);
     if (fault != FileFault::None) {
         m_trouble = {fault, finalPath, {}};
         return;
     }
-    QTemporaryFile reserved(finalPath + QStringLiteral(".XXXXXX.part"));
-    reserved.setAutoRemove(false);
-    if (reserved.open())
-        m_temporaryPath = reserved.fileName();
-    else
-        m_trouble = {FileFault::NotMade, finalPath, reserved.errorString()};
+    const bool isOpen = open(finalPath);
+    const bool isKept = existing == ExistingFile::Keep && QFileInfo(finalPath).isFile();
+    if (isKept && !(isOpen && isStream())) {
+        m_file.reset();
+        m_trouble = {FileFault::Exists, finalPath, {}};
+    }
 }
 
-PendingFile::~PendingFile()
+PendingFile::~PendingFile() = default;
+
+bool PendingFile::open(const QString &path)
 {
-    if (!m_temporaryPath.isEmpty())
-        QFile::remove(m_temporaryPath);
+    const DriveStatus status = driveBackend().openForWrite(localPath(path).constData(), &m_file);
+    return status.ok() || fail(FileFault::NotMade, status);
+}
+
+bool PendingFile::fail(FileFault fault, const DriveStatus &status)
+{
+    m_trouble = {fault, m_path, QString::fromLocal8Bit(status.message.c_str())};
+    return false;
+}
+
+bool PendingFile::isStream() const
+{
+    return m_file != nullptr && !m_file->isWhole();
+}
+
+bool PendingFile::reserve(int bytes)
+{
+    const DriveStatus status = m_file->reserve(static_cast<std::uint32_t>(bytes));
+    return status.ok() || fail(FileFault::NotWritten, status);
 }
 
 bool PendingFile::write(const QByteArray &bytes)
 {
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    clearLastDriveError();
-    if (writeFileWhole(localPath(m_temporaryPath).constData(), bytes.constData(), size) == size &&
-        lastDriveError().empty())
+    m_bytes = bytes;
+    m_trouble = {};
+    if (isStream())
+        return true;
+    if (send(bytes))
         m_trouble = check(bytes);
-    else
-        m_trouble = {FileFault::NotWritten, m_temporaryPath,
-                     QString::fromLocal8Bit(lastDriveError().c_str())};
     return m_trouble.isNone();
 }
 
-// A cartridge may be overwritten next, so that nobody's word is taken for what is in its backup.
-FileTrouble PendingFile::check(const QByteArray &bytes) const
+bool PendingFile::send(const QByteArray &bytes)
 {
-    QByteArray found;
-    const FileTrouble trouble = readUserFile(m_temporaryPath, &found);
-    if (!trouble.isNone() || found == bytes)
-        return trouble;
-    return {FileFault::NotHeld, m_temporaryPath, {}};
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    std::uint32_t count = 0;
+    m_file->seek(0);
+    const DriveStatus status = m_file->write(bytes.constData(), size, &count);
+    return (status.ok() && count == size) || fail(FileFault::NotWritten, status);
+}
+
+// A cartridge may be overwritten next, so that nobody's word is taken for what is in its backup.
+FileTrouble PendingFile::check(const QByteArray &bytes)
+{
+    QByteArray found(bytes.size() + 1, '\0');
+    std::uint32_t count = 0;
+    m_file->seek(0);
+    const DriveStatus status =
+        m_file->read(found.data(), static_cast<std::uint32_t>(found.size()), &count);
+    found.truncate(static_cast<int>(count));
+    if (status.ok() && found == bytes)
+        return {};
+    return {FileFault::NotHeld, m_path, {}};
 }
 
 bool PendingFile::commit(const QString &otherPath)
 {
-    const QString path = otherPath.isEmpty() ? m_finalPath : otherPath;
-    m_trouble = renameFile(m_temporaryPath, path, m_existing == ExistingFile::Replace);
-    if (m_trouble.isNone())
-        m_temporaryPath.clear();
-    return m_trouble.isNone();
+    if (!otherPath.isEmpty() && otherPath != m_path && !isStream()) {
+        // Its folder may be another one: that of a link, and not that of the link's target.
+        m_file.reset();
+        m_path = otherPath;
+        if (!open(otherPath) || !write(m_bytes))
+            return false;
+    }
+    if (isStream() && !send(m_bytes))
+        return false;
+    const DriveStatus status =
+        m_existing == ExistingFile::Replace ? m_file->close() : m_file->closeAsNew();
+    m_file.reset();
+    return status.ok() || fail(FileFault::NotRenamed, status);
+}
+
+FileTrouble troubleOfWriting(const QString &path, int bytes)
+{
+    PendingFile file(path, ExistingFile::Replace);
+    if (file.trouble().isNone())
+        (void)file.reserve(bytes);
+    return file.trouble();
 }
 
 FileTrouble readUserFile(const QString &path, QByteArray *bytes)

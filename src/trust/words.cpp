@@ -156,6 +156,21 @@ QStringList failureLines(const JobResult &result)
     return lines;
 }
 
+namespace
+{
+
+// Some systems' texts bring a full stop, a backend that lies says nothing.
+QString sentence(const FileTrouble &trouble)
+{
+    QString text = trouble.systemText.trimmed();
+    if (text.isEmpty())
+        text = QStringLiteral("Cannot write %1: fewer bytes were written than there are")
+                   .arg(trouble.path);
+    return text.endsWith(QLatin1Char('.')) ? text : text + QLatin1Char('.');
+}
+
+} // namespace
+
 QString fileTroubleText(const FileTrouble &trouble)
 {
     const QString path = trouble.path;
@@ -168,25 +183,22 @@ QString fileTroubleText(const FileTrouble &trouble)
             .arg(path);
     case FileFault::IsFolder:
         return QStringLiteral("Cannot write %1: it is a folder.").arg(path);
-    case FileFault::NotOrdinary:
-        return QStringLiteral("Cannot write %1: it is no ordinary file.").arg(path);
     case FileFault::NoFolder:
         return QStringLiteral("Cannot write %1: the folder does not exist.").arg(path);
     case FileFault::Exists:
         return QStringLiteral("Cannot write %1: it exists already.").arg(path);
     case FileFault::NotMade:
     case FileFault::NotRenamed:
-        return QStringLiteral("Cannot write %1: %2.").arg(path, trouble.systemText);
     case FileFault::NotWritten:
-        return QStringLiteral("Cannot write %1: %2").arg(path, trouble.systemText);
+        return sentence(trouble);
     case FileFault::NotHeld:
         return QStringLiteral("%1 does not hold what was written to it; the disk is not to be "
                               "trusted.")
             .arg(path);
-    case FileFault::ReadsNoFile:
-        return QStringLiteral("Cannot read %1: it is no ordinary file.").arg(trouble.path);
     case FileFault::ReadsFolder:
         return QStringLiteral("Cannot read %1: it is a folder.").arg(path);
+    case FileFault::ReadsNoFile:
+        return QStringLiteral("Cannot read %1: it is no ordinary file.").arg(path);
     case FileFault::TooLarge:
         return QStringLiteral("Cannot read %1: it is too large for a cartridge.").arg(path);
     case FileFault::NotRead:
@@ -205,9 +217,7 @@ QString troubleText(const Outcome &outcome)
     case Trouble::Stopped:
         return isUnwritten(outcome.state)
                    ? QStringLiteral("Asked to stop before the write.")
-                   : QStringLiteral(
-                         "Asked to stop before two reads were compared. What was read is not "
-                         "kept.");
+                   : QStringLiteral("Asked to stop before two reads were compared.");
     case Trouble::ReadsDiffer:
         return QStringLiteral("Two reads of the cartridge differ (%1), so there can be no backup "
                               "of it. Clean the contacts, push the cartridge in again.")

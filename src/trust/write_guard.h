@@ -25,6 +25,7 @@ enum class GuardFault {
     Danger,        // `danger`
     Contradiction, // `contradiction`
     Flash,         // `flash`, with the two sizes of its text
+    Target,        // the file of a dump cannot be written; `outcome` tells
     BeyondBus,     // a GBA ROM larger than the bus reaches is to be read
     NoChip         // nothing answers: no header, no chip, all bytes FF; and nobody would notice
 };

@@ -22,6 +22,8 @@ private slots:
     void defaultFolderIsTheUsers();
     void readsAreKeptBesideGoodOnes_data();
     void readsAreKeptBesideGoodOnes();
+    void firstReadsReplaceNothing();
+    void longNamesMakeRoomForTheirMarks();
 };
 
 void BackupStoreTest::safeNames_data()
@@ -182,6 +184,31 @@ void BackupStoreTest::readsAreKeptBesideGoodOnes()
     const QString path = folder.filePath("a.sav");
     QCOMPARE(keptReadPath(path, kind, false), folder.filePath(kept));
     QCOMPARE(keptReadPath(path, kind, true), folder.filePath(replacing));
+}
+
+void BackupStoreTest::firstReadsReplaceNothing()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("a.sav");
+    for (const char *name : {"a.sav.unverified", "a.sav (2).unverified", "a.sav (3).unverified"}) {
+        QCOMPARE(unverifiedPath(path), folder.filePath(name));
+        QVERIFY(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+    }
+}
+
+// A file system takes 255 bytes; a complete read must not fail for its mark.
+void BackupStoreTest::longNamesMakeRoomForTheirMarks()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QString(127, QChar(0xDC)) + "x"); // 255 bytes
+    for (int number = 1; number <= 3; ++number) {
+        for (const QString &kept :
+             {unverifiedPath(path), keptReadPath(path, VerdictKind::Unstable, false)}) {
+            QVERIFY(QFile::encodeName(QFileInfo(kept).fileName()).size() <= 255);
+            QVERIFY(!QFile::exists(kept));
+            QVERIFY(QFile(kept).open(QIODevice::WriteOnly));
+        }
+    }
 }
 
 GBDRIVER_TEST(BackupStoreTest, none)

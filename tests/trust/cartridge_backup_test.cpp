@@ -22,8 +22,9 @@ private slots:
     void otherFileOfThatNameIsKept();
     void readsAreAsManyAsPlanned_data();
     void readsAreAsManyAsPlanned();
-    void failedReadKeepsNothing_data();
     void failedReadKeepsNothing();
+    void failedSecondReadKeepsTheFirst_data();
+    void failedSecondReadKeepsTheFirst();
     void unstableReadLeavesTheGoodName();
     void saveOfAnotherCartridgeIsNotRead();
     void fileThatCanNotBeWrittenIsTold();
@@ -128,21 +129,12 @@ void CartridgeBackupTest::readsAreAsManyAsPlanned()
     QTEST(m_listener.phases.filter(" 32768").size(), "saveReads");
 }
 
-void CartridgeBackupTest::failedReadKeepsNothing_data()
-{
-    QTest::addColumn<int>("read"); // of the ROM's three pieces, twice
-    QTest::addColumn<MemoryEnd>("end");
-    QTest::newRow("first") << 0 << MemoryEnd::NotRead;
-    QTest::newRow("second") << 3 << MemoryEnd::NotReadTwice;
-}
-
 void CartridgeBackupTest::failedReadKeepsNothing()
 {
-    QFETCH(int, read);
-    addReadFault(*m_bench, static_cast<std::uint32_t>(read));
+    addReadFault(*m_bench, 0);
     CartridgeBackup backup(m_report, m_plan, m_listener);
     const BackedUpMemory &rom = backup.backUpRom();
-    QTEST(rom.end, "end");
+    QCOMPARE(rom.end, MemoryEnd::NotRead);
     QCOMPARE(rom.outcome.trouble, Trouble::JobFailed);
     QCOMPARE(rom.outcome.state, CartridgeState::Switched);
     QCOMPARE(rom.path, QString());
@@ -151,6 +143,31 @@ void CartridgeBackupTest::failedReadKeepsNothing()
     QVERIFY(backup.writeReport().isDone());
     QCOMPARE(names(".txt"), m_folder->fileNames());
     QCOMPARE(m_folder->fileNames().size(), 1);
+}
+
+void CartridgeBackupTest::failedSecondReadKeepsTheFirst_data()
+{
+    QTest::addColumn<bool>("isStopped");
+    QTest::newRow("fails") << false;
+    QTest::newRow("stopped") << true;
+}
+
+void CartridgeBackupTest::failedSecondReadKeepsTheFirst()
+{
+    QFETCH(bool, isStopped);
+    if (isStopped)
+        m_listener.questionsUntilStop = 0;
+    else
+        addReadFault(*m_bench, 3); // the first of the second read
+    CartridgeBackup backup(m_report, m_plan, m_listener);
+    const BackedUpMemory &rom = backup.backUpRom();
+    QCOMPARE(rom.end, MemoryEnd::NotReadTwice);
+    QCOMPARE(rom.outcome.trouble, isStopped ? Trouble::Stopped : Trouble::JobFailed);
+    QCOMPARE(rom.path, m_folder->path("VIRTUAL.gb.unverified"));
+    QCOMPARE(m_folder->fileNames(), QStringList({"VIRTUAL.gb.unverified"}));
+    QVERIFY(m_folder->fileBytes("VIRTUAL.gb.unverified") == m_bench->image());
+    QVERIFY(memoryText(rom).endsWith("The first read is in VIRTUAL.gb.unverified."));
+    QVERIFY(backup.isNew());
 }
 
 void CartridgeBackupTest::unstableReadLeavesTheGoodName()
@@ -184,7 +201,8 @@ void CartridgeBackupTest::fileThatCanNotBeWrittenIsTold()
     QCOMPARE(rom.end, MemoryEnd::NotWritten);
     QCOMPARE(rom.path, QString());
     QCOMPARE(rom.outcome.trouble, Trouble::NoFile);
-    QCOMPARE(rom.outcome.state, CartridgeState::Switched);
+    QCOMPARE(rom.outcome.state, CartridgeState::NotRead);
+    QCOMPARE(m_listener.phases, QStringList());
     QCOMPARE(rom.outcome.file.fault, FileFault::NoFolder);
     QCOMPARE(rom.outcome.file.path, m_folder->path("missing/VIRTUAL.gb"));
     QCOMPARE(backup.writeReport().trouble, Trouble::NoFile);

@@ -25,6 +25,7 @@ private slots:
     void almostEqualBytesAreASave();
     void repetitionsOfAChipAreCutOff();
     void folderThatCanNotBeMadeIsTold();
+    void diskWithoutRoomIsToldBeforeTheRead();
     void diskThatLiesIsTold();
     void erasedChipNeedsNoFile();
     void readTwiceKeepsNoFile();
@@ -192,11 +193,24 @@ void KeptBackupTest::folderThatCanNotBeMadeIsTold()
     QCOMPARE(backup.path, QString());
 }
 
+void KeptBackupTest::diskWithoutRoomIsToldBeforeTheRead()
+{
+    DriveFault full;
+    full.call = DriveCall::Reserve;
+    full.code = DriveErrorCode::Full;
+    m_bench->drive().addFault(full);
+    const KeptBackup backup = keep();
+    QCOMPARE(backup.outcome.trouble, Trouble::NoFile);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
+    QCOMPARE(m_listener.phases, QStringList());
+    QCOMPARE(names(), QStringList());
+}
+
 void KeptBackupTest::diskThatLiesIsTold()
 {
     DriveFault fault;
     fault.call = DriveCall::Write;
-    fault.pathEnd = ".part";
+    fault.pathEnd = ".sav";
     fault.code = DriveErrorCode::None;
     fault.claimsAll = true;
     m_bench->drive().addFault(fault);

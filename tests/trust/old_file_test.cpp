@@ -104,7 +104,7 @@ void OldFileTest::diskThatLiesIsTold()
     const QString path = m_files->addFile("game.sav", "old bytes");
     for (const NamedFault &way : waysToFail(DriveCall::Write)) {
         DriveFault fault = way.fault;
-        fault.pathEnd = ".part";
+        fault.pathEnd = ".sav";
         if (fault.driveVanishes || fault.flips != 0) // not of the user's disk; beyond these bytes
             continue;
         if (fault.bytes >= 512) // more than there are

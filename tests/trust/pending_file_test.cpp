@@ -33,6 +33,8 @@ private slots:
     void existingFileIsReplacedInOneStep();
     void otherNameLeavesTheFileOfThisOne();
     void nameThatIsTakenMeanwhileIsKept();
+    void fileThatCannotBeBegunIsTold();
+    void roomIsLookedAtFirst();
     void impossibleNameIsTold_data();
     void impossibleNameIsTold();
     void failedWriteLeavesTheOldFile_data();
@@ -140,6 +142,29 @@ void PendingFileTest::nameThatIsTakenMeanwhileIsKept()
     QCOMPARE(names(), QStringList("file"));
 }
 
+void PendingFileTest::fileThatCannotBeBegunIsTold()
+{
+    makeFile("file", kOld);
+    m_drive->addFault({DriveCall::OpenForWrite, "file"});
+    const PendingFile file(path(), ExistingFile::Replace);
+    QCOMPARE(file.trouble().fault, FileFault::NotMade);
+    QVERIFY(!file.trouble().systemText.isEmpty());
+    QCOMPARE(bytesOf(path()), kOld);
+}
+
+void PendingFileTest::roomIsLookedAtFirst()
+{
+    makeFile("file", kOld);
+    DriveFault full;
+    full.call = DriveCall::Reserve;
+    full.code = DriveErrorCode::Full;
+    m_drive->addFault(full);
+    QCOMPARE(troubleOfWriting(path(), kNew.size()).fault, FileFault::NotWritten);
+    QVERIFY(troubleOfWriting(path(), kNew.size()).isNone());
+    QCOMPARE(names(), QStringList("file"));
+    QCOMPARE(bytesOf(path()), kOld);
+}
+
 void PendingFileTest::impossibleNameIsTold_data()
 {
     QTest::addColumn<QString>("name");
@@ -159,7 +184,7 @@ void PendingFileTest::impossibleNameIsTold()
         const PendingFile file(path(name), existing);
         QCOMPARE(file.trouble().fault, fault);
         QCOMPARE(file.trouble().path, path(name));
-        QVERIFY(file.temporaryPath().isEmpty());
+        QVERIFY(!file.isStream());
     }
     QCOMPARE(names(), QStringList("a file"));
 }
@@ -168,7 +193,7 @@ void PendingFileTest::failedWriteLeavesTheOldFile_data()
 {
     QTest::addColumn<int>("call");
     QTest::addColumn<int>("way");
-    for (const DriveCall call : {DriveCall::OpenForWrite, DriveCall::Write, DriveCall::Close}) {
+    for (const DriveCall call : {DriveCall::Write, DriveCall::Read, DriveCall::Close}) {
         const QVector<NamedFault> ways = waysToFail(call);
         for (int way = 0; way < ways.size(); ++way) {
             // A drive that vanishes and Ctrl-C do no harm to a file of the user's.
@@ -186,13 +211,16 @@ void PendingFileTest::failedWriteLeavesTheOldFile()
     QFETCH(int, way);
     makeFile("file", kOld);
     const DriveFault fault = waysToFail(static_cast<DriveCall>(call))[way].fault;
-    const bool isLie = fault.claimsAll || fault.flips != 0;
+    const bool isLie = fault.claimsAll || fault.flips != 0 || fault.call == DriveCall::Read;
+    const bool isClosing = fault.call == DriveCall::Close;
+    const FileFault expected = isLie ? FileFault::NotHeld : FileFault::NotWritten;
     m_drive->addFault(fault);
     {
         PendingFile file(path(), ExistingFile::Replace);
-        QVERIFY(!file.write(kNew));
-        QCOMPARE(file.trouble().fault, isLie ? FileFault::NotHeld : FileFault::NotWritten);
-        QVERIFY2(file.trouble().path.endsWith(".part"), qPrintable(file.trouble().path));
+        QCOMPARE(file.write(kNew), isClosing);
+        QVERIFY(!isClosing || !file.commit());
+        QCOMPARE(file.trouble().fault, isClosing ? FileFault::NotRenamed : expected);
+        QCOMPARE(file.trouble().path, path());
     }
     QCOMPARE(names(), QStringList("file"));
     QCOMPARE(bytesOf(path()), kOld);

@@ -104,23 +104,24 @@ private slots:
         QCOMPARE(fileTroubleText({}), QString());
         const QStringList texts =
             textsOf(FileFault::NameNotRepresentable, FileFault::NotRead, [](FileFault fault) {
-                return fileTroubleText({fault, "a/b", "no, said the system"});
+                const bool isSentence = fault < FileFault::ReadsFolder;
+                return fileTroubleText(
+                    {fault, "a/b",
+                     isSentence ? "Cannot write \"a/b\": full" : "no, said the system"});
             });
-        QCOMPARE(
-            texts,
-            (QStringList{
-                "Cannot write a/b: the system cannot hold this name in its 8-bit "
-                "encoding.",
-                "Cannot write a/b: it is a folder.", "Cannot write a/b: it is no ordinary file.",
-                "Cannot write a/b: the folder does not exist.",
-                "Cannot write a/b: it exists already.", "Cannot write a/b: no, said the system.",
-                "Cannot write a/b: no, said the system",
-                "a/b does not hold what was written to it; the disk is not to be "
-                "trusted.",
-                "Cannot write a/b: no, said the system.", "Cannot read a/b: it is a folder.",
-                "Cannot read a/b: it is no ordinary file.",
-                "Cannot read a/b: it is too large for a cartridge.",
-                "Cannot read a/b: no, said the system."}));
+        QCOMPARE(texts,
+                 (QStringList{"Cannot write a/b: the system cannot hold this name in its 8-bit "
+                              "encoding.",
+                              "Cannot write a/b: it is a folder.",
+                              "Cannot write a/b: the folder does not exist.",
+                              "Cannot write a/b: it exists already.", "Cannot write \"a/b\": full.",
+                              "Cannot write \"a/b\": full.",
+                              "a/b does not hold what was written to it; the disk is not to be "
+                              "trusted.",
+                              "Cannot write \"a/b\": full.", "Cannot read a/b: it is a folder.",
+                              "Cannot read a/b: it is no ordinary file.",
+                              "Cannot read a/b: it is too large for a cartridge.",
+                              "Cannot read a/b: no, said the system."}));
     }
 
     void everyTroubleIsTold()
