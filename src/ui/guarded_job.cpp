@@ -2,8 +2,10 @@
 
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
+#include "trust/backup_store.h"
 #include "trust/cartridge_task.h"
 #include "trust/judgement_words.h"
+#include "trust/left_behind.h"
 #include "trust/old_file.h"
 #include "trust/words.h"
 #include "ui/careful_thread.h"
@@ -16,6 +18,7 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextDocumentFragment>
 
 #include <algorithm>
@@ -78,6 +81,7 @@ void GuardedJob::start()
 {
     m_guard = WriteGuard();
     m_oldFile.clear();
+    m_leftBehind.clear();
     m_judged = JudgedJob();
     m_finished = FinishedJob();
     m_finished.job = m_tab->worker->job();
@@ -89,7 +93,7 @@ void GuardedJob::start()
         guard();
     else if (job.operate == GBA_READ_ROM && job.romSize > kLargestGbaRom)
         refuse(GuardFault::BeyondBus);
-    else if (writesWhereSavesAre(job) || QFile::exists(m_finished.path))
+    else if (isReadJob(job.operate))
         guardRead();
     else
         startWorker();
@@ -104,17 +108,29 @@ void GuardedJob::guard()
     wanted.isReadBack = m_tab->worker->verify;
     runSteps(
         Stage::Before,
-        [this, wanted](TrustListener &listener) { m_guard = guardWrite(wanted, listener); },
+        [this, wanted](TrustListener &listener) {
+            m_leftBehind =
+                leftBehindIn(wanted.folder.isEmpty() ? defaultBackupFolder() : wanted.folder);
+            m_guard = guardWrite(wanted, listener);
+        },
         [this] { startUnlessRefused(); });
 }
 
+// A name, a folder or a disk that cannot take the file is told before the cartridge is read for
+// minutes.
 void GuardedJob::guardRead()
 {
     runSteps(
         Stage::Before,
         [this](TrustListener & /*listener*/) {
+            m_leftBehind = leftBehindIn(QFileInfo(m_finished.path).path());
+            m_guard.outcome = targetTrouble(m_finished.path, bytesToMove(m_finished.job));
+            if (!m_guard.outcome.isDone()) {
+                m_guard.fault = GuardFault::Target;
+                return;
+            }
             m_guard = ::guardRead(m_finished.job);
-            if (m_guard.fault == GuardFault::None && QFile::exists(m_finished.path))
+            if (m_guard.fault == GuardFault::None)
                 keepOldFile();
         },
         [this] { startUnlessRefused(); });
@@ -220,8 +236,8 @@ void GuardedJob::tellJudgement()
 {
     if (isReadJob(m_finished.job.operate) && isVerdict(m_judged.kind))
         m_lastRead = m_finished;
-    tell(judgementEntries(
-        m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes, m_guard.keepsWhatIsShown}));
+    tell(judgementEntries(m_judged, {m_guard.backup.path, m_oldFile, m_savedBytes, m_leftBehind,
+                                     m_guard.keepsWhatIsShown}));
     becomeIdle();
 }
 

@@ -118,7 +118,8 @@ private:
     Stage m_stage = Stage::Idle;
     std::function<void()> m_behind; // what the steps that run are followed by
     WriteGuard m_guard;
-    QString m_oldFile; // copy of the file that a dump replaces
+    QStringList m_leftBehind; // by ended programs, in the folder that is written to
+    QString m_oldFile;        // copy of the file that a dump replaces
     FinishedJob m_finished;
     JudgedJob m_judged;
     FinishedJob m_lastRead; // its path is empty: none

@@ -142,6 +142,8 @@ QString otherSetting(const WriteGuard &guard)
 {
     if (guard.fault == GuardFault::OtherSystem || guard.fault == GuardFault::Contradiction)
         return tr("Press Info to select what the cartridge says of itself.");
+    if (guard.fault == GuardFault::Target)
+        return tr("Choose another name or folder, or make room.");
     if (guard.fault == GuardFault::NoChip)
         return tr("Push the cartridge in again, or tick \"Verify the data after writing\".");
     if (guard.flash == FlashFault::NoFlashChip || guard.flash == FlashFault::BackupTooSmall ||
@@ -163,7 +165,7 @@ QString otherSetting(const WriteGuard &guard)
 // Without a reader, or beyond the bus, the switch would help nobody.
 bool isHelpedBySwitch(const WriteGuard &guard)
 {
-    if (guard.fault == GuardFault::BeyondBus)
+    if (guard.fault == GuardFault::BeyondBus || guard.fault == GuardFault::Target)
         return false;
     return guard.fault != GuardFault::Trouble || guard.outcome.trouble != Trouble::JobFailed;
 }
@@ -204,6 +206,10 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
     if (!notes.oldFilePath.isEmpty())
         entries << adviceEntry(
             tr("The file that was there before is in %1").arg(notes.oldFilePath));
+    if (!notes.leftBehind.isEmpty())
+        entries << adviceEntry(tr("Left by a program that was ended: %1\n\"gbdriver-cli tidy\" "
+                                  "removes such files.")
+                                   .arg(notes.leftBehind.join(QStringLiteral("\n"))));
     return entries << QString::fromLatin1(kLogRule);
 }
 

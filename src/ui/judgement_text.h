@@ -14,9 +14,10 @@ extern const char kLogRule[];
 
 // What is told beside the judgement itself.
 struct JudgementNotes {
-    QString backupPath;  // of what a write has replaced; empty: there is none
-    QString oldFilePath; // of the file that a dump has replaced; empty: there is none
-    int savedBytes = 0;  // of save memory, as far as Info knows; 0: it does not
+    QString backupPath;     // of what a write has replaced; empty: there is none
+    QString oldFilePath;    // of the file that a dump has replaced; empty: there is none
+    int savedBytes = 0;     // of save memory, as far as Info knows; 0: it does not
+    QStringList leftBehind; // by ended programs, where files are written
     // The backup is what the mapper shows of a chip that does not say how large it is.
     bool keepsWhatIsShown = false;
 };

@@ -1,6 +1,7 @@
 // The window: title and tabs, and that closing it never leaves a job.
 #include "app/tab_dialog.h"
 #include "file_dialog_answer.h"
+#include "files.h"
 #include "log_check.h"
 #include "reader_fixture.h"
 
@@ -97,7 +98,7 @@ private:
     void use(std::unique_ptr<Cartridge> cartridge, const QByteArray &script);
     void press(QPushButton *button, const QString &path);
     void startErasing();
-    void startHeldDump(QSemaphore *mayGoOn);
+    void startHeldDump(QSemaphore *mayGoOn, const QByteArray &oldFile = {});
 
     QStringList m_warnings;
     std::unique_ptr<ReaderFixture> m_fixture;
@@ -153,9 +154,11 @@ void TabDialogTest::startErasing()
 }
 
 // A dump of two reads, each of which waits for the semaphore.
-void TabDialogTest::startHeldDump(QSemaphore *mayGoOn)
+void TabDialogTest::startHeldDump(QSemaphore *mayGoOn, const QByteArray &oldFile)
 {
     use(makeMbc5Cartridge(32 * 1024), kDumpScript);
+    if (!oldFile.isEmpty())
+        putFile(m_fixture->path("dump.gb"), oldFile);
     m_fixture->reader().setListener([mayGoOn](const Operation &operation) {
         if (operation.kind == Operation::Kind::Read && operation.file == ReaderFile::Dump)
             mayGoOn->acquire();
@@ -294,7 +297,7 @@ void TabDialogTest::escapeDoesNothingDuringAJob()
 void TabDialogTest::secondCloseLeavesAReadBehind()
 {
     QSemaphore mayGoOn;
-    startHeldDump(&mayGoOn);
+    startHeldDump(&mayGoOn, "old content");
     m_dialog->close();
     m_dialog->close(); // in the same breath
     QVERIFY(m_dialog->isVisible());
@@ -308,6 +311,8 @@ void TabDialogTest::secondCloseLeavesAReadBehind()
     QVERIFY(!m_dialog->isVisible());
     QVERIFY(m_dialog->hasLeftJob());
     QVERIFY(m_tab->worker->isRunning());
+    // Should the process end at any moment from now on, this is what it leaves.
+    QCOMPARE(contentOf(m_fixture->path("dump.gb")), QByteArray("old content"));
     mayGoOn.release(2); // the test's process goes on, so this job has to end
     QTRY_VERIFY_WITH_TIMEOUT(!m_tab->worker->isRunning(), kJobTimeoutMs);
 }

@@ -27,7 +27,7 @@ namespace
 
 constexpr int kKiB = 1024;
 constexpr int kJobTimeoutMs = 60000;
-constexpr std::size_t kCallKinds = static_cast<std::size_t>(DriveCall::Close) + 1;
+constexpr std::size_t kCallKinds = static_cast<std::size_t>(DriveCall::Reserve) + 1;
 
 struct FaultCase {
     std::function<std::unique_ptr<Cartridge>()> cartridge;

@@ -399,7 +399,7 @@ void GuardedWriteTest::cancelBeforeTheWriteStopsIt_data()
     QTest::newRow("while the cartridge is looked at") << int(DriveCall::Read) << "DUMP.ROM" << 0U;
     QTest::newRow("in the first read") << int(DriveCall::Read) << "DUMP.ROM" << 2U;
     QTest::newRow("in the second read") << int(DriveCall::Read) << "DUMP.ROM" << 7U;
-    QTest::newRow("while the backup is written") << int(DriveCall::Write) << ".part" << 0U;
+    QTest::newRow("while the backup is written") << int(DriveCall::Write) << ".sav" << 0U;
 }
 
 void GuardedWriteTest::cancelBeforeTheWriteStopsIt()
