@@ -112,16 +112,18 @@ public:
         const BackedUpMemory &rom = m_backup.backUpRom();
         const QString romAdvice = tell(rom, &m_done.rom);
         QString saveAdvice;
+        QString savePath;
         CartridgeState state = rom.outcome.state;
         if (!isStopped()) {
             const BackedUpMemory &save = m_backup.backUpSave();
             saveAdvice = tell(save, &m_done.save);
+            savePath = save.path;
             state = afterBoth(state, save.outcome.state);
         }
         m_done.title = m_backup.title();
         m_done.isNew = m_backup.isNew();
         if (m_done.code == ExitCode::Cancelled)
-            tellWhatIsKept(rom.path, state);
+            tellWhatIsKept(rom.path, savePath, state);
         else
             note(tellTrouble(m_backup.writeReport(romAdvice, saveAdvice), m_reporter));
         return m_done;
@@ -156,13 +158,14 @@ private:
     }
 
     // `state`: what the reads left.
-    void tellWhatIsKept(const QString &romPath, CartridgeState state)
+    void tellWhatIsKept(const QString &romPath, const QString &savePath, CartridgeState state)
     {
-        tellProblem(ExitCode::Cancelled,
-                    romPath.isEmpty()
-                        ? QStringLiteral("Asked to stop; nothing of it was kept.")
-                        : QStringLiteral("Asked to stop; its ROM is in %1, its save was not kept.")
-                              .arg(romPath),
+        QString text = QStringLiteral("Asked to stop; nothing of it was kept.");
+        if (!romPath.isEmpty())
+            text = QStringLiteral("Asked to stop; its ROM is in %1, its save ").arg(romPath) +
+                   (savePath.isEmpty() ? QStringLiteral("was not kept.")
+                                       : QStringLiteral("in ") + savePath + QLatin1Char('.'));
+        tellProblem(ExitCode::Cancelled, text,
                     isOnlyRead(state) ? state : CartridgeState::LookedAt, m_reporter);
     }
 

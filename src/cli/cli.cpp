@@ -6,6 +6,7 @@
 #include "cli/print_line.h"
 #include "cli/terminal.h"
 #include "device/device_link.h"
+#include "device/local_path.h"
 #include "device/one_drive_backend.h"
 #include "virtual/backend_choice.h"
 
@@ -84,6 +85,7 @@ ExitCode chooseReaderAndRun(const CliOptions &options, Reporter &reporter)
     OneDriveBackend oneDrive(*chosen.backend(), isOneDrive ? options.driveLetter : 'A');
     setDriveBackend(isOneDrive ? static_cast<DriveBackend *>(&oneDrive) : chosen.backend());
     watchForInterrupt();
+    tellLeftBehind(options, reporter);
     const ExitCode code = CommandThread(options, reporter).runToEnd();
     setDriveBackend(nullptr);
     return code;
@@ -100,9 +102,22 @@ ExitCode runCommand(const CliOptions &options, Reporter &reporter)
         return runSelfTest(reporter, mapperFolder());
     case CliRequest::CheckScript:
         return runCheckScript(options.path, options.scriptKind, reporter);
+    case CliRequest::Tidy:
+        return runTidy(options, reporter);
     default:
         return chooseReaderAndRun(options, reporter);
     }
+}
+
+// Number of the first argument that is no text in the system's encoding, and would become another
+// name than the one that was given; 0 if there is none.
+int foreignArgument(int argc, char **argv)
+{
+    for (int number = 1; number < argc; ++number) {
+        if (QString::fromLocal8Bit(argv[number]).toLocal8Bit() != argv[number])
+            return number;
+    }
+    return 0;
 }
 
 } // namespace
@@ -111,6 +126,14 @@ int runCli(int &argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const ConsoleCodePage codePage;
+    const int foreign = foreignArgument(argc, argv);
+    if (foreign != 0) {
+        printLine(stderr,
+                  QStringLiteral("gbdriver-cli: argument %1 is no text in this system's encoding. "
+                                 "Rename the file, or set the locale that its name was made in.")
+                      .arg(foreign));
+        return static_cast<int>(ExitCode::Usage);
+    }
     const CliOptions options = parseCliOptions(QCoreApplication::arguments());
     if (options.request == CliRequest::Refuse) {
         printLine(stderr, options.text);
@@ -121,6 +144,14 @@ int runCli(int &argc, char **argv)
         text.answer(options.text);
         return static_cast<int>(text.end(ExitCode::Done));
     }
-    Reporter reporter(standardOutput(styleOf(options)));
+    OutputTarget target = standardOutput(styleOf(options));
+    const bool isRead =
+        options.request == CliRequest::Dump || options.request == CliRequest::ReadRam;
+    // Words among the bytes would spoil both.
+    if (isRead && isStandardOutput(localPath(options.path).constData())) {
+        target.answers = target.messages;
+        target.hasColor = false;
+    }
+    Reporter reporter(target);
     return static_cast<int>(reporter.end(runCommand(options, reporter)));
 }

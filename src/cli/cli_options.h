@@ -20,7 +20,8 @@ enum class CliRequest {
     Drives,
     Scripts,
     SelfTest,
-    CheckScript
+    CheckScript,
+    Tidy
 };
 
 // What one run of the program is asked for. What a command has no option for keeps its default.

@@ -153,6 +153,18 @@ const std::vector<CommandRow> kCommands = {
       {"check-script mine.nut --mapper mbc3", "The same for a name of one's own."}},
      {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch}},
 
+    {"tidy",
+     CliRequest::Tidy,
+     ArgumentKind::Folder,
+     "Remove what a program that was ended has left in DIR.",
+     {"A file is written under a temporary name (*.gbdriver-N.part) until it is whole. Who kills "
+      "the "
+      "program leaves that behind. This removes such files, and names each; one that a running "
+      "program uses stays."},
+     {&kJsonOption, &kQuietOption, &kHelpOption},
+     {{"tidy games", "The folder \"games\"."}},
+     {Code::Done, Code::Usage, Code::FileError}},
+
     {"completion",
      CliRequest::ShowText,
      ArgumentKind::Shell,

@@ -40,6 +40,13 @@ constexpr int kPauseBetweenLooksMs = 300;
 ExitCode runBackup(const CliOptions &options, Reporter &reporter,
                    int pauseMs = kPauseBetweenLooksMs);
 
+// Removes from the folder `options.path` the temporary files that no running program uses.
+// Returns: Done, or FileError if there is no such folder or one of the files stayed.
+ExitCode runTidy(const CliOptions &options, Reporter &reporter);
+
+// Names such files in the folder that the command writes to; removes none.
+void tellLeftBehind(const CliOptions &options, Reporter &reporter);
+
 // Looks at every drive of the process's backend and lists them; writes nothing. Events: see
 // docs/cli-events.schema.json. Returns: Done if a drive is taken, else NoReader.
 ExitCode runDrives(Reporter &reporter);

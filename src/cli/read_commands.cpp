@@ -42,10 +42,14 @@ public:
                         CartridgeState::NotRead);
         if (!trouble.isNone())
             return fail(ExitCode::FileError, fileTroubleText(trouble), CartridgeState::NotRead);
+        m_isStream = m_file->isStream();
         const CartridgeLook look = lookAtCartridge(m_options, m_task, m_reporter);
         m_code = look.code;
         if (m_code == ExitCode::Done)
             m_code = makeLookedAtJob(m_options, m_task, look, m_reporter, &m_job);
+        if (m_code == ExitCode::Done && !m_file->reserve(bytesToMove(m_job)))
+            return fail(ExitCode::FileError, fileTroubleText(m_file->trouble()),
+                        CartridgeState::NotRead);
         return m_code == ExitCode::Done && !isStopped();
     }
 
@@ -57,22 +61,30 @@ public:
         m_code = tellTrouble(m_read.outcome, m_reporter);
         if (m_code == ExitCode::Done && !m_file->write(m_read.bytes))
             return fail(ExitCode::FileError, fileTroubleText(m_file->trouble()));
-        return m_code == ExitCode::Done && !isStopped();
+        if (m_code != ExitCode::Done || !isStopped())
+            return m_code == ExitCode::Done;
+        keepFirst();
+        return false;
     }
 
     bool readMore(int times)
     {
         readAgain(m_job, times, m_listener, &m_read);
         m_code = tellTrouble(m_read.outcome, m_reporter);
+        if (m_code != ExitCode::Done)
+            keepFirst();
         return m_code == ExitCode::Done;
     }
 
     // Names the file and tells the verdict.
     ExitCode finish(const Verdict &verdict)
     {
-        const QString path = keptReadPath(m_options.path, verdict.kind, m_options.overwrites);
+        const QString path = m_isStream
+                                 ? m_options.path
+                                 : keptReadPath(m_options.path, verdict.kind, m_options.overwrites);
         if (!m_file->commit(path)) {
             fail(ExitCode::FileError, fileTroubleText(m_file->trouble()));
+            keepFirst();
             return m_code;
         }
         tellVerdict(verdict, {path, m_read.bytes.size(), m_read.sha1, m_read.reads}, m_reporter);
@@ -83,6 +95,22 @@ public:
     const CheckedRead &read() const { return m_read; }
 
 private:
+    // The first read is complete, and what came behind it has failed. Where a pipe or a device was
+    // to take it, it is not worth more than nothing.
+    void keepFirst()
+    {
+        if (m_isStream)
+            return;
+        const QString path = unverifiedPath(m_options.path);
+        m_file.reset();
+        PendingFile kept(path, ExistingFile::Keep);
+        if (kept.trouble().isNone() && kept.write(m_read.bytes) && kept.commit())
+            m_reporter.problem(
+                QStringLiteral("What was read once, and not compared, is in %1").arg(path));
+        else
+            m_reporter.problem(fileTroubleText(kept.trouble()));
+    }
+
     bool fail(ExitCode code, const QString &problem)
     {
         m_code = code;
@@ -102,7 +130,9 @@ private:
             return false;
         const CartridgeState before =
             m_options.looks ? CartridgeState::LookedAt : CartridgeState::Untouched;
-        fail(ExitCode::Cancelled, QStringLiteral("Asked to stop; no file was made."),
+        fail(ExitCode::Cancelled,
+             m_read.reads == 0 ? QStringLiteral("Asked to stop; no file was made.")
+                               : QStringLiteral("Asked to stop after the read."),
              m_read.reads == 0 ? before : m_read.outcome.state);
         return true;
     }
@@ -115,6 +145,7 @@ private:
     CartridgeJob m_job;
     CheckedRead m_read;
     ExitCode m_code = ExitCode::Done;
+    bool m_isStream = false;
 };
 
 // `usual`: without an option.

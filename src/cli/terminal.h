@@ -5,6 +5,9 @@ bool standardErrorIsTerminal();
 
 bool standardOutputIsTerminal();
 
+// Whether what is written to `path` goes where standard output goes.
+bool isStandardOutput(const char *path);
+
 // As long as it lives a console shows the system's 8-bit texts as they are.
 class ConsoleCodePage
 {

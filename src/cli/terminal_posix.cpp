@@ -1,5 +1,6 @@
 #include "cli/terminal.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 bool standardErrorIsTerminal()
@@ -10,6 +11,14 @@ bool standardErrorIsTerminal()
 bool standardOutputIsTerminal()
 {
     return isatty(STDOUT_FILENO) == 1;
+}
+
+bool isStandardOutput(const char *path)
+{
+    struct stat named = {};
+    struct stat output = {};
+    return ::stat(path, &named) == 0 && ::fstat(STDOUT_FILENO, &output) == 0 &&
+           named.st_dev == output.st_dev && named.st_ino == output.st_ino;
 }
 
 ConsoleCodePage::ConsoleCodePage() = default;

@@ -29,6 +29,12 @@ bool standardOutputIsTerminal()
 }
 
 // Consoles start in the code page of DOS, but the program's texts are in the system's.
+// No path names what another program has opened.
+bool isStandardOutput(const char * /*path*/)
+{
+    return false;
+}
+
 ConsoleCodePage::ConsoleCodePage() : m_old(GetConsoleOutputCP())
 {
     SetConsoleOutputCP(GetACP());

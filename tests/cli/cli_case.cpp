@@ -15,6 +15,7 @@
 #include <memory>
 
 const QByteArray kAnyBytes = "whatever bytes there are";
+const QByteArray kNoFile = "no file";
 
 namespace
 {
@@ -158,6 +159,10 @@ QStringList problemsOfFiles(const CliCase &row, Files found)
     Files wanted = row.files;
     for (auto file = row.left.begin(); file != row.left.end(); ++file)
         wanted[file.key()] = file.value();
+    for (auto file = row.left.begin(); file != row.left.end(); ++file) {
+        if (file.value() == kNoFile)
+            wanted.remove(file.key());
+    }
     QStringList problems;
     for (auto file = wanted.begin(); file != wanted.end(); ++file) {
         if (!takeFile(file.key(), file.value(), &found))

@@ -53,6 +53,8 @@ using Files = QMap<QString, QByteArray>;
 
 // Stands for the content of a file that must be there, with whatever bytes.
 extern const QByteArray kAnyBytes;
+// In CliCase::left: the file is gone.
+extern const QByteArray kNoFile;
 
 struct CliCase {
     QString name = {};

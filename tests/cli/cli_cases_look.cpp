@@ -212,6 +212,17 @@ QVector<CliCase> lookCases()
              "cartridge was only looked at.\n")},
          {},
          {detected({{"error", "Can not auto detect cartridge information."}})}});
+    rows.append(
+        {"tidy",
+         "tidy DIR",
+         {},
+         {{"a.gb", "whole"}, {"a.gb.gbdriver-1.part", "half"}},
+         ExitCode::Done,
+         "leftBehind",
+         {is("removed: DIR/a.gb.gbdriver-1.part\n")},
+         {},
+         {{"a.gb.gbdriver-1.part", kNoFile}},
+         {{{"event", "left-behind"}, {"file", "DIR/a.gb.gbdriver-1.part"}, {"removed", true}}}});
     rows.append({"drives, virtual reader", "drives", "demo", {}, ExitCode::Done, "drive"});
 #ifndef Q_OS_WIN // a folder is no drive there
     const QByteArray identity(65536, '\0');

@@ -95,6 +95,7 @@ public:
         run.found = content();
         for (std::size_t kind = 0; kind < kDriveCallKinds; ++kind)
             run.calls[kind] = m_bench.drive().callCount(static_cast<DriveCall>(kind));
+        run.dumpReads = m_bench.drive().callCount(DriveCall::Read, "DUMP.ROM");
         lookAround(&run);
         return run;
     }
@@ -161,6 +162,8 @@ private:
         while (all.hasNext()) {
             if (all.next().endsWith(".part"))
                 run->leftovers << all.fileName();
+            else if (all.fileName().endsWith(".unverified"))
+                run->unverified << contentOf(all.filePath());
         }
         run->hasFile = QFile::exists(m_options.path);
         if (run->hasFile)

@@ -41,7 +41,7 @@ struct BenchCase {
 const QByteArray kOldFile = "what was here before";
 
 constexpr std::size_t kDriveCallKinds =
-    static_cast<std::size_t>(virtual_reader::DriveCall::Close) + 1;
+    static_cast<std::size_t>(virtual_reader::DriveCall::Reserve) + 1;
 
 struct BenchRun {
     ExitCode code = ExitCode::Done;
@@ -50,11 +50,13 @@ struct BenchRun {
     QByteArray wanted; // what a write should have brought; of a read, what should have been read
     QMap<QString, QByteArray> backups; // by path
     QStringList leftovers;             // temporary files beside the user's
+    QList<QByteArray> unverified;      // what was kept of reads that nobody could compare
     bool hasFile = false;              // a read left one under its name
     QByteArray file;
     QString answers;                                    // standard output
     QString told;                                       // standard error
     std::array<std::uint32_t, kDriveCallKinds> calls{}; // by DriveCall
+    std::uint32_t dumpReads = 0;                        // of the reader's data file
 };
 
 // Runs the command as with --quiet. An erase that does not end is interrupted as with Ctrl-C.

@@ -2,6 +2,7 @@
 // for byte, and any other leaves no file under the name that was asked for, or the old one.
 #include "bench_cases.h"
 #include "cart/setting_tables.h"
+#include "drive_faults.h"
 #include "test_class.h"
 
 #include <QtTest>
@@ -55,6 +56,10 @@ QStringList problemsOfRead(const BenchCase &bench, const BenchRun &run)
     const bool mayBeKept = isCalledSuspicious(run) && !bench.replaces;
     if (!isCalledRight(run) && !mayBeKept && !isAsBefore)
         problems << "a failed read has left a file of " + QString::number(run.file.size());
+    for (const QByteArray &kept : run.unverified) {
+        if (isCalledRight(run) || !isSameContent(bench, kept, run.wanted))
+            problems << "what is kept of a first read is wrong";
+    }
     if (!run.leftovers.isEmpty())
         problems << "temporary files are left: " + run.leftovers.join(", ");
     if (!isCalledRight(run) && run.told.isEmpty() && run.answers.isEmpty())
@@ -71,6 +76,8 @@ class ReadFaultsTest : public QObject
 private slots:
     void cleanRunIsCalledRight_data() { addCases(); }
     void cleanRunIsCalledRight();
+    void secondReadThatFailsKeepsTheFirst();
+    void fullDiskIsToldBeforeTheRead();
     void noSingleFaultMakesABadFile_data() { addCases(); }
     void noSingleFaultMakesABadFile();
 
@@ -102,6 +109,37 @@ void ReadFaultsTest::cleanRunIsCalledRight()
     QVERIFY2(isCalledRight(run), qPrintable(run.told + run.answers));
     QCOMPARE(run.answers.startsWith("verified"), bench.isKnown);
     QCOMPARE(problemsOfRead(bench, run), QStringList());
+}
+
+// The second half of the reads of the cartridge is the second read.
+void ReadFaultsTest::secondReadThatFailsKeepsTheFirst()
+{
+    const BenchCase bench = with(BenchCommand::ReadRam, gbSave(0x1B, 32 * kKibi));
+    DriveFault fault = dumpReadFault(0);
+    const std::uint32_t reads = runOnBench(bench).dumpReads;
+    fault.after = reads - 1;
+    const BenchRun run = runOnBench(bench, {fault});
+    QCOMPARE(run.code, ExitCode::TransferFailed);
+    QVERIFY(!run.hasFile);
+    QCOMPARE(run.unverified, QList<QByteArray>({run.wanted}));
+    QVERIFY2(run.told.contains("What was read once, and not compared, is in "),
+             qPrintable(run.told));
+}
+
+void ReadFaultsTest::fullDiskIsToldBeforeTheRead()
+{
+    for (const bool isReplacing : {false, true}) {
+        BenchCase bench = with(BenchCommand::ReadRam, gbSave(0x1B, 32 * kKibi));
+        bench.replaces = isReplacing;
+        DriveFault full;
+        full.call = DriveCall::Reserve;
+        full.code = DriveErrorCode::Full;
+        const BenchRun run = runOnBench(bench, {full});
+        QCOMPARE(run.code, ExitCode::FileError);
+        QVERIFY2(run.told.endsWith("Nothing was read.\n"), qPrintable(run.told));
+        QVERIFY(run.dumpReads < runOnBench(bench).dumpReads);
+        QCOMPARE(problemsOfRead(bench, run), QStringList());
+    }
 }
 
 void ReadFaultsTest::noSingleFaultMakesABadFile()
