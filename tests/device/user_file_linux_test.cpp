@@ -335,12 +335,15 @@ void UserFileLinuxTest::killedWriterIsFoundOut()
     }
     QVERIFY(child > 0);
     char byte = 0;
-    QCOMPARE(::read(ready[0], &byte, 1), ssize_t{1});
+    const ssize_t got = ::read(ready[0], &byte, 1);
     const std::string temporary = path("file.gbdriver-1.part").toStdString();
-    QCOMPARE(useOfTemporary(temporary), TemporaryUse::InUse);
-    QVERIFY(!removeTemporary(temporary).ok());
-    ::kill(child, SIGKILL);
+    const TemporaryUse use = useOfTemporary(temporary);
+    const bool isRemoved = removeTemporary(temporary).ok();
+    ::kill(child, SIGKILL); // before anything may fail: it would wait for ever
     QCOMPARE(::waitpid(child, nullptr, 0), child);
+    QCOMPARE(got, ssize_t{1});
+    QCOMPARE(use, TemporaryUse::InUse);
+    QVERIFY(!isRemoved);
     QCOMPARE(useOfTemporary(temporary), TemporaryUse::LeftBehind);
     QVERIFY(removeTemporary(temporary).ok());
     QCOMPARE(contentOf(path("file")), kOld);
