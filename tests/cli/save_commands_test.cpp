@@ -382,7 +382,7 @@ void SaveCommandsTest::takenBackupFolderStopsTheWrite()
     QCOMPARE(run.code, ExitCode::FileError);
     QCOMPARE(run.found, run.old);
     QVERIFY(run.told.contains(
-        "/backups for the backup. Name another with --backup. The write was not begun"));
+        "/backups for the backup. Name another with --backup. Nothing was written"));
 }
 
 void SaveCommandsTest::saveCanBeErased()

@@ -189,7 +189,7 @@ void KeptBackupTest::folderThatCanNotBeMadeIsTold()
     const KeptBackup backup = keep();
     QCOMPARE(backup.outcome.trouble, Trouble::NoFolder);
     QCOMPARE(backup.outcome.detail, m_path);
-    QCOMPARE(backup.outcome.state, CartridgeState::NotBegun);
+    QCOMPARE(backup.outcome.state, CartridgeState::NotWritten);
     QCOMPARE(backup.path, QString());
 }
 
