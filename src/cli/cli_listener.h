@@ -31,6 +31,8 @@ public:
     void onLine(const QString &line) override;
     void onProgress(int doneBytes, int maximum) override;
     bool isStopWanted() override;
+    bool isLeaveWanted() override;
+    void onEraseWait(int seconds, int longestSeconds) override;
 
 private:
     void tellInterrupt();

@@ -17,7 +17,8 @@ enum class ExitCode {
     DataMismatch = 7,
     Refused = 8,
     Cancelled = 9,
-    Unverified = 10
+    Unverified = 10,
+    ScriptError = 11
 };
 
 // One row of the documented table.
@@ -28,7 +29,7 @@ struct ExitCodeRow {
 };
 
 // By number, without a gap.
-constexpr std::array<ExitCodeRow, 11> kExitCodes = {{
+constexpr std::array<ExitCodeRow, 12> kExitCodes = {{
     {ExitCode::Done, "done", "done; a dump is verified or consistent"},
     {ExitCode::Usage, "usage", "wrong usage; nothing was touched"},
     {ExitCode::NoReader, "no-reader", "no reader was found"},
@@ -40,6 +41,7 @@ constexpr std::array<ExitCodeRow, 11> kExitCodes = {{
     {ExitCode::Refused, "refused", "refused for safety"},
     {ExitCode::Cancelled, "cancelled", "cancelled by the user"},
     {ExitCode::Unverified, "unverified", "done, but a check was not made or does not exist"},
+    {ExitCode::ScriptError, "script-error", "the mapper script is wrong"},
 }};
 
 constexpr const ExitCodeRow &rowOf(ExitCode code)

@@ -9,30 +9,56 @@ namespace
 
 constexpr unsigned long kPollMs = 50;
 
-// Lock-free, so that a signal handler may write it and any thread read it.
-std::atomic<int> interrupted{0};
-static_assert(std::atomic<int>::is_always_lock_free);
+// Lock-free, so that a signal handler may write them and any thread read them.
+std::atomic<int> interrupts{0};
+std::atomic<AtWork> atWork{AtWork::OnNothing};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<AtWork>::is_always_lock_free);
+
+extern "C" void onInterrupt(int signal);
+
+// How many interrupts are only noticed.
+bool isNextOnlyNoticed()
+{
+    const AtWork work = atWork;
+    return work == AtWork::OnWrite || interrupts < (work == AtWork::OnRead ? 2 : 1);
+}
+
+void arm(int signal)
+{
+    std::signal(signal, isNextOnlyNoticed() ? onInterrupt : SIG_DFL);
+}
 
 extern "C" void onInterrupt(int signal)
 {
-    interrupted = 1;
-    std::signal(signal, SIG_DFL);
+    ++interrupts;
+    arm(signal);
 }
 
 } // namespace
 
 void watchForInterrupt()
 {
-    interrupted = 0;
-    for (const int signal : stopSignals())
-        std::signal(signal, onInterrupt);
+    interrupts = 0;
+    setAtWork(AtWork::OnNothing);
     for (const int signal : ignoredSignals())
         std::signal(signal, SIG_IGN);
 }
 
 bool wasInterrupted()
 {
-    return interrupted != 0;
+    return interrupts != 0;
+}
+
+bool wasInterruptedAgain()
+{
+    return interrupts > 1;
+}
+
+void setAtWork(AtWork work)
+{
+    atWork = work;
+    for (const int signal : stopSignals())
+        arm(signal);
 }
 
 InterruptWatch::InterruptWatch(std::function<void()> tell) : m_tell(std::move(tell))

@@ -52,10 +52,15 @@ ExitCode exitCodeOfJob(JobEnd end)
     case JobEnd::Refused:
         return ExitCode::Refused;
     case JobEnd::Cancelled:
+    case JobEnd::ScriptStopped:
+    case JobEnd::Left:
         return ExitCode::Cancelled;
+    case JobEnd::ScriptError:
+        return ExitCode::ScriptError;
     case JobEnd::Done: // but not whole
     case JobEnd::NoMemory:
     case JobEnd::ScriptFailed:
+    case JobEnd::EraseFailed:
         break;
     }
     return ExitCode::TransferFailed;
@@ -103,8 +108,8 @@ JudgementKind judgementOf(ExitCode code)
 QStringList jobLines(const Outcome &outcome)
 {
     const JobEnd end = outcome.job.end;
-    const bool hasRun =
-        end == JobEnd::Done || end == JobEnd::ScriptFailed || end == JobEnd::Refused;
+    const bool hasRun = end == JobEnd::Done || end == JobEnd::ScriptFailed ||
+                        end == JobEnd::Refused || end == JobEnd::ScriptError;
     const QStringList lines = hasRun ? QStringList{whyText(outcome)} : failureLines(outcome.job);
     return lines + QStringList{jobAdvice(outcome)};
 }

@@ -1,20 +1,31 @@
 // Waiting for a flash chip to erase itself. The reader reports nothing, so the host looks once a
-// second whether erased bytes (0xFF) show up. There is no time limit: large chips take minutes, and
-// only the user can tell a slow chip from a dead one. The user's cancel is noticed after a look
-// that showed anything but 0xFF.
+// second whether erased bytes (0xFF) show up. The user's cancel is noticed after a look that showed
+// anything but 0xFF. Without it the wait ends where the drive has reported an error in two looks in
+// a row, as it does when the reader was unplugged, and when the slowest chip of this size would
+// have ended long ago.
 //
 // Thread: the one that runs the job.
 #pragma once
 
 class JobListener;
 
+enum class EraseEnd { Erased, Cancelled, NoAnswer, TooLong };
+
+struct EraseWait {
+    EraseEnd end = EraseEnd::Erased;
+    int longestSeconds = 0; // that were allowed
+};
+
 // Waits, once started by the script, for a GB flash cartridge's erase: byte 0 of the bus.
-// Returns: true when it reads 0xFF, false when the user cancelled.
-bool waitForGbErase(JobListener &listener);
+// `chipSize`: in bytes; 0, not known, counts as the largest that a GB bus reaches.
+EraseWait waitForGbErase(JobListener &listener, int chipSize);
 
 // The same for the erase of a GBA FLASH save: byte 0 of the save, read as SRAM whatever save type
 // is bound.
-bool waitForGbaSaveErase(JobListener &listener);
+EraseWait waitForGbaSaveErase(JobListener &listener);
+
+// Data sheets give a whole chip up to 64 seconds a megabyte: twice that, and five minutes for any.
+int longestEraseSeconds(int chipSize);
 
 // What passes the time between two looks; gets the time in milliseconds. Tests give a waiter that
 // returns at once. Null restores the default, which puts the thread to sleep.

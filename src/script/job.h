@@ -5,8 +5,11 @@
 // worker/job_run.h for running one.
 #pragma once
 
+#include "script/script_source.h"
+
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -30,6 +33,9 @@ struct CartridgeJob {
     int ramSize = 0;    // of save jobs
     int saveType = 0;   // GBA saves: 0 SRAM, 1 FLASH, 2 EEP
     int flashWidth = 0; // GB flash chip: 0 = 8 bit, 1 = 16 bit
+    int chipSize = 0;   // of the GB flash chip; 0: not known
+    // On a virtual cartridge: nothing can be lost, and a write may be left as well.
+    bool isTrial = false;
 };
 
 // What a code means. A code that is no operation is none of these.
@@ -55,6 +61,14 @@ public:
     // Whether the user wants the job to stop. Asked only while an erase is polled: half a save or
     // half a ROM is worth nothing, so anything else is finished.
     virtual bool isStopWanted() = 0;
+    // Whether a script is to be ended that has called no native for some seconds. By default where
+    // the user wants the job to stop.
+    virtual bool endsSilentScript() { return isStopWanted(); }
+    // Whether a job is to be left between two operations of the reader. Asked only of a job that
+    // reads, and of trials: never is a write left.
+    virtual bool isLeaveWanted() { return false; }
+    // An erase is waited for, so long so far; at `longestSeconds` the wait is given up.
+    virtual void onEraseWait(int /*seconds*/, int /*longestSeconds*/) {}
 };
 
 // How a job ended.
@@ -67,7 +81,11 @@ enum class JobEnd {
     InputNotOpened,  // the file to be written cannot be opened
     InputNotRead,    // or not be read in full
     Refused,         // the script, or the host, ended it before anything was sent to the cartridge
-    ScriptFailed,    // the script does not load, or ended with an error after it had sent something
+    ScriptFailed,    // the script ended with an error after it had sent something
+    ScriptError,     // the script itself is wrong: what it says is no program, or asks too much
+    ScriptStopped,   // the user ended a script that did nothing
+    Left,            // the user left a job that reads between two operations of the reader
+    EraseFailed,     // the erase did not end in time, or the reader did not tell whether it had
     Cancelled,       // the user ended the wait for an erase
     OutputNotWritten // what was read could not be written to its file
 };
@@ -77,6 +95,7 @@ struct JobResult {
     int movedBytes = 0; // as far as the cursor came
     int wantedBytes = 0;
     QString scriptError; // what the script or its compiler said; empty if neither said anything
+    QString scriptPlace; // where that was: "gb_mbc5.nut, line 12"; empty if not known
     bool hasTouchedCartridge = false; // the script, or an erase, has used the bus
     bool hasWrittenToBus = false;     // and not only for reads: a bank switch, a chip's command
     QString driveError;      // the last thing that the drive reported, in the system's words
@@ -105,8 +124,14 @@ struct RunningJob {
     int cursor = 0;                   // place in `data`, and bytes moved so far
     bool hasTouchedCartridge = false; // as in JobResult
     bool hasWrittenToBus = false;     // likewise
-    QString scriptError;
-    QString failedOperation; // as in JobResult
+    QString scriptError;              // as in JobResult, with the next two
+    QString scriptPlace;
+    QString failedOperation;
+    bool isThrown = false; // the error is the script's own `throw`
+    bool hasLeft = false;  // the user has left it: nothing more is read
+    int printedLines = 0;  // by the script
+    QStringList report;    // of the last error, see script_report.h
+    ScriptSources sources; // that its machine has compiled
 };
 
 // Bytes behind the transfer buffer that must belong to it as well: enciphering a short last chunk

@@ -3,8 +3,8 @@
 #include "device/device_commands.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
-#include "script/fatal_assertion.h"
 #include "script/job.h"
+#include "script/script_limits.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -21,10 +21,7 @@ constexpr std::uint32_t kGbMask = 0xFFFF;
 constexpr std::uint32_t kGbSaveBase = 0xA000;
 constexpr std::uint32_t kGbaLongestRead = 0x100000;
 constexpr std::uint32_t kMostPairs = 8;
-
-// Scripts and bug reports know the assertion by this place.
-constexpr const char *kAssertionFile = "src/script/script";
-constexpr unsigned kAssertionLine = 132;
+constexpr std::size_t kLongestMessage = 160;
 
 // The two integers of a transfer native, and the job.
 struct Transfer {
@@ -34,13 +31,17 @@ struct Transfer {
     std::uint32_t length = 0;
 };
 
+// The machine's own job. Not by way of `dev`, which two of the natives do not look at.
+RunningJob &ownerOf(HSQUIRRELVM v)
+{
+    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
+}
+
 SQRESULT getJob(HSQUIRRELVM v, RunningJob **job)
 {
-    if (sq_gettype(v, kDevIndex) != OT_USERPOINTER)
-        failAssertion("sq_gettype(v, 2) == OT_USERPOINTER", kAssertionFile, kAssertionLine,
-                      "getJob");
     SQUserPointer pointer = nullptr;
-    if (SQ_FAILED(sq_getuserpointer(v, kDevIndex, &pointer)))
+    if (sq_gettype(v, kDevIndex) != OT_USERPOINTER ||
+        SQ_FAILED(sq_getuserpointer(v, kDevIndex, &pointer)) || pointer != &ownerOf(v))
         return sq_throwerror(v, "1st argument must be d (userpointer)");
     *job = static_cast<RunningJob *>(pointer);
     return SQ_OK;
@@ -68,20 +69,33 @@ SQRESULT getTransfer(HSQUIRRELVM v, const char *native, Transfer *transfer)
     return getJob(v, &transfer->job);
 }
 
-// The machine's own job. Not by way of `dev`, which two of the natives do not look at.
-RunningJob &ownerOf(HSQUIRRELVM v)
-{
-    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-}
-
 // Ends the script with an error, and the job knows of it even if the script catches that.
-SQInteger failOperation(HSQUIRRELVM v, const char *native, const QString &what)
+SQInteger failOperation(HSQUIRRELVM v, const char *native, const char *what)
 {
-    const QString message = QLatin1String(native) + QStringLiteral(": ") + what;
+    char text[kLongestMessage];
+    std::snprintf(text, sizeof(text), "%s: %s", native, what);
     RunningJob &job = ownerOf(v);
     if (job.failedOperation.isEmpty())
-        job.failedOperation = message;
-    return sq_throwerror(v, message.toUtf8().constData());
+        job.failedOperation = QString::fromUtf8(text);
+    return sq_throwerror(v, text);
+}
+
+// What an operation may do to the cartridge.
+enum class Kind { Reading, Writing };
+
+// Whether the operation may be begun. The user may leave a job that reads: it reads no more, and
+// its script may still bring the cartridge to rest.
+SQRESULT checkStay(HSQUIRRELVM v, Kind kind)
+{
+    RunningJob &job = ownerOf(v);
+    const bool mayBeLeft = isReadJob(job.job.operate) || job.job.isTrial;
+    if (mayBeLeft && !job.hasLeft)
+        job.hasLeft = job.listener.isLeaveWanted();
+    if (!job.hasLeft)
+        noteNativeCall();
+    return job.hasLeft && (kind == Kind::Reading || job.job.isTrial)
+               ? sq_throwerror(v, "the job was left")
+               : SQ_OK;
 }
 
 // A read as EEPROM sends a request, and one as FLASH may select a bank. Of SRAM nothing is written.
@@ -111,7 +125,7 @@ SQInteger checkTaken(HSQUIRRELVM v, const char *native, const Answer &answer, bo
     const bool isTaken = answer.count != kFailed && (answer.count != 0 || !sendsSomething);
     return isTaken && !answer.hasDriveError
                ? 0
-               : failOperation(v, native, QStringLiteral("the reader did not take the command"));
+               : failOperation(v, native, "the reader did not take the command");
 }
 
 // Of a reading operation. After a short read the next one would land at the wrong place.
@@ -120,11 +134,12 @@ SQInteger checkArrived(HSQUIRRELVM v, const char *native, const Answer &answer,
 {
     if (answer.count == length && !answer.hasDriveError)
         return 0;
-    return answer.count == 0 || answer.count >= length
-               ? failOperation(v, native, QStringLiteral("the reader did not answer"))
-               : failOperation(
-                     v, native,
-                     QStringLiteral("only %1 of %2 bytes arrived").arg(answer.count).arg(length));
+    if (answer.count == 0 || answer.count >= length)
+        return failOperation(v, native, "the reader did not answer");
+    char what[kLongestMessage];
+    std::snprintf(what, sizeof(what), "only %lu of %lu bytes arrived",
+                  static_cast<unsigned long>(answer.count), static_cast<unsigned long>(length));
+    return failOperation(v, native, what);
 }
 
 // A transfer must stay inside the job's buffer.
@@ -134,7 +149,7 @@ SQRESULT checkBounds(HSQUIRRELVM v, const Transfer &transfer)
     const std::int64_t size = bytesToMove(transfer.job->job);
     if (cursor + transfer.length <= size)
         return SQ_OK;
-    char message[160];
+    char message[kLongestMessage];
     std::snprintf(message, sizeof(message),
                   "%s: cursor %lld, length %lu: outside the buffer of %lld bytes", transfer.native,
                   static_cast<long long>(cursor), static_cast<unsigned long>(transfer.length),
@@ -150,7 +165,7 @@ void advance(RunningJob *job, std::uint32_t count, int maximum)
 
 SQInteger readToBuffer(HSQUIRRELVM v, DeviceOperation read, const Transfer &transfer, int maximum)
 {
-    if (SQ_FAILED(checkBounds(v, transfer)))
+    if (SQ_FAILED(checkBounds(v, transfer)) || SQ_FAILED(checkStay(v, Kind::Reading)))
         return SQ_ERROR;
     RunningJob *job = transfer.job;
     const Answer answer = perform(
@@ -164,7 +179,7 @@ SQInteger readToBuffer(HSQUIRRELVM v, DeviceOperation read, const Transfer &tran
 SQInteger writeFromBuffer(HSQUIRRELVM v, DeviceOperation write, const Transfer &transfer,
                           int maximum)
 {
-    if (SQ_FAILED(checkBounds(v, transfer)))
+    if (SQ_FAILED(checkBounds(v, transfer)) || SQ_FAILED(checkStay(v, Kind::Writing)))
         return SQ_ERROR;
     RunningJob *job = transfer.job;
     ownerOf(v).hasWrittenToBus = true;
@@ -192,6 +207,8 @@ SQInteger nat_cpu_write(HSQUIRRELVM v)
             return SQ_ERROR;
         ++count;
     }
+    if (SQ_FAILED(checkStay(v, Kind::Writing)))
+        return SQ_ERROR;
     ownerOf(v).hasWrittenToBus = true;
     const Answer answer = perform(v, [&] { return deviceOps.gbWrite(addresses, values, count); });
     return checkTaken(v, "cpu_write", answer, true);
@@ -248,6 +265,8 @@ SQInteger nat_ram_erase(HSQUIRRELVM v)
 {
     if (sq_gettop(v) < 1)
         return sq_throwerror(v, "argument number error");
+    if (SQ_FAILED(checkStay(v, Kind::Writing)))
+        return SQ_ERROR;
     ownerOf(v).hasWrittenToBus = true;
     return checkTaken(v, "ram_erase", perform(v, gbaSaveErase), true);
 }

@@ -5,6 +5,9 @@
 #include "device/local_path.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
+#include "script/script_library.h"
+#include "script/script_limits.h"
+#include "script/script_report.h"
 
 #include <QObject>
 
@@ -19,6 +22,8 @@ namespace
 
 constexpr SQInteger kInitialStackSlots = 1024;
 constexpr std::size_t kPrintBufferSize = 1024;
+// A script that prints for ever must not fill the log's memory.
+constexpr int kMostPrintedLines = 20000;
 
 void printNothing(HSQUIRRELVM /*v*/, const SQChar * /*format*/, ...) {}
 
@@ -32,7 +37,10 @@ void printToLog(HSQUIRRELVM v, const SQChar *format, ...)
     va_end(arguments);
     // Coroutines of a script are machines of their own; only the shared pointer reaches them.
     auto *owner = static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-    owner->listener.onLine(QString::fromUtf8(text));
+    if (++owner->printedLines < kMostPrintedLines)
+        owner->listener.onLine(QString::fromUtf8(text));
+    else if (owner->printedLines == kMostPrintedLines)
+        owner->listener.onLine(QStringLiteral("(what the script prints is not shown any more)"));
 }
 
 // What the script threw, or the machine for it, as far as it is a text.
@@ -47,88 +55,119 @@ QString lastError(HSQUIRRELVM v)
     return error;
 }
 
-void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *source, SQInteger line,
-                         SQInteger column)
+// Why a machine was given up, told as its error.
+JobEnd endOfStop(RunningJob *job)
 {
-    const QString text =
-        QString::fromUtf8(source) +
-        QStringLiteral(" line = (%1) column = (%2) : error ").arg(line).arg(column) +
-        QString::fromUtf8(error);
-    auto *owner = static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-    owner->scriptError = text;
-    sq_geterrorfunc(v)(v, "%s\n", text.toUtf8().constData());
-}
-
-// After a call whose result was this: keeps what the script said. To the library a function that
-// suspends itself has succeeded; here it has not come to its end, and nobody wakes it up.
-void noteScriptError(HSQUIRRELVM v, SQRESULT result, const QString &name, RunningJob *job)
-{
-    job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
-    if (sq_getvmstate(v) != SQ_VMSTATE_SUSPENDED)
-        return;
-    job->scriptError = name + QStringLiteral(" suspended itself");
+    const ScriptStop stop = scriptStop();
+    job->scriptError = scriptStopText(stop);
+    job->scriptPlace = scriptStopPlace();
     job->listener.onLine(job->scriptError);
+    return stop == ScriptStop::Silence && job->listener.isStopWanted() ? JobEnd::ScriptStopped
+                                                                       : JobEnd::ScriptError;
 }
 
-JobEnd endOf(HSQUIRRELVM v, SQRESULT result, const RunningJob &job)
+// A script that throws says something about the cartridge or the job; any other error that is not
+// the reader's is its own fault.
+JobEnd endOfError(const RunningJob &job)
 {
-    if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED)
+    if (!job.failedOperation.isEmpty() && (job.isThrown || job.scriptError == job.failedOperation))
         return JobEnd::ScriptFailed;
-    if (SQ_SUCCEEDED(result))
-        return JobEnd::Done;
-    // Without an error of its own the script lacks the entry function.
-    return job.hasTouchedCartridge || job.scriptError.isEmpty() ? JobEnd::ScriptFailed
-                                                                : JobEnd::Refused;
+    if (!job.isThrown)
+        return JobEnd::ScriptError;
+    return job.hasTouchedCartridge ? JobEnd::ScriptFailed : JobEnd::Refused;
 }
 
-// One entry function, with the line before it and the line behind it. Both come whether the call
-// succeeds or not.
-JobEnd callEntry(HSQUIRRELVM v, RunningJob *job, const QString &begin, const SQChar *name, int size,
-                 const QString &end)
+// After a call whose result was this: how the job stands, and what the script said. To the library
+// a function that suspends itself has succeeded; here it has not come to its end, and nobody wakes
+// it up. A machine that was given up cannot be asked any more.
+JobEnd endOfCall(HSQUIRRELVM v, SQRESULT result, const char *name, RunningJob *job)
+{
+    if (scriptStop() != ScriptStop::None)
+        return endOfStop(job);
+    if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED) {
+        job->scriptError = QLatin1String(name) + QStringLiteral(" suspended itself");
+        job->listener.onLine(job->scriptError);
+        return JobEnd::ScriptError;
+    }
+    job->scriptError = SQ_FAILED(result) ? lastError(v) : QString();
+    if (job->hasLeft)
+        return JobEnd::Left;
+    return SQ_SUCCEEDED(result) ? JobEnd::Done : endOfError(*job);
+}
+
+// Calls an entry function.
+JobEnd callEntry(HSQUIRRELVM v, RunningJob *job, const char *name, int first, int second)
+{
+    job->isThrown = false;
+    if (!definesFunction(v, name)) {
+        job->scriptError = QStringLiteral("the script has no function ") + QLatin1String(name);
+        return JobEnd::ScriptError;
+    }
+    const SQRESULT result = callScriptFunction(v, name, job, 2, first, second);
+    return endOfCall(v, result, name, job);
+}
+
+// The same with the line before it and the line behind it. Both come whether the call succeeds or
+// not.
+JobEnd callToldEntry(HSQUIRRELVM v, RunningJob *job, const QString &begin, const char *name,
+                     int size, const QString &end)
 {
     job->listener.onLine(begin);
-    const SQRESULT result = callScriptFunction(v, name, job, 2, size, size);
-    noteScriptError(v, result, QLatin1String(name), job);
+    const JobEnd jobEnd = callEntry(v, job, name, size, size);
     job->listener.onLine(end);
-    return endOf(v, result, *job);
+    return jobEnd;
 }
 
 // Compiles the script and runs its top level, with the root table as environment, as the library's
 // own function for both does.
 JobEnd loadScript(HSQUIRRELVM v, RunningJob *job)
 {
-    if (SQ_FAILED(sqstd_loadfile(v, localPath(job->job.scriptPath).constData(), SQTrue))) {
-        if (job->scriptError.isEmpty()) // it could not be read
-            job->scriptError = lastError(v);
-        return JobEnd::ScriptFailed;
-    }
-    sq_push(v, -2);
-    const SQRESULT result = sq_call(v, 1, SQFalse, SQTrue);
+    const SQRESULT result = runScriptFile(v, localPath(job->job.scriptPath));
+    if (result == kNotCompiled)
+        return JobEnd::ScriptError;
     // Not an error of another file that the script has loaded and got over.
-    noteScriptError(v, result, QStringLiteral("the script"), job);
-    sq_pop(v, 1);
-    return endOf(v, result, *job);
+    return endOfCall(v, result, "the script", job);
 }
 
 JobEnd dumpRom(HSQUIRRELVM v, RunningJob *job)
 {
-    const int size = job->job.romSize;
-    return callEntry(v, job, QObject::tr("Start dump rom..."), "cpu_dump", size,
-                     QObject::tr("Dump rom finish."));
+    return callToldEntry(v, job, QObject::tr("Start dump rom..."), "cpu_dump", job->job.romSize,
+                         QObject::tr("Dump rom finish."));
 }
 
 JobEnd dumpSave(HSQUIRRELVM v, RunningJob *job)
 {
-    const int size = job->job.ramSize;
-    return callEntry(v, job, QObject::tr("Start dump save..."), "save_dump", size,
-                     QObject::tr("Dump save finish."));
+    return callToldEntry(v, job, QObject::tr("Start dump save..."), "save_dump", job->job.ramSize,
+                         QObject::tr("Dump save finish."));
 }
 
 JobEnd writeSave(HSQUIRRELVM v, RunningJob *job)
 {
-    const int size = job->job.ramSize;
-    return callEntry(v, job, QObject::tr("Start write save..."), "save_write", size,
-                     QObject::tr("Write save finish."));
+    return callToldEntry(v, job, QObject::tr("Start write save..."), "save_write", job->job.ramSize,
+                         QObject::tr("Write save finish."));
+}
+
+// The end of the job after an erase that was waited for; Done: it goes on.
+JobEnd endOfErase(const EraseWait &wait, RunningJob *job)
+{
+    switch (wait.end) {
+    case EraseEnd::Erased:
+        job->listener.onLine(QObject::tr("Erase flash chip finish."));
+        return JobEnd::Done;
+    case EraseEnd::Cancelled:
+        return JobEnd::Cancelled;
+    case EraseEnd::NoAnswer:
+        job->failedOperation =
+            QStringLiteral("the reader did not answer while the chip was being erased");
+        break;
+    case EraseEnd::TooLong:
+        job->failedOperation =
+            QStringLiteral("the chip was not erased after %1 seconds").arg(wait.longestSeconds);
+        break;
+    }
+    job->scriptError = job->failedOperation;
+    job->listener.onLine(job->failedOperation);
+    return JobEnd::EraseFailed;
 }
 
 JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
@@ -144,32 +183,33 @@ JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
             job->listener.onLine(job->scriptError);
             return JobEnd::ScriptFailed;
         }
-        if (!waitForGbaSaveErase(job->listener))
-            return JobEnd::Cancelled;
-        job->listener.onLine(QObject::tr("Erase flash chip finish."));
+        const JobEnd end = endOfErase(waitForGbaSaveErase(job->listener), job);
+        if (end != JobEnd::Done)
+            return end;
     }
     return writeSave(v, job);
 }
 
 JobEnd flashRom(HSQUIRRELVM v, RunningJob *job)
 {
-    const int size = job->job.romSize;
     job->listener.onLine(QObject::tr("Start erase flash chip..."));
-    const SQRESULT erased = callScriptFunction(v, "cpu_erase", job, 2, size, job->job.flashWidth);
-    noteScriptError(v, erased, QStringLiteral("cpu_erase"), job);
+    const JobEnd erased = callEntry(v, job, "cpu_erase", job->job.romSize, job->job.flashWidth);
     // A chip that never got the commands need not be waited for. Whatever else went wrong, the poll
     // below decides whether the erase worked.
-    if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED ||
-        (SQ_FAILED(erased) && !job->failedOperation.isEmpty()))
-        return JobEnd::ScriptFailed;
-    if (!waitForGbErase(job->listener))
-        // A script that did not say why it sent nothing has refused nothing: the user ended the
-        // wait.
-        return job->hasTouchedCartridge || job->scriptError.isEmpty() ? JobEnd::Cancelled
-                                                                      : JobEnd::Refused;
-    job->listener.onLine(QObject::tr("Erase flash chip finish."));
-    return callEntry(v, job, QObject::tr("Start flash ROM..."), "cpu_flash", size,
-                     QObject::tr("Flash ROM finish."));
+    if (scriptStop() != ScriptStop::None || sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED ||
+        erased == JobEnd::ScriptFailed)
+        return erased;
+    const QString scriptError = job->scriptError;
+    const JobEnd end = endOfErase(waitForGbErase(job->listener, job->job.chipSize), job);
+    // A script that said why it sent nothing is the reason why nothing was erased.
+    if (end != JobEnd::Done && !job->hasTouchedCartridge && !scriptError.isEmpty()) {
+        job->scriptError = scriptError;
+        return erased;
+    }
+    if (end != JobEnd::Done)
+        return end;
+    return callToldEntry(v, job, QObject::tr("Start flash ROM..."), "cpu_flash", job->job.romSize,
+                         QObject::tr("Flash ROM finish."));
 }
 
 } // namespace
@@ -186,9 +226,13 @@ HSQUIRRELVM createVm(RunningJob *owner)
     sq_setprintfunc(v, print, print);
     sq_pushroottable(v);
     sqstd_seterrorhandlers(v);
-    if (owner != nullptr)
-        sq_setcompilererrorhandler(v, reportCompilerError);
     sqstd_register_iolib(v);
+    if (owner != nullptr) {
+        keepErrorReports(v);
+        keepCompileErrors(v);
+        guardLibrary(v);
+        watchMachine(v);
+    }
     return v;
 }
 
@@ -201,6 +245,44 @@ void registerNative(HSQUIRRELVM v, const SQChar *name, SQFUNCTION function)
     sq_pop(v, 1);
 }
 
+bool definesFunction(HSQUIRRELVM v, const char *name)
+{
+    const SQInteger top = sq_gettop(v);
+    sq_pushroottable(v);
+    sq_pushstring(v, name, -1);
+    const bool isFound = SQ_SUCCEEDED(sq_rawget(v, -2)); // without its metamethods
+    sq_settop(v, top);
+    if (!isFound)
+        sq_reseterror(v); // the host looked in vain; the script has said nothing
+    return isFound;
+}
+
+SQRESULT callWithinLimits(HSQUIRRELVM v, SQInteger arguments)
+{
+    SQRESULT result = SQ_ERROR;
+    const bool isSound = stepWithinLimits([&] { result = sq_call(v, arguments, SQFalse, SQTrue); });
+    auto *owner = isSound ? static_cast<RunningJob *>(sq_getsharedforeignptr(v)) : nullptr;
+    if (owner != nullptr && SQ_FAILED(result))
+        tellErrorReport(*owner);
+    else if (owner != nullptr)
+        owner->report.clear();
+    return isSound ? result : SQ_ERROR;
+}
+
+SQRESULT runScriptFile(HSQUIRRELVM v, const QByteArray &path)
+{
+    SQRESULT compiled = SQ_ERROR;
+    if (!stepWithinLimits([&] { compiled = compileFile(v, path.constData(), true); }))
+        return SQ_ERROR;
+    if (SQ_FAILED(compiled))
+        return kNotCompiled;
+    sq_push(v, -2);
+    const SQRESULT result = callWithinLimits(v, 1);
+    if (scriptStop() == ScriptStop::None)
+        sq_pop(v, 1);
+    return result;
+}
+
 SQRESULT callScriptFunction(HSQUIRRELVM v, const SQChar *name, SQUserPointer userPointer, int count,
                             ...)
 {
@@ -208,7 +290,7 @@ SQRESULT callScriptFunction(HSQUIRRELVM v, const SQChar *name, SQUserPointer use
     SQRESULT result = SQ_ERROR;
     sq_pushroottable(v);
     sq_pushstring(v, name, -1);
-    if (SQ_SUCCEEDED(sq_get(v, -2))) {
+    if (SQ_SUCCEEDED(sq_rawget(v, -2))) {
         sq_pushroottable(v);
         sq_pushuserpointer(v, userPointer);
         va_list values;
@@ -216,7 +298,9 @@ SQRESULT callScriptFunction(HSQUIRRELVM v, const SQChar *name, SQUserPointer use
         for (int i = 0; i < count; ++i)
             sq_pushinteger(v, va_arg(values, int));
         va_end(values);
-        result = sq_call(v, count + 2, SQFalse, SQTrue);
+        result = callWithinLimits(v, count + 2);
+        if (scriptStop() != ScriptStop::None)
+            return SQ_ERROR;
     } else {
         sq_reseterror(v); // the host looked in vain; the script has said nothing
     }
@@ -249,6 +333,19 @@ JobEnd runScript(HSQUIRRELVM v, RunningJob *job)
     }
 }
 
+bool withMachine(RunningJob &job, const std::function<void(HSQUIRRELVM)> &use)
+{
+    return runWithinLimits(job, [&] {
+        HSQUIRRELVM v = createVm(&job);
+        use(v);
+        if (scriptStop() == ScriptStop::None) {
+            sq_pop(v, 1);
+            sq_close(v);
+        }
+        dropMachineMemory();
+    });
+}
+
 JobEnd runOperation(RunningJob *job)
 {
     const NativeSet natives = nativesOf(job->job.operate);
@@ -256,11 +353,11 @@ JobEnd runOperation(RunningJob *job)
         job->listener.onLine(QObject::tr("Unknow operate!"));
         return JobEnd::Refused;
     }
-    HSQUIRRELVM v = createVm(job);
-    for (int i = 0; i < natives.count; ++i)
-        registerNative(v, natives.natives[i].name, natives.natives[i].function);
-    const JobEnd end = runScript(v, job);
-    sq_pop(v, 1);
-    sq_close(v);
+    JobEnd end = JobEnd::NoMemory;
+    withMachine(*job, [&](HSQUIRRELVM v) {
+        for (int i = 0; i < natives.count; ++i)
+            registerNative(v, natives.natives[i].name, natives.natives[i].function);
+        end = runScript(v, job);
+    });
     return end;
 }

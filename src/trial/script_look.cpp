@@ -3,8 +3,7 @@
 #include "device/local_path.h"
 #include "script/natives.h"
 #include "script/script_host.h"
-
-#include <sqstdio.h>
+#include "script/script_limits.h"
 
 namespace
 {
@@ -18,6 +17,7 @@ public:
     void onLine(const QString &line) override { *m_log << line; }
     void onProgress(int /*doneBytes*/, int /*maximum*/) override {}
     bool isStopWanted() override { return false; }
+    bool endsSilentScript() override { return true; }
 
 private:
     QStringList *m_log;
@@ -29,25 +29,21 @@ SQInteger refuseNative(HSQUIRRELVM v)
                             "functions that the program calls");
 }
 
-// Runs the file with the root table, which createVm() left on the stack, as its environment.
-ScriptLook runTopLevel(HSQUIRRELVM v, const QString &path)
+ScriptLook lookWith(HSQUIRRELVM v, const QByteArray &path, const ScriptOperation &operation)
 {
-    if (SQ_FAILED(sqstd_loadfile(v, localPath(path).constData(), SQTrue)))
+    const NativeSet natives = nativesOf(operation.operate);
+    for (int i = 0; i < natives.count; ++i)
+        registerNative(v, natives.natives[i].name, refuseNative);
+    const SQRESULT result = runScriptFile(v, path);
+    if (result == kNotCompiled)
         return ScriptLook::NotCompiled;
-    sq_push(v, -2);
-    const bool hasRun = SQ_SUCCEEDED(sq_call(v, 1, SQFalse, SQTrue));
-    sq_pop(v, 1);
-    return hasRun ? ScriptLook::Defined : ScriptLook::Threw;
-}
-
-bool isDefined(HSQUIRRELVM v, const char *name)
-{
-    const SQInteger top = sq_gettop(v);
-    sq_pushroottable(v);
-    sq_pushstring(v, name, -1);
-    const bool isFound = SQ_SUCCEEDED(sq_get(v, -2));
-    sq_settop(v, top);
-    return isFound;
+    if (SQ_FAILED(result))
+        return ScriptLook::Threw;
+    for (const char *entry : operation.entries) {
+        if (!definesFunction(v, entry))
+            return ScriptLook::NotDefined;
+    }
+    return ScriptLook::Defined;
 }
 
 } // namespace
@@ -77,15 +73,11 @@ ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, Q
 {
     LookListener listener(log);
     RunningJob job({}, listener); // never run: it passes on what the script prints
-    HSQUIRRELVM v = createVm(&job);
-    const NativeSet natives = nativesOf(operation.operate);
-    for (int i = 0; i < natives.count; ++i)
-        registerNative(v, natives.natives[i].name, refuseNative);
-    ScriptLook look = runTopLevel(v, path);
-    for (const char *entry : operation.entries) {
-        if (look == ScriptLook::Defined && !isDefined(v, entry))
-            look = ScriptLook::NotDefined;
-    }
-    sq_close(v);
+    ScriptLook look = ScriptLook::Threw;
+    withMachine(job, [&](HSQUIRRELVM v) {
+        look = lookWith(v, localPath(path), operation);
+        if (scriptStop() != ScriptStop::None)
+            *log << scriptStopText(scriptStop()) + QStringLiteral(" (%1)").arg(scriptStopPlace());
+    });
     return look;
 }

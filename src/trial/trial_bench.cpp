@@ -6,6 +6,8 @@
 #include "virtual/image_generator.h"
 #include "worker/job_run.h"
 
+#include <QElapsedTimer>
+
 using namespace virtual_reader;
 
 namespace
@@ -15,24 +17,30 @@ namespace
 constexpr std::uint32_t kSmallestHeaderRam = 8 * 1024;
 
 // Looks at an erase before it is given up; virtual chips need three.
-constexpr int kMostLooks = 100;
+constexpr int kMostLooks = 50;
+
+// A script that has used the cartridge for so long does not come to its end.
+constexpr qint64 kLongestTrialMs = 60000;
 
 void waitNot(unsigned long /*timeMs*/) {}
 
-// Keeps the log, and gives up an erase that does not come to its end.
+// Keeps the log, and gives up an erase or a script that does not come to its end.
 class TrialListener : public JobListener
 {
 public:
-    explicit TrialListener(QStringList *log) : m_log(log) {}
+    explicit TrialListener(QStringList *log) : m_log(log) { m_sinceStart.start(); }
 
     void onLine(const QString &line) override { *m_log << line; }
     void onProgress(int /*doneBytes*/, int /*maximum*/) override {}
     bool isStopWanted() override { return ++m_looks >= kMostLooks; }
+    bool endsSilentScript() override { return true; }
+    bool isLeaveWanted() override { return m_sinceStart.hasExpired(kLongestTrialMs); }
     bool hasGivenUp() const { return m_looks >= kMostLooks; }
 
 private:
     QStringList *m_log;
     int m_looks = 0;
+    QElapsedTimer m_sinceStart;
 };
 
 ByteVector makeImage(const TrialCartridge &cartridge, unsigned seed)
@@ -100,7 +108,9 @@ TrialRun TrialBench::run(const CartridgeJob &job, const QByteArray &input)
     TrialRun run;
     TrialListener listener(&run.log);
     setPollWaiter(waitNot);
-    run.result = runJob(job, input, listener);
+    CartridgeJob trial = job;
+    trial.isTrial = true;
+    run.result = runJob(trial, input, listener);
     setPollWaiter(nullptr);
     if (listener.hasGivenUp())
         run.log << QStringLiteral("The erase does not end.");

@@ -56,7 +56,8 @@ public:
     virtual_reader::FaultyDrive &drive() { return m_drive; }
     virtual_reader::VirtualReader &reader() { return m_inProcess.reader(); }
 
-    // Runs one job to its end. Erases take no time, and one that never ends is cancelled.
+    // Runs one job to its end. Erases take no time, and one that never ends is cancelled. So is a
+    // script that never ends.
     TrialRun run(const CartridgeJob &job, const QByteArray &input = {});
 
 private:

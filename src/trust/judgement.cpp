@@ -11,6 +11,8 @@ JudgementKind judgementOfJob(const JobResult &result)
     case JobEnd::Refused:
         return JudgementKind::Refused;
     case JobEnd::Cancelled:
+    case JobEnd::ScriptStopped:
+    case JobEnd::Left:
         return JudgementKind::Stopped;
     case JobEnd::Done: // but not whole
         return JudgementKind::Incomplete;
@@ -25,6 +27,8 @@ JudgementKind judgementOfJob(const JobResult &result)
     case JobEnd::InputNotOpened:
     case JobEnd::InputNotRead:
     case JobEnd::OutputNotWritten:
+    case JobEnd::ScriptError:
+    case JobEnd::EraseFailed:
         break;
     }
     return JudgementKind::Failed;

@@ -41,9 +41,13 @@ CartridgeState stateAfter(const CartridgeJob &job, const JobResult &result)
     case JobEnd::Refused:
         return CartridgeState::Untouched;
     case JobEnd::Cancelled:
+    case JobEnd::EraseFailed:
         return CartridgeState::PartlyErased;
     case JobEnd::Done:
     case JobEnd::ScriptFailed:
+    case JobEnd::ScriptError:
+    case JobEnd::ScriptStopped:
+    case JobEnd::Left:
     case JobEnd::OutputNotWritten:
         break;
     }

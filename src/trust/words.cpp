@@ -130,6 +130,14 @@ QString jobFailureText(JobEnd end, const QString &scriptPath)
         return QString();
     case JobEnd::Cancelled:
         return QStringLiteral("Stopped while the chip was being erased.");
+    case JobEnd::EraseFailed:
+        return QStringLiteral("The chip was not seen to be erased.");
+    case JobEnd::ScriptError:
+        return QStringLiteral("The mapper script is wrong; mend it, or install the program anew.");
+    case JobEnd::ScriptStopped:
+        return QStringLiteral("Stopped, because the mapper script did nothing.");
+    case JobEnd::Left:
+        return QStringLiteral("Stopped before everything was read.");
     case JobEnd::Done:
     case JobEnd::ScriptFailed:
     case JobEnd::OutputNotWritten:
@@ -141,7 +149,8 @@ QString jobFailureText(JobEnd end, const QString &scriptPath)
 QStringList failureLines(const JobResult &result)
 {
     QStringList lines;
-    const bool hasRun = result.end == JobEnd::Done || result.end == JobEnd::ScriptFailed;
+    const bool hasRun = result.end == JobEnd::Done || result.end == JobEnd::ScriptFailed ||
+                        result.end == JobEnd::Left;
     const bool hasReason = !result.scriptError.isEmpty() || !jobEndLine(result.end).isEmpty();
     if (!hasRun && hasReason)
         lines << reasonOf(result);

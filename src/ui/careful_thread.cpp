@@ -5,6 +5,7 @@ void CarefulThread::run(const Steps &steps)
     wait(); // it may have told its end and still be on the way out
     m_steps = steps;
     m_isStopWanted = false;
+    m_isLeaveWanted = false;
     start();
 }
 

@@ -23,6 +23,12 @@ public:
 
     // The user wants the steps to end where nothing is left half done.
     void requestStop() { m_isStopWanted = true; }
+    // The same, and jobs that read are left.
+    void requestLeave()
+    {
+        m_isStopWanted = true;
+        m_isLeaveWanted = true;
+    }
     // Whether they were asked, since they began.
     bool isStopRequested() const { return m_isStopWanted; }
 
@@ -40,7 +46,9 @@ private:
     void onLine(const QString & /*line*/) override {}
     void onProgress(int doneBytes, int maximum) override;
     bool isStopWanted() override { return m_isStopWanted; }
+    bool isLeaveWanted() override { return m_isLeaveWanted; }
 
     Steps m_steps;
     std::atomic<bool> m_isStopWanted{false};
+    std::atomic<bool> m_isLeaveWanted{false};
 };

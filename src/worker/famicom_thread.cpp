@@ -31,6 +31,7 @@ public:
     {
         return m_thread.cancel_flag.load(std::memory_order_relaxed) == 1;
     }
+    bool isLeaveWanted() override { return m_thread.leave_flag.load(std::memory_order_relaxed); }
 
 private:
     FamicomThread &m_thread;
@@ -130,6 +131,7 @@ void FamicomThread::canceled()
 void FamicomThread::run()
 {
     cancel_flag.store(0, std::memory_order_relaxed);
+    leave_flag.store(false, std::memory_order_relaxed);
     data_pos = 0;
     data_buf = nullptr;
     {

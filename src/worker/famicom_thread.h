@@ -25,6 +25,7 @@ public:
     FamicomThread();
 
     std::atomic<int> cancel_flag{0};   // 1 = the user asked to cancel; relaxed order is enough
+    std::atomic<bool> leave_flag{false}; // the user wants a job that reads to be left; likewise
     QString file_name;                 // destination of a dump, source of a write
     QString script_name;               // full path of the mapper script
     int operate = 0;                   // a JobCode
@@ -50,7 +51,8 @@ signals:
     void error(int err);
 
 public slots:
-    // Asks the running job to stop. Noticed only while an erase is polled.
+    // Asks the running job to stop. Noticed only while an erase is polled, and of a script that has
+    // done nothing for some seconds.
     void canceled();
 
 protected:

@@ -97,6 +97,7 @@ JobResult resultOf(const RunningJob &running, JobEnd end)
     result.wantedBytes = bytesToMove(running.job);
     result.movedBytes = running.cursor;
     result.scriptError = running.scriptError;
+    result.scriptPlace = running.scriptPlace;
     result.failedOperation = running.failedOperation;
     result.hasTouchedCartridge = running.hasTouchedCartridge;
     result.hasWrittenToBus = running.hasWrittenToBus;

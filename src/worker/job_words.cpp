@@ -15,6 +15,15 @@ QString withoutScriptFolder(const QString &text)
     return QString(text).remove(kFolder).trimmed();
 }
 
+// A compiler's error names its place itself.
+QString scriptErrorText(const QString &error, const QString &place)
+{
+    const bool namesPlace =
+        place.isEmpty() || error.startsWith(place.section(QLatin1Char(','), 0, 0));
+    return QStringLiteral("script error: ") +
+           (namesPlace ? error : error + QStringLiteral(" (%1)").arg(place));
+}
+
 } // namespace
 
 QString jobEndLine(JobEnd end)
@@ -36,6 +45,10 @@ QString jobEndLine(JobEnd end)
     case JobEnd::NoScript:
     case JobEnd::Refused:
     case JobEnd::ScriptFailed:
+    case JobEnd::ScriptError:
+    case JobEnd::ScriptStopped:
+    case JobEnd::Left:
+    case JobEnd::EraseFailed:
     case JobEnd::Cancelled:
         break;
     }
@@ -44,8 +57,11 @@ QString jobEndLine(JobEnd end)
 
 QString reasonOf(const JobResult &result)
 {
-    if (!result.scriptError.isEmpty())
-        return withoutScriptFolder(result.scriptError);
+    const QString error = withoutScriptFolder(result.scriptError);
+    if (result.end == JobEnd::ScriptError && !error.isEmpty())
+        return scriptErrorText(error, result.scriptPlace);
+    if (!error.isEmpty())
+        return error;
     const QString line = jobEndLine(result.end);
     if (!line.isEmpty())
         return line;

@@ -179,7 +179,7 @@ void ErasePollTest::gbLookReadsOneByteAtAddressZero()
         *static_cast<std::uint8_t *>(buffer) = 0xFF;
         return count;
     };
-    QVERIFY(waitForGbErase(m_bench->recorder));
+    QCOMPARE(waitForGbErase(m_bench->recorder, 0).end, EraseEnd::Erased);
     QCOMPARE(address, 0U);
     QCOMPARE(length, 1U);
     QCOMPARE(waits, 1);
@@ -201,7 +201,7 @@ void ErasePollTest::saveLookIsAlwaysAnSramRead()
     selectGbaSaveType(static_cast<std::uint32_t>(boundType));
     queueLooks(kIdentityPath, QByteArray("\x00\xFF", 2));
     m_bench->drive.forgetCalls();
-    QVERIFY(waitForGbaSaveErase(m_bench->recorder));
+    QCOMPARE(waitForGbaSaveErase(m_bench->recorder).end, EraseEnd::Erased);
     const QByteArray sramRead = composeBlock(3, 17, {{4, 0, 3}, {8, 10, 2}});
     QCOMPARE(m_bench->drive.runs.size(), 2);
     QCOMPARE(m_bench->drive.runs[0].bytes, sramRead);
@@ -213,10 +213,10 @@ void ErasePollTest::failedLookIsNoErasedChip()
     m_bench->drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     m_bench->drive.setContent(kIdentityPath, QByteArray(1024, '\xFF'));
     m_bench->drive.failNext(DriveCall::OpenRead);
-    QVERIFY(waitForGbErase(m_bench->recorder));
+    QCOMPARE(waitForGbErase(m_bench->recorder, 0).end, EraseEnd::Erased);
     QCOMPARE(waits, 2);
     m_bench->drive.failNext(DriveCall::Read);
-    QVERIFY(waitForGbaSaveErase(m_bench->recorder));
+    QCOMPARE(waitForGbaSaveErase(m_bench->recorder).end, EraseEnd::Erased);
     QCOMPARE(waits, 4);
 }
 
@@ -227,7 +227,7 @@ void ErasePollTest::replyToAnotherCommandIsNoErasedChip()
     for (const DriveCall call : {DriveCall::OpenWrite, DriveCall::Write}) {
         waits = 0;
         m_bench->drive.failNext(call);
-        QVERIFY(waitForGbaSaveErase(m_bench->recorder));
+        QCOMPARE(waitForGbaSaveErase(m_bench->recorder).end, EraseEnd::Erased);
         QCOMPARE(waits, 2);
     }
 }
@@ -239,7 +239,7 @@ void ErasePollTest::usualWaitTakesItsTime()
     m_bench->drive.setContent(kDumpPath, QByteArray(1024, '\xFF'));
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(waitForGbErase(m_bench->recorder));
+    QCOMPARE(waitForGbErase(m_bench->recorder, 0).end, EraseEnd::Erased);
     QVERIFY2(timer.elapsed() >= 1000, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(waits, 0);
 }

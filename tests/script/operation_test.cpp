@@ -365,7 +365,7 @@ void OperationTest::suspendedScriptFails()
                         ? QByteArray("suspend();")
                         : (entry == "cpu_erase" ? QByteArray() : erase) + suspended);
     QVERIFY(!bench.run(operate));
-    QCOMPARE(bench.end, JobEnd::ScriptFailed);
+    QCOMPARE(bench.end, JobEnd::ScriptError);
     QCOMPARE(bench.scriptError, entry + " suspended itself");
     QCOMPARE(bench.logs(), lines.replaceInStrings("%1", bench.scriptError));
 }

@@ -34,5 +34,6 @@ bool ScriptBench::run(int operate)
     running.data = data;
     end = runOperation(&running);
     scriptError = running.scriptError;
+    scriptPlace = running.scriptPlace;
     return end == JobEnd::Done;
 }

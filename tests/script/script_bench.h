@@ -26,6 +26,7 @@ public:
 
     JobEnd end = JobEnd::Done;     // what the host returned
     QString scriptError;           // and what it kept of the script's error
+    QString scriptPlace;
     unsigned char *data = nullptr; // the job's transfer buffer
 
     QStringList events() const { return drive.calls; }

@@ -116,7 +116,7 @@ SQRESULT ScriptHostTest::execute(const QByteArray &text)
     if (SQ_FAILED(sq_compilebuffer(m_vm, text.constData(), text.size(), "test", SQTrue)))
         return SQ_ERROR;
     sq_pushroottable(m_vm);
-    const SQRESULT result = sq_call(m_vm, 1, SQFalse, SQTrue);
+    const SQRESULT result = callWithinLimits(m_vm, 1);
     sq_settop(m_vm, top);
     return result;
 }

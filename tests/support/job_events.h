@@ -17,9 +17,11 @@ public:
     void onLine(const QString &line) override;
     void onProgress(int doneBytes, int maximum) override;
     bool isStopWanted() override { return isStopped || --looksUntilStopped == 0; }
+    bool isLeaveWanted() override { return --operationsUntilLeft == 0; }
 
-    bool isStopped = false;    // what a user who wants to stop answers
-    int looksUntilStopped = 0; // of an erase poll; 0: never
+    bool isStopped = false;      // what a user who wants to stop answers
+    int looksUntilStopped = 0;   // of an erase poll; 0: never
+    int operationsUntilLeft = 0; // of a job that reads; 0: never
 
 private:
     QStringList *m_events;

@@ -94,7 +94,7 @@ void ScriptFindingTest::brokenHelperBreaksTheScriptsThatLoadIt()
     QVERIFY(!helper.isFault());
     const ScriptFinding user = findingOf(folder, "gb_mbc2.nut");
     QVERIFY(user.state == ScriptState::Threw);
-    QVERIFY2(user.problem.contains("[expression expected]"), qPrintable(user.problem));
+    QVERIFY2(user.problem.contains(": error expression expected]"), qPrintable(user.problem));
     QVERIFY(user.isFault());
 }
 

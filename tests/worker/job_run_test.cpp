@@ -63,14 +63,15 @@ private slots:
         add("refused", "function cpu_dump(a, b, c) { throw \"not today\"; }", GB_READ_ROM,
             JobEnd::Refused, "not today");
         add("refused at the top level", "throw \"never\";", GB_READ_ROM, JobEnd::Refused, "never");
-        add("refused by the host", "function cpu_dump(d, s, _) { cpu_read(d, 0, s + 1); }",
-            GB_READ_ROM, JobEnd::Refused, "cpu_read: cursor 0, length 16385");
+        add("outside of the buffer", "function cpu_dump(d, s, _) { cpu_read(d, 0, s + 1); }",
+            GB_READ_ROM, JobEnd::ScriptError, "cpu_read: cursor 0, length 16385");
         add("thrown behind a read",
             "function cpu_dump(d, s, _) { cpu_read(d, 0, 16); throw \"no more\"; }", GB_READ_ROM,
             JobEnd::ScriptFailed, "no more");
-        add("not compiled", "function cpu_dump(dev {\n", GB_READ_ROM, JobEnd::ScriptFailed,
+        add("not compiled", "function cpu_dump(dev {\n", GB_READ_ROM, JobEnd::ScriptError,
             "line = (1)");
-        add("without the function", "x <- 1;", GB_READ_ROM, JobEnd::ScriptFailed, "");
+        add("without the function", "x <- 1;", GB_READ_ROM, JobEnd::ScriptError,
+            "the script has no function cpu_dump");
     }
     void everyEndIsTold()
     {

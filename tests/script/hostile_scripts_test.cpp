@@ -1,0 +1,475 @@
+// Scripts that crashed the library, filled the memory or never came to an end: each ends its job,
+// says why and where, and leaves the program as it was.
+#include "script_bench.h"
+
+#include "device/device_ops.h"
+#include "script/script_limits.h"
+#include "test_class.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <vector>
+
+namespace
+{
+
+constexpr int kShortSilenceMs = 100;
+
+// A list of `count` things, each of which holds the one before: what ends with it is followed to
+// its end on the stack.
+QByteArray chain(const QByteArray &link)
+{
+    return "local last = null; for (local i = 0; i < 1000000; i++) { local before = last; " + link +
+           " }";
+}
+
+} // namespace
+
+class HostileScriptsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { setSilence(kShortSilenceMs); }
+    void cleanup();
+
+    void unreadableTextIsRefused_data();
+    void unreadableTextIsRefused();
+    void wrongScriptsEnd_data();
+    void wrongScriptsEnd();
+    void deepDataGo_data();
+    void deepDataGo();
+    void harmlessScriptsRun_data();
+    void harmlessScriptsRun();
+    void endlessScriptsAreEndedWhereWanted_data();
+    void endlessScriptsAreEndedWhereWanted();
+    void endlessScriptGoesOnUnlessItsEndIsWanted();
+    void nativeCallsKeepAScriptRunning();
+    void printedLinesAreBounded();
+    void placeIsWhereTheErrorWasRaised();
+    void linesAreThoseOfTheText_data();
+    void linesAreThoseOfTheText();
+    void readThatIsLeftReadsNoMore();
+    void writeIsNeverLeft();
+    void manyGivenUpMachinesLeaveNothing();
+
+private:
+    // Runs `body` as the GB ROM dump of a script.
+    void run(const QByteArray &body);
+
+    ScriptBench m_bench;
+    const DeviceOps m_usualOps = deviceOps;
+};
+
+void HostileScriptsTest::cleanup()
+{
+    setSilence(kSilenceMs);
+    m_bench.recorder.isStopped = false;
+    m_bench.recorder.looksUntilStopped = m_bench.recorder.operationsUntilLeft = 0;
+    m_bench.data = nullptr;
+    m_bench.job = CartridgeJob();
+    deviceOps = m_usualOps;
+}
+
+void HostileScriptsTest::run(const QByteArray &body)
+{
+    m_bench.setScript("function cpu_dump(dev, a, b)\n{\n" + body + "\n}\n");
+    m_bench.run(GB_READ_ROM);
+}
+
+void HostileScriptsTest::unreadableTextIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("error");
+    const QString utf16 = "the script is saved as UTF-16; save it as UTF-8";
+    QTest::newRow("UTF-16, little end first") << QByteArray("\xFF\xFE"
+                                                            "f\0u\0n\0",
+                                                            8)
+                                              << utf16;
+    QTest::newRow("UTF-16, big end first") << QByteArray("\xFE\xFF\0f\0u\0n", 8) << utf16;
+    QTest::newRow("UTF-16 without a mark")
+        << QByteArray("f\0u\0n\0", 6)
+        << "the script is no text, or is saved as UTF-16; save it as UTF-8";
+    QTest::newRow("compiled") << QByteArray("\xFA\xFARIQS\x01\0\0\0", 10)
+                              << "the script is compiled, and nothing could stop it from doing "
+                                 "harm; only its text can be run";
+    QTest::newRow("too large") << QByteArray(kLongestScript + 1, ' ')
+                               << "the file is too large for a script";
+    QTest::newRow("not a byte more") << QByteArray("\xEF\xBB") << "expression expected";
+}
+
+// The script of the job, and one that a script loads.
+void HostileScriptsTest::unreadableTextIsRefused()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, error);
+    const QString path = m_bench.setScript(text);
+    QVERIFY(!m_bench.run(GB_READ_ROM));
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    QVERIFY2(m_bench.scriptError.endsWith(" : error " + error), qPrintable(m_bench.scriptError));
+    QVERIFY(m_bench.scriptError.startsWith(path));
+    QCOMPARE(m_bench.logs(), (QStringList{m_bench.scriptError + "\n", "dump core script error\n"}));
+
+    UserFolder folder;
+    const QByteArray other = folder.addFile("other.nut", text).toLocal8Bit();
+    for (const char *load : {"dofile", "loadfile"}) {
+        run(QByteArray(load) + "(@\"" + other + "\");");
+        QCOMPARE(m_bench.end, JobEnd::ScriptError);
+        QVERIFY2(m_bench.scriptError.contains(error), qPrintable(m_bench.scriptError));
+    }
+}
+
+void HostileScriptsTest::wrongScriptsEnd_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("error");
+    const QString memory = "the script needs more than 8 MiB of memory";
+    const QString depth = "the script is nested too deeply";
+    const QString size = "an array cannot have this size";
+    const auto add = [](const char *name, const QByteArray &body, const QString &error) {
+        QTest::newRow(name) << body << error;
+    };
+    for (const char *wrong :
+         {"-1", "0x7fffffff", "0x1000000000000000", "0x8000000000000000", "-1.5", "1e30"}) {
+        QTest::addRow("array of %s", wrong) << QByteArray("array(") + wrong + ");" << size;
+        QTest::addRow("filled array of %s", wrong)
+            << QByteArray("array(") + wrong + ", 5);" << size;
+        QTest::addRow("resize to %s", wrong) << QByteArray("[1].resize(") + wrong + ");" << size;
+        QTest::addRow("filling resize to %s", wrong)
+            << QByteArray("[1].resize(") + wrong + ", 5);" << size;
+    }
+    add("array that does not fit", "array(520000);", memory);
+    add("texts without end", "local t = \"x\"; while (true) t += t;", memory);
+    add("arrays without end", "local a = []; while (true) a.push([]);", memory);
+    add("out of memory, caught",
+        "while (true) try { local t = \"x\"; while (true) t += t; } catch (e) {}", memory);
+    add("tables without end", "local t = {}; for (local i = 0;; i++) t[i] <- {};", memory);
+    add("recursion", "local f; f = function() { f(); return 1; }; f();", memory);
+    add("closures without end", "local f = null; while (true) { local g = f; f = @() g; }", memory);
+    add("coroutines in coroutines",
+        "local f; f = function() { newthread(f).call(); }; newthread(f).call();", memory);
+    add("metamethod that asks itself",
+        "local d = { _get = function(key) { return this[key]; } }; local t = {}; "
+        "t.setdelegate(d); t.setdelegate(d); return t.nothing;",
+        "Native stack overflow");
+    add("comparison that compares",
+        "local d; d = { _cmp = function(other) { return this <=> other; } };"
+        " local a = {}; a.setdelegate(d); local b = {}; b.setdelegate(d); return a <=> b;",
+        "Native stack overflow");
+    add("sort that compares with sort", "local f; f = @(x, y) [2, 1].sort(f); [2, 1].sort(f);",
+        "Native stack overflow");
+    add("coroutine of a native", "newthread(cpu_read);",
+        "a coroutine needs a function of the script");
+    add("coroutine of print", "newthread(print);", "a coroutine needs a function of the script");
+    add("coroutine in itself", "local t; t = newthread(function() { t.call(); }); t.call();",
+        "the coroutine runs already");
+    add("generator in itself",
+        "local g; local f = function() { resume g; yield 1; }; g = f(); resume g;",
+        "resuming active generator");
+    add("suspend in a comparison", "[2, 1].sort(function(x, y) { suspend(); return 0; });",
+        "cannot suspend through native calls/metamethods");
+    add("level below 0", "return getstackinfos(-1).src;", "the index 'src' does not exist");
+    add("level of a coroutine below 0", "return newthread(@() 1).getstackinfos(-3).src;",
+        "the index 'src' does not exist");
+    add("array that is gone while sorted",
+        "local a = [3, 2, 1]; a.sort(function(x, y) { a.clear(); return 1; });",
+        "the array was changed while it was sorted");
+    add("too many arguments", "print.acall(array(100000));", "too many arguments");
+    add("no root table", "setroottable(null);",
+        "parameter 1 has an invalid type 'null' ; expected: 'table'");
+    add("pointer as a file", "file(dev, \"r\");",
+        "parameter 1 has an invalid type 'userdata' ; expected: 'string'");
+    add("pointer as a file, by the class", "stdout.getclass()(dev, null);",
+        "parameter 1 has an invalid type 'userdata' ; expected: 'string'");
+    for (const char *wrong : {"null", "5", "0", "\"dev\"", "{}", "[]", "true", "1.5", "this"})
+        QTest::addRow("%s in the place of dev", wrong)
+            << QByteArray("cpu_read(") + wrong + ", 0, 16);"
+            << "1st argument must be d (userpointer)";
+    add("index", "return nothing;", "the index 'nothing' does not exist");
+    add("compiled text with brackets", "compilestring(\"" + QByteArray(200000, '(') + "\");",
+        depth);
+}
+
+void HostileScriptsTest::wrongScriptsEnd()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QString, error);
+    run(body);
+    QCOMPARE(m_bench.scriptError, error);
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    QCOMPARE(m_bench.scriptPlace, QString("mapper.nut, line 3"));
+    QCOMPARE(m_bench.logs().first(), QString("Start dump rom..."));
+    QCOMPARE(m_bench.logs().last(), QString("Dump rom finish."));
+    QVERIFY(m_bench.logs().join(QString()).contains(error));
+    // What was given up touches nothing that comes after it.
+    run("print(\"next\");");
+    QCOMPARE(m_bench.end, JobEnd::Done);
+}
+
+void HostileScriptsTest::deepDataGo_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    const auto add = [](const char *name, const QByteArray &link) {
+        QTest::newRow(name) << chain(link);
+    };
+    add("arrays", "last = [before];");
+    add("arrays of one", "last = array(1, before);");
+    add("tables", "last = { b = before };");
+    add("delegates", "last = {}; if (before != null) last.setdelegate(before);");
+    add("closures", "last = @() before;");
+    add("generators", "local g = function(x) { yield x; }; last = g(before);");
+    add("coroutines",
+        "local c = newthread(function(x) { suspend(x); }); c.call(before); last = c;");
+    add("instances", "local c = class { b = null; }; last = c(); last.b = before;");
+    add("classes", "last = class { b = before; };");
+    add("attributes",
+        "local c = class { </ a = 1 /> b = null; }; c.setattributes(\"b\", before); last = c;");
+}
+
+// As deep as the memory allows, and then let go in every way: all of it has to fit on the stack.
+void HostileScriptsTest::deepDataGo()
+{
+    QFETCH(QByteArray, body);
+    static int depth;
+    depth = 0;
+    deviceOps.gbWrite = [](const std::uint32_t *addresses, const std::uint32_t *, std::uint32_t) {
+        depth = static_cast<int>(*addresses);
+        return std::uint32_t{512};
+    };
+    run(QByteArray(body).replace("i++)", "i++, i % 100 || cpu_write(dev, i, 0))"));
+    QCOMPARE(m_bench.scriptError, QString("the script needs more than 8 MiB of memory"));
+    QVERIFY2(depth > 3000, qPrintable(QString::number(depth)));
+    // Some room for what follows.
+    const QByteArray whole =
+        QByteArray(body).replace("1000000", QByteArray::number(depth - depth / 50));
+    run(whole + " ::kept <- last; last = null; collectgarbage(); ::kept = null; print(\"gone\");");
+    QCOMPARE(m_bench.scriptError, QString());
+    QVERIFY(m_bench.logs().contains("gone"));
+    // Looked through from one end to the other, and closed with the machine.
+    run(whole + " ::kept <- last; try { last.nothing; } catch (e) {}");
+    QCOMPARE(m_bench.scriptError, QString());
+}
+
+void HostileScriptsTest::harmlessScriptsRun_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QStringList>("lines");
+    const auto add = [](const char *name, const QByteArray &body, const QStringList &lines) {
+        QTest::newRow(name) << body << lines;
+    };
+    add("array",
+        "foreach (x in array(3)) print(x == null); foreach (x in array(2, 7)) print(x); "
+        "print(array(0).len());",
+        {"true", "true", "true", "7", "7", "0"});
+    add("resize",
+        "local a = [1]; a.resize(3, 5); foreach (x in a) print(x); a.resize(1); print(a.len());",
+        {"1", "5", "5", "1"});
+    add("sort",
+        "local a = [3, 1, 2]; a.sort(); foreach (x in a) print(x); a.sort(@(x, y) y <=> x); "
+        "foreach (x in a) print(x);",
+        {"1", "2", "3", "3", "2", "1"});
+    add("acall",
+        "(@(a, b) print(this.c + a + b)).acall([{c = 1}, 2, 3]); print((@() 4).pacall([this]));",
+        {"6", "4"});
+    add("coroutine",
+        "local t = newthread(function(x) { print(x); print(suspend(x + 1)); return 9; }); "
+        "print(t.call(1)); print(t.getstatus()); print(t.wakeup(5)); print(t.getstatus());",
+        {"1", "2", "suspended", "5", "9", "idle"});
+    add("stack",
+        "local i = getstackinfos(1); print(i.func); print(i.line); print(i.locals.a); "
+        "print(getstackinfos(99) == null);",
+        {"cpu_dump", "3", "0", "true"});
+    add("compilestring",
+        "print(compilestring(\"return 1 + 1\")()); "
+        "try { compilestring(\"return )\", \"its name\"); } catch (e) print(e);",
+        {"2", "its name line = (1) column = (8) : error expression expected"});
+    add("debugging", "setdebughook(null); enabledebuginfo(false); print(\"on\");", {"on"});
+    add("root table",
+        "local set = setroottable; local r = set({}); print(getroottable() == r); "
+        "set(r); print(getroottable() == r);",
+        {"false", "true"});
+    add("stdin", "print(stdin.eos() == null); try stdin.readn('b') catch (e) print(e);",
+        {"false", "io error"});
+    add("loops",
+        "local n = 0; for (local i = 0; i < 3; i++) n++; while (n < 5) n++; do n++ while (n < 9)\n"
+        "foreach (x in [1, 2]) n += x; print(n); print(\"while for do\"); /* for */ print(@\"do "
+        "\"\"while\"\" do\"); "
+        "local dodo = 1; local format = 2; print(dodo + format); // while\n# do\nprint('d' + "
+        "\"\\\"while\");",
+        {"12", "while for do", "do \"while\" do", "3", "100\"while"});
+}
+
+void HostileScriptsTest::harmlessScriptsRun()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QStringList, lines);
+    run(body);
+    QCOMPARE(m_bench.logs(),
+             QStringList{"Start dump rom..."} + lines + QStringList{"Dump rom finish."});
+    QCOMPARE(m_bench.end, JobEnd::Done);
+}
+
+void HostileScriptsTest::endlessScriptsAreEndedWhereWanted_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("while") << QByteArray("while (true);");
+    QTest::newRow("for") << QByteArray("for (;;);");
+    QTest::newRow("do") << QByteArray("do {} while (true)");
+    QTest::newRow("do behind something") << QByteArray("local n = 0; do n++ while (true)");
+    QTest::newRow("do in a branch")
+        << QByteArray("if (dev == null) do {} while (true); else do {} while (true);");
+    QTest::newRow("all in one line") << QByteArray("local n = 0; while (true) { n++; } return n;");
+    QTest::newRow("compiled, in one line") << QByteArray("compilestring(\"for (;;) {}\")();");
+    QTest::newRow("after enabledebuginfo")
+        << QByteArray("enabledebuginfo(false); compilestring(\"for (;;) {}\")();");
+    QTest::newRow("tail calls") << QByteArray("local f; f = @() f(); f();");
+    QTest::newRow("caught") << QByteArray("while (true) try { throw 1; } catch (e) {}");
+    QTest::newRow("in a coroutine")
+        << QByteArray("newthread(function() { while (true); }).call();");
+    QTest::newRow("generator") << QByteArray(
+        "local g = function() { for (;;) yield 1; }; foreach (x in g()) {}");
+    QTest::newRow("metamethod") << QByteArray(
+        "local t = {}; t.setdelegate({_add = function(x) { while (true); }}); t + 1;");
+    QTest::newRow("comparison") << QByteArray("[1, 2].sort(function(x, y) { while (true); });");
+    QTest::newRow("operations that are refused")
+        << QByteArray("while (true) try { cpu_read(null, 0, 1); } catch (e) {}");
+}
+
+void HostileScriptsTest::endlessScriptsAreEndedWhereWanted()
+{
+    QFETCH(QByteArray, body);
+    m_bench.recorder.isStopped = true;
+    QElapsedTimer timer;
+    timer.start();
+    run(body);
+    QCOMPARE(m_bench.end, JobEnd::ScriptStopped);
+    QCOMPARE(m_bench.scriptError,
+             QString("the script did nothing with the cartridge for 3 seconds"));
+    QCOMPARE(m_bench.scriptPlace.section(", ", 1),
+             body.contains("compile") ? QString("line 1") : QString("line 3"));
+    QVERIFY(timer.elapsed() >= kShortSilenceMs);
+    QCOMPARE(m_bench.logs().last(), QString("Dump rom finish."));
+}
+
+void HostileScriptsTest::endlessScriptGoesOnUnlessItsEndIsWanted()
+{
+    m_bench.recorder.looksUntilStopped = 500;
+    run("while (true);");
+    // The 500th question was answered with yes; the user's own wish is asked for once more.
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    QCOMPARE(m_bench.recorder.looksUntilStopped, -1);
+}
+
+// Not their number counts, but what has happened since the last.
+void HostileScriptsTest::nativeCallsKeepAScriptRunning()
+{
+    m_bench.recorder.isStopped = true;
+    m_bench.job.romSize = 0;
+    QElapsedTimer timer;
+    timer.start();
+    run("for (local i = 0; i < 10000; i++) cpu_write(dev, 0x2000, 1);");
+    QCOMPARE(m_bench.end, JobEnd::Done);
+    QVERIFY2(timer.elapsed() > 2 * kShortSilenceMs, qPrintable(QString::number(timer.elapsed())));
+}
+
+void HostileScriptsTest::printedLinesAreBounded()
+{
+    run("for (local i = 0; i < 100000; i++) print(i);");
+    QCOMPARE(m_bench.end, JobEnd::Done);
+    const QStringList logs = m_bench.logs();
+    QCOMPARE(logs.size(), 20002);
+    QCOMPARE(logs[logs.size() - 2], QString("(what the script prints is not shown any more)"));
+}
+
+// The script of a user who made a mistake in a function that another one guards.
+void HostileScriptsTest::placeIsWhereTheErrorWasRaised()
+{
+    run("local f = function()\n{\n    return nothing;\n};\n"
+        "try { f(); } catch (error)\n{\n    throw error;\n}");
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    QCOMPARE(m_bench.scriptError, QString("the index 'nothing' does not exist"));
+    QCOMPARE(m_bench.scriptPlace, QString("mapper.nut, line 5"));
+    QCOMPARE(scriptErrors(m_bench.logs()), QStringList{m_bench.scriptError});
+    // What a script throws itself is no mistake of its.
+    run("throw \"cannot do that\";");
+    QCOMPARE(m_bench.end, JobEnd::Refused);
+    run("cpu_write(dev, 0x2000, 1); throw \"cannot do that\";");
+    QCOMPARE(m_bench.end, JobEnd::ScriptFailed);
+}
+
+void HostileScriptsTest::linesAreThoseOfTheText_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("line");
+    const QByteArray loops = "for (local i = 0; i < 1; i++) while (false) do {} while (false)\n";
+    QTest::newRow("behind loops") << loops + loops + "return nothing;"
+                                  << "line 5";
+    QTest::newRow("in a loop") << loops + "for (local i = 0; i < 1; i++) return nothing;"
+                               << "line 4";
+    QTest::newRow("in the body of a loop")
+        << loops + "for (local i = 0; i < 1; i++)\n{\n    return nothing;\n}"
+        << "line 6";
+    QTest::newRow("compile error") << loops + loops + "while (true) return );"
+                                   << "line = (5) column = (22)";
+    QTest::newRow("compile error in front of a loop") << loops + "return ); while (true);"
+                                                      << "line = (4) column = (9)";
+}
+
+void HostileScriptsTest::linesAreThoseOfTheText()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QString, line);
+    run(body);
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    const QString where = m_bench.scriptPlace + ' ' + m_bench.scriptError;
+    QVERIFY2(where.contains(line), qPrintable(where));
+}
+
+// It may bring the cartridge to rest, and nothing more is read whatever the script catches.
+void HostileScriptsTest::readThatIsLeftReadsNoMore()
+{
+    std::vector<unsigned char> buffer(1024 + kTransferSlack);
+    m_bench.data = buffer.data();
+    m_bench.job.romSize = 1024;
+    m_bench.drive.setContent(kDumpPath, QByteArray(1024, '\x01'));
+    m_bench.recorder.operationsUntilLeft = 3;
+    run("for (local i = 0; i < 64; i++)\n"
+        "    try { cpu_read(dev, 0, 16); } catch (error) { print(error); break; }\n"
+        "cpu_write(dev, 0x2000, 1); print(\"at rest\"); try { cpu_read(dev, 0, 16); } catch (e) "
+        "{}");
+    QCOMPARE(m_bench.end, JobEnd::Left);
+    QCOMPARE(m_bench.drive.reads.size(), 2);
+    QCOMPARE(m_bench.drive.runs.size(), 1);
+    QVERIFY(m_bench.logs().contains("the job was left"));
+    QVERIFY(m_bench.logs().contains("at rest"));
+    // A script that goes on for ever at rest does nothing that counts.
+    m_bench.recorder.isStopped = true;
+    m_bench.recorder.operationsUntilLeft = 3;
+    run("while (true) cpu_write(dev, 0x2000, 1);");
+    QCOMPARE(m_bench.end, JobEnd::ScriptStopped);
+}
+
+void HostileScriptsTest::writeIsNeverLeft()
+{
+    std::vector<unsigned char> buffer(1024 + kTransferSlack);
+    m_bench.data = buffer.data();
+    m_bench.job.ramSize = 1024;
+    m_bench.recorder.operationsUntilLeft = 1;
+    m_bench.setScript("function save_write(dev, a, b) { ram_write(dev, 0, 512); "
+                      "ram_write(dev, 0, 512); }");
+    QVERIFY(m_bench.run(GB_WRITE_RAM));
+    QCOMPARE(m_bench.recorder.operationsUntilLeft, 1); // nobody asked
+}
+
+void HostileScriptsTest::manyGivenUpMachinesLeaveNothing()
+{
+    for (int i = 0; i < 50; ++i) {
+        run("local t = \"x\"; while (true) t += t;");
+        QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    }
+    // The address sanitizer's look at the end tells of what was left.
+}
+
+GBDRIVER_TEST(HostileScriptsTest, core)
+#include "hostile_scripts_test.moc"
