@@ -98,9 +98,12 @@ void TabDialog::done(int result)
 {
     const bool isPatienceOver = m_closesAfterJob && m_sinceAsked.hasExpired(kPatienceMs);
     // A look for the reader that does not end hangs in a drive, and reads as well.
-    m_hasLeftJob = isBusy() ? isPatienceOver && m_mainTab->guarded->mayBeLeft()
-                            : !m_mainTab->guarded->waitForLook();
-    if (!isBusy() || m_hasLeftJob) {
+    const bool leaves = isBusy() && isPatienceOver && m_mainTab->guarded->mayBeLeft();
+    if (leaves)
+        m_hasLeftJob = !m_mainTab->guarded->leave();
+    else if (!isBusy())
+        m_hasLeftJob = !m_mainTab->guarded->waitForLook();
+    if (!isBusy() || leaves) {
         m_askTimer.stop();
         QDialog::done(result);
     } else if (isPatienceOver) {

@@ -2,8 +2,9 @@
 //
 // A job is not left because the window closed. Whatever asks the window to close while a job runs
 // (close button, the user logging out) makes the job be asked to stop, and the window closes by
-// itself when the job has ended. Who asks again some seconds later leaves a job behind that only
-// reads, for a reader that hangs must not hold the window; never one that writes. Escape, too
+// itself when the job has ended. Who asks again some seconds later ends a job that only reads between
+// two operations of the reader, and leaves it behind if that does not help, for a reader that hangs
+// must not hold the window; never one that writes. Escape, too
 // easily pressed, does nothing while a job runs.
 //
 // Thread: GUI thread only.

@@ -68,7 +68,9 @@ ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &
     for (const ScriptTrial &trial : tryScript(path, *kind)) {
         tellTrial(trial, reporter);
         hasRight = hasRight || trial.outcome == TrialOutcome::Right;
-        if (trial.outcome == TrialOutcome::Wrong)
+        if (trial.isScriptError)
+            code = ExitCode::ScriptError;
+        else if (trial.outcome == TrialOutcome::Wrong && code != ExitCode::ScriptError)
             code = ExitCode::DataMismatch;
         else if (trial.outcome == TrialOutcome::Failed && code == ExitCode::Done)
             code = ExitCode::TransferFailed;

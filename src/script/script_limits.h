@@ -16,7 +16,7 @@
 
 #include <functional>
 
-// Far more than scripts need: the shipped ones take 300 KiB.
+// Far more than scripts need: the shipped ones take 120 KiB.
 constexpr std::size_t kScriptMemoryBytes = 8 * 1024 * 1024;
 // A script that has called no native for so long may be ended where the user wants the job to stop.
 constexpr int kSilenceMs = 3000;

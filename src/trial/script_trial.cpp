@@ -2,6 +2,7 @@
 
 #include "trial/script_look.h"
 #include "trial/trial_bench.h"
+#include "worker/job_words.h"
 
 #include <algorithm>
 
@@ -92,6 +93,9 @@ void runTrial(const ScriptOperation &operation, const QString &scriptPath, const
     const QByteArray moved = movedContent(bench, job);
     const TrialRun run = bench.run(job, isWriteJob(operate) ? moved : QByteArray());
     trial->log += run.log;
+    trial->isScriptError = run.result.end == JobEnd::ScriptError;
+    if (trial->isScriptError)
+        trial->log << reasonOf(run.result);
     trial->movedBytes = run.result.movedBytes;
     trial->expectedBytes = run.result.wantedBytes;
     measure(bench, operate, kind, trial);
@@ -168,7 +172,9 @@ QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind)
     for (const ScriptOperation &operation : scriptOperations(kind.isGba)) {
         ScriptTrial trial;
         trial.operation = entryNames(operation);
-        trial.outcome = outcomeOf(lookAtScript(scriptPath, operation, &trial.log));
+        const ScriptLook look = lookAtScript(scriptPath, operation, &trial.log);
+        trial.outcome = outcomeOf(look);
+        trial.isScriptError = look == ScriptLook::NotCompiled;
         if (trial.outcome == TrialOutcome::Right)
             runTrial(operation, scriptPath, kind, &trial);
         trials << trial;

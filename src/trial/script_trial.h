@@ -22,6 +22,7 @@ enum class TrialOutcome {
 struct ScriptTrial {
     QString operation; // "cpu_dump", "cpu_erase and cpu_flash", ...
     TrialOutcome outcome = TrialOutcome::NotDefined;
+    bool isScriptError = false; // the script itself is wrong
     int movedBytes = 0;
     int expectedBytes = 0;
     DeviceOperations used;

@@ -29,6 +29,8 @@ namespace
 
 // A look reads a few bytes of every removable drive.
 constexpr unsigned long kLongestLookMs = 5000;
+// Between two operations lie some hundred milliseconds.
+constexpr unsigned long kLongestLeaveMs = 1000;
 
 // Where an erase comes first, which tells no progress.
 bool erasesFirst(const CartridgeJob &job)
@@ -195,7 +197,7 @@ void GuardedJob::startWorker()
     m_tab->setProgress(0, 1);
     m_tab->worker->start(QThread::NormalPriority);
     if (erasesFirst(m_finished.job))
-        m_tab->progress->showWaiting(tr("Erasing"));
+        m_tab->progress->showWaiting(tr("Erasing; Cancel ends the wait"));
     emit changed();
 }
 
@@ -269,6 +271,13 @@ void GuardedJob::noteReport(const CartridgeReport &report)
 void GuardedJob::stop()
 {
     m_thread->requestStop();
+}
+
+bool GuardedJob::leave()
+{
+    m_thread->requestLeave();
+    m_tab->worker->leave_flag = true;
+    return m_tab->worker->wait(kLongestLeaveMs) && m_thread->wait(kLongestLeaveMs);
 }
 
 bool GuardedJob::namesCopy() const

@@ -42,6 +42,10 @@ public:
 
     // The user wants to stop; the worker is asked by the tab.
     void stop();
+    // The user wants a job that only reads to be left between two operations of the reader. Waits a
+    // little for its end. Not for one that writes.
+    // Returns: whether it has ended; else the reader hangs.
+    bool leave();
 
     bool isBusy() const { return m_stage != Stage::Idle; }
     // True while nothing that runs could leave a cartridge half written.

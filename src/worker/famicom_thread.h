@@ -24,18 +24,18 @@ class FamicomThread : public QThread
 public:
     FamicomThread();
 
-    std::atomic<int> cancel_flag{0};   // 1 = the user asked to cancel; relaxed order is enough
+    std::atomic<int> cancel_flag{0};     // 1 = the user asked to cancel; relaxed order is enough
     std::atomic<bool> leave_flag{false}; // the user wants a job that reads to be left; likewise
-    QString file_name;                 // destination of a dump, source of a write
-    QString script_name;               // full path of the mapper script
-    int operate = 0;                   // a JobCode
-    int rom_size = 0;                  // bytes; flash jobs: set by run() to the file's size
-    int ram_size = 0;                  // bytes
-    int save_type = 0;                 // GBA: 0 SRAM, 1 FLASH, 2 EEP; unchanged by GB jobs
-    int flash_width = 0;               // GB flash chip: 0 = 8 bit, 1 = 16 bit
-    int data_pos = 0;                  // cursor into data_buf; bytes transferred so far
-    bool verify = false;               // copy of the setting; the worker does not read it
-    unsigned char *data_buf = nullptr; // transfer buffer; exists only during run()
+    QString file_name;                   // destination of a dump, source of a write
+    QString script_name;                 // full path of the mapper script
+    int operate = 0;                     // a JobCode
+    int rom_size = 0;                    // bytes; flash jobs: set by run() to the file's size
+    int ram_size = 0;                    // bytes
+    int save_type = 0;                   // GBA: 0 SRAM, 1 FLASH, 2 EEP; unchanged by GB jobs
+    int flash_width = 0;                 // GB flash chip: 0 = 8 bit, 1 = 16 bit
+    int data_pos = 0;                    // cursor into data_buf; bytes transferred so far
+    bool verify = false;                 // copy of the setting; the worker does not read it
+    unsigned char *data_buf = nullptr;   // transfer buffer; exists only during run()
 
     // What the fields say, as a job. Not while one runs.
     CartridgeJob job() const;

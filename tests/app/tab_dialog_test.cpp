@@ -86,6 +86,7 @@ private slots:
     void escapeDoesNothingDuringAJob();
     void forgottenCancelIsAskedAgain();
     void secondCloseLeavesAReadBehind();
+    void secondCloseEndsAReadBetweenTwoOperations();
     void secondCloseNeverLeavesAWrite();
     void windowStaysForTheNameOfABackup_data();
     void windowStaysForTheNameOfABackup();
@@ -317,6 +318,23 @@ void TabDialogTest::secondCloseLeavesAReadBehind()
     QTRY_VERIFY_WITH_TIMEOUT(!m_tab->worker->isRunning(), kJobTimeoutMs);
 }
 
+void TabDialogTest::secondCloseEndsAReadBetweenTwoOperations()
+{
+    use(makeMbc5Cartridge(32 * 1024),
+        "function cpu_dump(dev, size, max) { while (true) cpu_read(dev, 0, 0); }");
+    press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    QTRY_VERIFY(m_tab->console->toPlainText().contains("Start dump rom..."));
+    m_dialog->close();
+    QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().contains("Close the window again"),
+                             kJobTimeoutMs);
+    QVERIFY(m_tab->worker->isRunning()); // Cancel ends no dump that moves
+    m_dialog->close();
+    QVERIFY(!m_dialog->isVisible());
+    QVERIFY(!m_dialog->hasLeftJob());
+    QVERIFY(!m_tab->worker->isRunning());
+    QVERIFY(!QFile::exists(m_fixture->path("dump.gb")));
+}
+
 // The user has to learn where the only copy is. Who sends a signal reads no log.
 void TabDialogTest::windowStaysForTheNameOfABackup_data()
 {
@@ -357,7 +375,7 @@ void TabDialogTest::secondCloseNeverLeavesAWrite()
     use(makeMbc5Cartridge(32 * 1024), kSaveScript);
     m_fixture->reader().setListener([&](const Operation &operation) {
         if (operation.kind == Operation::Kind::CommandRun &&
-            QThread::currentThread() == m_tab->worker)
+            QThread::currentThread() != QCoreApplication::instance()->thread())
             mayGoOn.acquire();
     });
     press(m_tab->writeRamButton, m_fixture->addFile("new.sav", QByteArray(0x8000, 's')));

@@ -72,7 +72,8 @@ private slots:
         QCOMPARE(filesIn("dump"), QStringList({"game.gb.unverified"}));
     }
 
-    void secondInterruptEndsTheProgramAtOnce()
+    // Which a reader that hangs does not come to.
+    void secondInterruptLeavesTheReadAndTheThirdEndsTheProgram()
     {
         MountedReader reader;
         RunningProgram program;
@@ -81,13 +82,33 @@ private slots:
             const StoppedReader stopped(reader);
             QVERIFY(stopped.isStopped());
             QVERIFY(program.interrupt());
-            QTRY_VERIFY_WITH_TIMEOUT(program.said("Ctrl-C again ends at once"), kStepMs);
+            QTRY_VERIFY_WITH_TIMEOUT(program.said("Ctrl-C again leaves the read"), kStepMs);
+            QVERIFY(program.interrupt());
             QVERIFY(program.interrupt());
         }
         QTRY_VERIFY_WITH_TIMEOUT(program.hasEnded(), kStepMs);
         QCOMPARE(program.exitCode(), -1);
         QVERIFY(!program.messages().contains("Dump rom finish."));
         QVERIFY(!filesIn("dump").contains("game.gb"));
+    }
+
+    void secondInterruptLeavesTheRead()
+    {
+        MountedReader reader;
+        RunningProgram program;
+        startDump(&reader, &program);
+        {
+            const StoppedReader stopped(reader);
+            QVERIFY(stopped.isStopped());
+            QVERIFY(program.interrupt());
+            QTRY_VERIFY_WITH_TIMEOUT(program.said("Ctrl-C again leaves the read"), kStepMs);
+            QVERIFY(program.interrupt());
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(program.hasEnded(), kStepMs);
+        QCOMPARE(program.exitCode(), 9);
+        QVERIFY2(program.messages().contains("The cartridge was only read."),
+                 qPrintable(program.messages()));
+        QCOMPARE(filesIn("dump"), QStringList());
     }
 
     // Whether the write had begun is not for the test to choose; what must hold then differs.

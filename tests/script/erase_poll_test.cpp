@@ -89,6 +89,8 @@ private slots:
     void saveLookIsAlwaysAnSramRead();
     void failedLookIsNoErasedChip();
     void replyToAnotherCommandIsNoErasedChip();
+    void unpluggedReaderEndsTheWait();
+    void eraseThatNeverEndsIsGivenUp();
     void usualWaitTakesItsTime();
 
 private:
@@ -230,6 +232,38 @@ void ErasePollTest::replyToAnotherCommandIsNoErasedChip()
         QCOMPARE(waitForGbaSaveErase(m_bench->recorder).end, EraseEnd::Erased);
         QCOMPARE(waits, 2);
     }
+}
+
+void ErasePollTest::unpluggedReaderEndsTheWait()
+{
+    // No file is there.
+    QVERIFY(!m_bench->run(kGbFlash));
+    QCOMPARE(m_bench->end, JobEnd::EraseFailed);
+    QCOMPARE(waits, 2);
+    QCOMPARE(m_bench->logs().last(),
+             QString("the reader did not answer while the chip was being erased"));
+    waits = 0;
+    QVERIFY(!m_bench->run(kGbaSaveWrite));
+    QCOMPARE(m_bench->end, JobEnd::EraseFailed);
+    QCOMPARE(waits, 2);
+}
+
+void ErasePollTest::eraseThatNeverEndsIsGivenUp()
+{
+    m_bench->drive.setContent(kDumpPath, QByteArray(1024, '\0'));
+    m_bench->drive.setContent(kIdentityPath, QByteArray(1024, '\0'));
+    QVERIFY(!m_bench->run(kGbaSaveWrite));
+    QCOMPARE(m_bench->end, JobEnd::EraseFailed);
+    QCOMPARE(waits, longestEraseSeconds(128 * 1024));
+    QCOMPARE(m_bench->logs().last(), QString("the chip was not erased after 316 seconds"));
+    waits = 0;
+    m_bench->job.chipSize = 512 * 1024;
+    QVERIFY(!m_bench->run(kGbFlash));
+    QCOMPARE(waits, 364);
+    waits = 0;
+    m_bench->job.chipSize = 0;
+    QVERIFY(!m_bench->run(kGbFlash));
+    QCOMPARE(waits, 1324);
 }
 
 // A chip needs time before a look makes sense: the thread sleeps a full second.

@@ -3,9 +3,11 @@
 #include "script_bench.h"
 
 #include "device/device_ops.h"
+#include "script/script_host.h"
 #include "script/script_limits.h"
 #include "test_class.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QtTest>
 
@@ -53,6 +55,8 @@ private slots:
     void readThatIsLeftReadsNoMore();
     void writeIsNeverLeft();
     void manyGivenUpMachinesLeaveNothing();
+    void shippedScriptsNeedFarLess_data();
+    void shippedScriptsNeedFarLess();
 
 private:
     // Runs `body` as the GB ROM dump of a script.
@@ -469,6 +473,32 @@ void HostileScriptsTest::manyGivenUpMachinesLeaveNothing()
         QCOMPARE(m_bench.end, JobEnd::ScriptError);
     }
     // The address sanitizer's look at the end tells of what was left.
+}
+
+void HostileScriptsTest::shippedScriptsNeedFarLess_data()
+{
+    QTest::addColumn<QString>("path");
+    const QDir folder(SHIPPED_SCRIPTS);
+    for (const QString &name : folder.entryList({"*.nut"}, QDir::Files))
+        QTest::newRow(qPrintable(name)) << folder.filePath(name);
+}
+
+// It is counted at all only where the library asks this program for its memory.
+void HostileScriptsTest::shippedScriptsNeedFarLess()
+{
+    QFETCH(QString, path);
+    RunningJob job(CartridgeJob{}, m_bench.recorder);
+    std::size_t used = 0;
+    std::size_t usedByAll = 0;
+    QVERIFY(withMachine(job, [&](HSQUIRRELVM v) {
+        used = machineMemoryUsed();
+        runScriptFile(v, path.toLocal8Bit());
+        usedByAll = machineMemoryUsed();
+    }));
+    QVERIFY2(used > 10000, qPrintable(QString::number(used)));
+    QVERIFY2(usedByAll > used && usedByAll < kScriptMemoryBytes / 20,
+             qPrintable(QString::number(usedByAll)));
+    QCOMPARE(machineMemoryUsed(), std::size_t{0});
 }
 
 GBDRIVER_TEST(HostileScriptsTest, core)

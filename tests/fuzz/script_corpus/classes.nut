@@ -1,0 +1,3 @@
+class A</n=1/>{x=1;static y=[2];constructor(v=3,...){this.x=v;}function _get(k){return k;}function _add(o){return A(o);}function _tostring(){return "A";}function _cmp(o){return 0;}function _cloned(o){}function _nexti(i){return i==null?0:null;}function _call(t,v){return v;}}
+class B extends A{function f(){return base.x;}}
+local b=B(4);print(b+1);print(b<A());foreach(i,v in b){}print(b.nothing);print(b(1));clone b;delete {q=1}.q;print(b instanceof A);A.setattributes(null,{});b.getclass().newmember("z",1);print(typeof b);

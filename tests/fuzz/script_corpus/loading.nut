@@ -1,0 +1,1 @@
+try{dofile("nothing");}catch(e){print(e);}try{loadfile("/dev/null",true);}catch(e){}collectgarbage();local w=[].weakref();print(w.ref());getroottable().setdelegate({});seterrorhandler(@(e)print(e));setdebughook(0);print(getstackinfos(1).line);setconsttable({z=1});getconsttable();callee();assert(0);

@@ -1,0 +1,1 @@
+local a=null;for(local i=0;i<5000;i++)a=[a,{b=a}];a=null;local f;f=function(n){return n?f(n-1)+1:0;};print(f(300));print(((((((((1)))))))));local m={};m.m<-m;throw m;

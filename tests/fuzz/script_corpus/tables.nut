@@ -1,0 +1,2 @@
+local d={_get=function(k){throw null;},_set=function(k,v){this.rawset(k,v);},_newslot=function(k,v){},_delslot=function(k){},_unm=@()1,_modulo=@(o)2};
+local t={a=1,["b"]=2,[3]=4}.setdelegate(d);t.x<-1;t.y=2;try{t.z}catch(e){}print(-t);print(t%2);foreach(k,v in t)t.clear();print(t.rawin("a"));const C=5;enum E{p,q="r"};print(C+E.p+E.q);local [u]=[1];

@@ -1,0 +1,2 @@
+print(@"a""b"+"\x41\n"+'c'+0x1F+1e3+017);local s="hello";print(s.slice(1,-1)+s.find("l",2)+s.toupper()+s.tointeger(36));print("1.5".tofloat());#c
+/*d*/switch(s){case 1:default:break;}do{s="";}while(s!="");print(compilestring("return 1")());print(s==null?1:2);print(1<=>2);print(5/(s.len()||1));local f=@(...)vargv.len();print(f.acall([0,1,2]));print(f.bindenv({})());print(f.getinfos());{}while
