@@ -289,7 +289,7 @@ void TabDialogTest::escapeDoesNothingDuringAJob()
     QVERIFY(isBusy(*m_tab));
     // An erase tells no progress, but for how long it has been running.
     QCOMPARE(m_tab->progress->maximum(), 0);
-    QVERIFY2(m_tab->progress->text().startsWith("Erasing 0:"), qPrintable(m_tab->progress->text()));
+    QVERIFY2(m_tab->progress->text().startsWith("Erasing; Cancel ends the wait 0:"), qPrintable(m_tab->progress->text()));
     QCOMPARE(m_tab->worker->cancel_flag.load(), 0);
     QVERIFY(!m_tab->console->toPlainText().contains(kClosingLine));
 }

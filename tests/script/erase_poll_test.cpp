@@ -236,7 +236,7 @@ void ErasePollTest::replyToAnotherCommandIsNoErasedChip()
 
 void ErasePollTest::unpluggedReaderEndsTheWait()
 {
-    // No file is there.
+    m_bench->drive.failNext(DriveCall::OpenRead, 0, 100);
     QVERIFY(!m_bench->run(kGbFlash));
     QCOMPARE(m_bench->end, JobEnd::EraseFailed);
     QCOMPARE(waits, 2);
