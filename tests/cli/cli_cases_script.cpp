@@ -63,10 +63,10 @@ QVector<CliCase> scriptCases()
     add("overrun",
         kGoodDump + "function save_dump(dev, size, _) {\n"
                     "cpu_read(dev, 0xA000, 0x2000); cpu_read(dev, 0xA000, 0x2000); }\n",
-        ExitCode::TransferFailed,
+        ExitCode::ScriptError,
         {holds("save_dump: FAILED on the way:\n"),
          holds("cursor 8192, length 8192: outside the buffer of 8192 bytes")});
-    add("does not compile", "function cpu_dump(dev {\n", ExitCode::TransferFailed,
+    add("does not compile", "function cpu_dump(dev {\n", ExitCode::ScriptError,
         {holds("cpu_dump: refused, nothing was sent:\n"), holds("line = (1)")});
     // What a script refuses is no fault as long as it sends nothing before.
     const QByteArray refusing =
@@ -75,7 +75,9 @@ QVector<CliCase> scriptCases()
     add("failure on the way",
         refusing + "function save_write(dev, size, _) {\n"
                    "cpu_write(dev, 0x0000, 0x0A); no_such_function(dev); }\n",
-        ExitCode::TransferFailed, {holds("save_write: FAILED on the way:\n")});
+        ExitCode::ScriptError,
+        {holds("save_write: FAILED on the way:\n"),
+         holds("script error: the index 'no_such_function' does not exist (gb_mbc0.nut, line ")});
     add("shortfall, and more after it",
         kHalfDump + "function save_dump(dev, size, _) { cpu_read(dev, 0xA000, 0x2000); }\n",
         ExitCode::DataMismatch,
