@@ -1,6 +1,7 @@
 // The built command-line program while it runs, to press Ctrl-C at what it says.
 #pragma once
 
+#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -28,6 +29,14 @@ public:
     }
 
     bool interrupt() { return sendSignal(m_process.processId(), SIGINT); }
+
+    // True once no signal is on its way to the program any more.
+    bool hasNoticedSignals() const
+    {
+        QFile status(QStringLiteral("/proc/%1/status").arg(m_process.processId()));
+        return status.open(QIODevice::ReadOnly) &&
+               status.readAll().contains("\nShdPnd:\t0000000000000000\n");
+    }
 
     // True once the program has ended, by itself or not.
     bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
