@@ -101,8 +101,7 @@ void BuildFilesTest::windowsSourceCompiles_data()
     for (const char *name : {"device/drive_windows.cpp", "device/sector_window.cpp",
                              "device/standard_streams_windows.cpp", "device/user_file.cpp",
                              "device/user_file_windows.cpp", "device/windows_file.cpp",
-                             "virtual/disk_sync_windows.cpp",
-                             "cli/terminal_windows.cpp"})
+                             "virtual/disk_sync_windows.cpp", "cli/terminal_windows.cpp"})
         QTest::newRow(name) << QString(name);
 }
 
