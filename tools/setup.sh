@@ -9,8 +9,8 @@ set -euo pipefail
 tools=$(dirname "${BASH_SOURCE[0]}")
 
 # xz-utils and patch unpack and mend the Squirrel source.
-forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libfuse3-dev fuse3
-    patch xz-utils)
+forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libmount-dev libfuse3-dev
+    fuse3 patch xz-utils)
 # An X server with a client to type into it and fonts to draw; oracles for cipher, checksums and
 # mappers; a compiler that checks the Windows part; one that fuzzes; the shells whose completion is
 # tested, a strict reader of manual pages, and what validates JSON.
@@ -34,12 +34,12 @@ esac
 if ! command -v apt-get >/dev/null; then
     cat <<'END'
 There is no apt-get here to install what is missing. These packages are needed:
-  Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist fuse3-devel fuse3
-          squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo dejavu-sans-fonts
-          openssl-devel zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt
+  Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist libmount-devel
+          fuse3-devel fuse3 squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo
+          dejavu-sans-fonts openssl-devel zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt
           zsh fish mandoc python3-jsonschema
-  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools fuse3 squirrel; to test:
-          xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu openssl zlib libmgba mingw-w64-gcc clang
+  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 squirrel;
+          to test: xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu openssl zlib libmgba mingw-w64-gcc clang
           compiler-rt zsh fish mandoc python-jsonschema
   MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,squirrel}
 Going on with what is there; the configuration names what it does not find.

@@ -1,8 +1,5 @@
 #include "device/linux_drives.h"
 
-#include <QFile>
-#include <QStorageInfo>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -18,17 +15,6 @@ namespace
 
 constexpr char kFirstLetter = 'A';
 constexpr char kLastLetter = 'Z';
-
-std::vector<MountedVolume> volumesOfSystem()
-{
-    std::vector<MountedVolume> volumes;
-    for (const QStorageInfo &volume : QStorageInfo::mountedVolumes()) {
-        volumes.push_back({volume.device().toStdString(),
-                           QFile::encodeName(volume.rootPath()).toStdString(),
-                           volume.name().toStdString()});
-    }
-    return volumes;
-}
 
 bool isMountPoint(const std::string &folder)
 {
@@ -66,6 +52,31 @@ LinuxDrive declaredDrive(char letter, const std::string &place)
     return drive;
 }
 
+// In a name of udev's every character that a file name should not have is "\\x" and two digits.
+std::string decodedName(const std::string &name)
+{
+    std::string text;
+    for (std::size_t place = 0; place < name.size(); ++place) {
+        unsigned character = 0;
+        if (name.compare(place, 2, "\\x") == 0 &&
+            std::sscanf(name.c_str() + place + 2, "%2x", &character) == 1) {
+            text += static_cast<char>(character);
+            place += 3;
+        } else {
+            text += name[place];
+        }
+    }
+    return text;
+}
+
+// The folder of the kernel's in which a block device is described; empty if there is none.
+fs::path kernelFolder(const std::string &deviceNumber, const std::string &blockFolder)
+{
+    std::error_code error;
+    const fs::path folder = fs::canonical(fs::path(blockFolder) / deviceNumber, error);
+    return error || deviceNumber.empty() ? fs::path() : folder;
+}
+
 bool isDriveLetter(char letter)
 {
     return letter >= kFirstLetter && letter <= kLastLetter;
@@ -76,7 +87,8 @@ bool isDriveLetter(char letter)
 LinuxDriveSources systemDriveSources()
 {
     const char *declared = std::getenv("GBDRIVER_DRIVES");
-    return {declared == nullptr ? "" : declared, "/sys/class/block", volumesOfSystem};
+    return {declared == nullptr ? "" : declared, "/sys/dev/block", "/dev/disk/by-label",
+            [] { return readMountTable("/proc/self/mountinfo"); }};
 }
 
 std::vector<LinuxDrive> parseDeclaredDrives(const std::string &declared,
@@ -109,20 +121,36 @@ std::vector<LinuxDrive> parseDeclaredDrives(const std::string &declared,
     return drives;
 }
 
-bool isRemovableDevice(const std::string &device, const std::string &blockFolder)
+bool isRemovableDevice(const std::string &deviceNumber, const std::string &blockFolder)
 {
-    // /dev/disk/by-label/X leads to /dev/sdb1, /sys/class/block/sdb1 into the disk's own folder.
-    std::error_code error;
-    const fs::path node = fs::weakly_canonical(device, error);
-    fs::path folder = fs::canonical(fs::path(blockFolder) / node.filename(), error);
-    // The source of a network mount ("//nas/sdb1") is no device node, whatever its name.
-    if (error || node.filename().empty() || !fs::exists(node, error))
+    fs::path folder = kernelFolder(deviceNumber, blockFolder);
+    if (folder.empty())
         return false;
+    std::error_code error;
     if (fs::exists(folder / "partition", error))
         folder = folder.parent_path(); // only the disk has the flag
     char flag = '0';
     std::ifstream(folder / "removable") >> flag;
     return flag == '1';
+}
+
+std::string labelOfDevice(const std::string &deviceNumber, const LinuxDriveSources &sources)
+{
+    const fs::path device = kernelFolder(deviceNumber, sources.blockFolder).filename();
+    std::error_code error;
+    for (fs::directory_iterator link(sources.labelFolder, error), end; !error && link != end;
+         link.increment(error)) {
+        std::error_code unread;
+        if (!device.empty() && fs::read_symlink(link->path(), unread).filename() == device)
+            return decodedName(link->path().filename().string());
+    }
+    return {};
+}
+
+bool holdsIdentityFile(const std::string &folder)
+{
+    struct stat status = {};
+    return ::stat((folder + "/K-DRIVER.DMP").c_str(), &status) == 0;
 }
 
 LinuxDrives::LinuxDrives(LinuxDriveSources sources) : m_sources(std::move(sources))
@@ -177,30 +205,48 @@ const LinuxDrive *LinuxDrives::find(char letter) const
 
 bool LinuxDrives::isPresent(const LinuxDrive &drive) const
 {
-    if (!isFolder(drive.folder) || (drive.isMounted && !isMountPoint(drive.folder)))
+    // The flag comes first: of a disk that is gone nothing else is asked.
+    if (!drive.deviceNumber.empty() &&
+        !isRemovableDevice(drive.deviceNumber, m_sources.blockFolder))
         return false;
-    return drive.device.empty() || isRemovableDevice(drive.device, m_sources.blockFolder);
+    return isFolder(drive.folder) && (!drive.isMounted || isMountPoint(drive.folder));
 }
 
 std::vector<LinuxDrive> LinuxDrives::removableVolumes() const
 {
-    std::vector<MountedVolume> volumes = m_sources.mountedVolumes();
-    std::sort(volumes.begin(), volumes.end(),
-              [](const MountedVolume &left, const MountedVolume &right) {
-                  return left.folder < right.folder;
-              });
-    std::vector<LinuxDrive> drives;
-    for (const MountedVolume &volume : volumes) {
-        if (!isRemovableDevice(volume.device, m_sources.blockFolder))
+    const std::vector<MountedVolume> volumes = m_sources.mountedVolumes();
+    std::vector<LinuxDrive> readers;
+    std::vector<LinuxDrive> others;
+    for (std::size_t row = 0; row < volumes.size(); ++row) {
+        const MountedVolume &volume = volumes[row];
+        if (!isRemovableDevice(volume.deviceNumber, m_sources.blockFolder) ||
+            isHiddenMount(volumes, row))
             continue;
-        if (drives.size() > static_cast<std::size_t>(kLastLetter - kFirstLetter))
-            break;
         LinuxDrive drive;
-        drive.letter = static_cast<char>(kFirstLetter + drives.size());
         drive.folder = volume.folder;
-        drive.label = volume.label.empty() ? folderName(volume.folder) : volume.label;
         drive.device = volume.device;
-        drives.push_back(drive);
+        drive.deviceNumber = volume.deviceNumber;
+        (holdsIdentityFile(volume.folder) ? readers : others).push_back(drive);
+    }
+    return lettered(readers, others);
+}
+
+std::vector<LinuxDrive> LinuxDrives::lettered(std::vector<LinuxDrive> readers,
+                                              std::vector<LinuxDrive> others) const
+{
+    const auto byFolder = [](const LinuxDrive &left, const LinuxDrive &right) {
+        return left.folder < right.folder;
+    };
+    std::sort(readers.begin(), readers.end(), byFolder);
+    std::sort(others.begin(), others.end(), byFolder);
+    std::vector<LinuxDrive> drives = std::move(readers);
+    drives.insert(drives.end(), others.begin(), others.end());
+    drives.resize(std::min<std::size_t>(drives.size(), kLastLetter - kFirstLetter + 1));
+    for (std::size_t row = 0; row < drives.size(); ++row) {
+        LinuxDrive &drive = drives[row];
+        drive.letter = static_cast<char>(kFirstLetter + row);
+        const std::string label = labelOfDevice(drive.deviceNumber, m_sources);
+        drive.label = label.empty() ? folderName(drive.folder) : label;
     }
     return drives;
 }

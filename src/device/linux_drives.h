@@ -1,29 +1,28 @@
 // Drive letters on a system that has none.
 //
-// Logical drives are the mounted volumes whose disk the kernel marks removable, in the order of
-// their mount points, with letters from 'A'. GBDRIVER_DRIVES declares folders as removable drives
-// instead; while it is set no other drive is looked at, because a memory stick with an earlier
-// letter would otherwise be taken for the reader.
+// Logical drives are the mounted volumes whose disk the kernel marks removable, with letters from
+// 'A': those that hold an identity file first, because a memory stick with an earlier letter would
+// be taken for the reader; then in the order of their mount points. GBDRIVER_DRIVES declares
+// folders as removable drives instead; while it is set no other drive is looked at.
+//
+// The table of mounts and the kernel's own lists say which disks are removable. Nothing else that
+// is mounted is touched: a file system whose server is gone would never answer.
 //
 // Thread: as the seam, one user at a time.
 #pragma once
+
+#include "device/mount_table.h"
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
-// A mounted file system as the system lists it.
-struct MountedVolume {
-    std::string device; // "/dev/sdb1"
-    std::string folder; // mount point
-    std::string label;  // volume label; may be empty
-};
-
 // Where drive knowledge comes from; tests give their own.
 struct LinuxDriveSources {
     std::string declared;    // value of GBDRIVER_DRIVES: LETTER=FOLDER[:LABEL], separated by ';'
-    std::string blockFolder; // "/sys/class/block"
+    std::string blockFolder; // "/sys/dev/block"
+    std::string labelFolder; // "/dev/disk/by-label"
     std::function<std::vector<MountedVolume>()> mountedVolumes;
 };
 
@@ -33,7 +32,8 @@ struct LinuxDrive {
     char letter = 0;
     std::string folder;
     std::string label;
-    std::string device;     // empty for a declared folder
+    std::string device; // as MountedVolume has it; empty for a declared folder
+    std::string deviceNumber;
     bool isMounted = false; // the folder was a mount point when the drive was listed
 };
 
@@ -43,8 +43,15 @@ struct LinuxDrive {
 std::vector<LinuxDrive> parseDeclaredDrives(const std::string &declared,
                                             std::vector<std::string> *complaints);
 
-// True if the kernel marks the disk of `device` as removable. A disk that is gone is not removable.
-bool isRemovableDevice(const std::string &device, const std::string &blockFolder);
+// True if the kernel marks the disk of this device as removable. A disk that is gone is not
+// removable.
+bool isRemovableDevice(const std::string &deviceNumber, const std::string &blockFolder);
+
+// The label of a device, from the links to the system's names of devices; empty if it has none.
+std::string labelOfDevice(const std::string &deviceNumber, const LinuxDriveSources &sources);
+
+// Whether the folder holds the reader's identity file, whatever is in it.
+bool holdsIdentityFile(const std::string &folder);
 
 class LinuxDrives
 {
@@ -65,6 +72,9 @@ public:
 
 private:
     std::vector<LinuxDrive> removableVolumes() const;
+    // Gives letters and labels, to `readers` first.
+    std::vector<LinuxDrive> lettered(std::vector<LinuxDrive> readers,
+                                     std::vector<LinuxDrive> others) const;
     std::uint32_t list(std::vector<LinuxDrive> *drives);
     void remember(const LinuxDrive &drive);
 

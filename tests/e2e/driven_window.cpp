@@ -20,7 +20,7 @@ DrivenWindow::~DrivenWindow()
     m_program.waitForFinished(kStepMs);
 }
 
-QString DrivenWindow::start(const MountedReader &reader)
+QString DrivenWindow::start(const QString &declaration)
 {
     const QString problem = m_desktop.start();
     if (!problem.isEmpty())
@@ -30,7 +30,9 @@ QString DrivenWindow::start(const MountedReader &reader)
     environment.insert("QT_QPA_PLATFORM", "xcb");
     environment.insert("XDG_RUNTIME_DIR", m_runtimeFolder.path());
     environment.insert("XDG_DATA_HOME", m_runtimeFolder.filePath("data"));
-    environment.insert("GBDRIVER_DRIVES", reader.declaration());
+    environment.remove("GBDRIVER_DRIVES");
+    if (!declaration.isEmpty())
+        environment.insert("GBDRIVER_DRIVES", declaration);
     environment.remove("GBDRIVER_VIRTUAL_READER");
     m_program.setProcessEnvironment(environment);
     m_program.start(WINDOW_PROGRAM, QStringList());

@@ -19,7 +19,9 @@ public:
 
     // Starts the X server and the program, and waits for the window.
     // Returns: why it does not come; empty on success.
-    QString start(const MountedReader &reader);
+    QString start(const MountedReader &reader) { return start(reader.declaration()); }
+    // `declaration`: of GBDRIVER_DRIVES; empty: every removable drive of the system.
+    QString start(const QString &declaration);
 
     // From the tab bar of a fresh window over the lists of the settings: system, mapper, ROM size,
     // RAM size. Each Tab leads to the next one; Home, End, Up and Down choose.
