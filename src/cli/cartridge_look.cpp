@@ -172,7 +172,7 @@ CartridgeLook lookAtCartridge(const CliOptions &options, CartridgeTask task, Rep
         look.report = detectCartridge([&](const QString &line) { reporter.log(line); });
         look.code = readerFault(look.report);
         if (look.code != ExitCode::Done) {
-            reporter.problem(readerProblem(look.code) + QLatin1Char('\n') +
+            reporter.problem(readerProblem(look.report) + QLatin1Char('\n') +
                              stateText(look.code == ExitCode::NoReader ? CartridgeState::Untouched
                                                                        : CartridgeState::LookedAt));
             return look;

@@ -18,7 +18,7 @@ const std::vector<CommandRow> kCommands = {
      {{"info", "The reader, the cartridge and its checksums."},
       {"info --quick --json", "The same for a program, without reading the whole ROM."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
-      Code::TransferFailed, Code::FileError, Code::Cancelled}},
+      Code::TransferFailed, Code::FileError, Code::Cancelled, Code::InUse}},
 
     {"dump",
      CliRequest::Dump,
@@ -38,7 +38,7 @@ const std::vector<CommandRow> kCommands = {
       {"dump game.gba --reads 3 --dat hacks.dat", "Three reads, and a DAT file of one's own."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified}},
+      Code::Unverified, Code::InUse}},
 
     {"read-ram",
      CliRequest::ReadRam,
@@ -56,7 +56,7 @@ const std::vector<CommandRow> kCommands = {
        "A GBA cartridge whose game is not known."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified}},
+      Code::Unverified, Code::InUse}},
 
     {"write-ram",
      CliRequest::WriteRam,
@@ -73,7 +73,8 @@ const std::vector<CommandRow> kCommands = {
      {{"write-ram game.sav", "Back up, write, compare."},
       {"write-ram game.sav --backup saves", "The backup goes into the folder \"saves\"."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
-      Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled}},
+      Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
+      Code::InUse}},
 
     {"flash",
      CliRequest::Flash,
@@ -87,7 +88,8 @@ const std::vector<CommandRow> kCommands = {
      {{"flash game.gb", "Back up, erase, write, compare."},
       {"flash game.gb --system gb --mapper mbc5", "An empty cartridge, which has no header."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
-      Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled}},
+      Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
+      Code::InUse}},
 
     {"verify",
      CliRequest::Verify,
@@ -111,7 +113,7 @@ const std::vector<CommandRow> kCommands = {
      {{"backup games", "Until Ctrl-C."}, {"backup games --count 10", "Ten cartridges."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified}},
+      Code::Unverified, Code::InUse}},
 
     {"drives",
      CliRequest::Drives,

@@ -18,7 +18,8 @@ enum class ExitCode {
     Refused = 8,
     Cancelled = 9,
     Unverified = 10,
-    ScriptError = 11
+    ScriptError = 11,
+    InUse = 12
 };
 
 // One row of the documented table.
@@ -29,7 +30,7 @@ struct ExitCodeRow {
 };
 
 // By number, without a gap.
-constexpr std::array<ExitCodeRow, 12> kExitCodes = {{
+constexpr std::array<ExitCodeRow, 13> kExitCodes = {{
     {ExitCode::Done, "done", "done; a dump is verified or consistent"},
     {ExitCode::Usage, "usage", "wrong usage; nothing was touched"},
     {ExitCode::NoReader, "no-reader", "no reader was found"},
@@ -42,6 +43,7 @@ constexpr std::array<ExitCodeRow, 12> kExitCodes = {{
     {ExitCode::Cancelled, "cancelled", "cancelled by the user"},
     {ExitCode::Unverified, "unverified", "done, but a check was not made or does not exist"},
     {ExitCode::ScriptError, "script-error", "the mapper script is wrong"},
+    {ExitCode::InUse, "in-use", "another program uses the reader; nothing was sent to it"},
 }};
 
 constexpr const ExitCodeRow &rowOf(ExitCode code)

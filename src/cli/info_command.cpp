@@ -153,7 +153,7 @@ ExitCode runInfo(const CliOptions &options, Reporter &reporter)
     reporter.event("detected", detectedObject(report, checks));
     const ExitCode code = readerFault(report);
     if (code != ExitCode::Done) {
-        reporter.problem(readerProblem(code));
+        reporter.problem(readerProblem(report));
         return code;
     }
     if (checks.isEmpty()) {

@@ -25,25 +25,46 @@ const char *colorOf(VerdictKind kind)
     return "\033[31m"; // red
 }
 
-// What is wrong with the reader and what the user can do about it. `code`: NoReader or NoAnswer.
-QString readerAdvice(ExitCode code)
+// What the user can do about a reader that cannot be used.
+QString readerWayOut(JobEnd fault)
 {
-    return code == ExitCode::NoReader
-               ? jobFailureText(JobEnd::NoReader) +
-                     QStringLiteral(" Plug it in, let the system mount its drive and look at "
-                                    "\"gbdriver-cli drives\".")
-               : jobFailureText(JobEnd::NoMode) +
-                     QStringLiteral(" Unplug it, plug it in again and see whether its drive can "
-                                    "be read and written.");
+    switch (fault) {
+    case JobEnd::NoReader:
+        return QStringLiteral(" Plug it in, let the system mount its drive and look at "
+                              "\"gbdriver-cli drives\".");
+    case JobEnd::ReaderInUse:
+        return QStringLiteral(" Leave it plugged in, wait until the other one has ended and try "
+                              "again.");
+    case JobEnd::NotTheReader:
+        return QStringLiteral(" Take that drive out, or name the reader's with --drive; "
+                              "\"gbdriver-cli drives\" lists them.");
+    default:
+        return QStringLiteral(" Unplug it, plug it in again and see whether its drive can be read "
+                              "and written.");
+    }
+}
+
+bool isReaderFault(JobEnd end)
+{
+    return end == JobEnd::NoReader || end == JobEnd::NoMode || end == JobEnd::ReaderInUse ||
+           end == JobEnd::NotTheReader;
+}
+
+QString readerAdvice(JobEnd fault)
+{
+    return jobFailureText(fault) + readerWayOut(fault);
 }
 
 ExitCode exitCodeOfJob(JobEnd end)
 {
     switch (end) {
     case JobEnd::NoReader:
+    case JobEnd::NotTheReader:
         return ExitCode::NoReader;
     case JobEnd::NoMode:
         return ExitCode::NoAnswer;
+    case JobEnd::ReaderInUse:
+        return ExitCode::InUse;
     case JobEnd::NoScript:
     case JobEnd::InputNotOpened:
     case JobEnd::InputNotRead:
@@ -88,9 +109,9 @@ QString wayOut(const Outcome &outcome)
 
 QString jobAdvice(const Outcome &outcome)
 {
-    const ExitCode code = exitCodeOf(outcome);
-    if (code == ExitCode::NoReader || code == ExitCode::NoAnswer)
-        return readerAdvice(code) + QStringLiteral(" This step sent nothing to the cartridge.") +
+    if (isReaderFault(outcome.job.end))
+        return readerAdvice(outcome.job.end) +
+               QStringLiteral(" This step sent nothing to the cartridge.") +
                (isUnwritten(outcome.state) ? QLatin1Char(' ') + stateText(outcome.state)
                                            : QString());
     return (troubleText(outcome) + QLatin1Char(' ') + stateText(outcome.state) + wayOut(outcome))
@@ -118,17 +139,18 @@ QStringList jobLines(const Outcome &outcome)
 
 ExitCode readerFault(const CartridgeReport &report)
 {
-    const JobEnd fault = readerFaultOf(report.outcome);
+    const JobEnd fault = readerFaultOf(report);
     return fault == JobEnd::Done ? ExitCode::Done : exitCodeOfJob(fault);
 }
 
-QString readerProblem(ExitCode code)
+QString readerProblem(const CartridgeReport &report)
 {
+    const JobEnd fault = readerFaultOf(report);
     // A scan asks drives that are no readers, too; what they said does not matter.
     const QString driveError = QString::fromLocal8Bit(lastDriveError().c_str());
-    return code == ExitCode::NoReader || driveError.isEmpty()
-               ? readerAdvice(code)
-               : readerAdvice(code) + QLatin1Char('\n') + driveError;
+    return fault == JobEnd::NoReader || driveError.isEmpty()
+               ? readerAdvice(fault)
+               : readerAdvice(fault) + QLatin1Char('\n') + driveError;
 }
 
 ExitCode exitCodeOf(VerdictKind kind)

@@ -10,12 +10,12 @@
 #include "trust/verdict.h"
 #include "worker/cartridge_report.h"
 
-// NoReader or NoAnswer if the report says that the reader cannot be used; else Done.
+// NoReader, NoAnswer or InUse if the report says that the reader cannot be used; else Done.
 ExitCode readerFault(const CartridgeReport &report);
 
 // What the user can do about it, and what the drive said in the last detectCartridge(), if it was
 // the drive.
-QString readerProblem(ExitCode code);
+QString readerProblem(const CartridgeReport &report);
 
 // Done for Verified and Consistent.
 ExitCode exitCodeOf(VerdictKind kind);

@@ -7,6 +7,7 @@
 #include "cli/cli_listener.h"
 #include "cli/shell_word.h"
 #include "cli/telling.h"
+#include "device/device_link.h"
 #include "trust/checked_write.h"
 #include "trust/flash_check.h"
 #include "trust/judgement_words.h"
@@ -225,6 +226,7 @@ ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
         failed.trouble =
             probed.end == ProbeEnd::Unclear ? Trouble::ChipIsUnclear : Trouble::JobFailed;
         failed.job.end = probed.fault;
+        failed.job.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
         failed.state = probed.end == ProbeEnd::NotAsked ? CartridgeState::NotWritten
                                                         : CartridgeState::NotBegun;
         return tellTrouble(failed, reporter);

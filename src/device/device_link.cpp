@@ -1,7 +1,10 @@
 #include "device/device_link.h"
 
+#include "device/no_backend.h"
+
 #include <algorithm>
-#include <cassert>
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 
@@ -15,15 +18,24 @@ constexpr std::uint32_t kPathSize = 256;
 constexpr std::uint32_t kShortestTransfer = 1024;
 
 DriveBackend *activeBackend = nullptr;
-std::string driveError;
+DriveStatus driveError;
 std::uint32_t driveErrors = 0;
+
+// When the reader's call that runs began; 0: none runs.
+std::atomic<std::int64_t> readerCallBegin{0};
+
+std::int64_t nowMs()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
 
 // True if the call succeeded; otherwise its message is kept for lastDriveError().
 bool succeeded(const DriveStatus &status)
 {
     if (status.ok())
         return true;
-    driveError = status.message;
+    driveError = status;
     ++driveErrors;
     return false;
 }
@@ -60,18 +72,23 @@ void setDriveBackend(DriveBackend *backend)
 
 DriveBackend &driveBackend()
 {
-    assert(activeBackend != nullptr);
-    return *activeBackend;
+    static NoBackend none;
+    return activeBackend == nullptr ? none : *activeBackend;
 }
 
 const std::string &lastDriveError()
 {
-    return driveError;
+    return driveError.message;
+}
+
+DriveErrorCode lastDriveErrorCode()
+{
+    return driveError.code;
 }
 
 void clearLastDriveError()
 {
-    driveError.clear();
+    driveError = DriveStatus();
 }
 
 std::uint32_t driveErrorCount()
@@ -79,8 +96,26 @@ std::uint32_t driveErrorCount()
     return driveErrors;
 }
 
+ReaderCall::ReaderCall() : m_outer(readerCallBegin)
+{
+    if (m_outer == 0)
+        readerCallBegin = nowMs();
+}
+
+ReaderCall::~ReaderCall()
+{
+    readerCallBegin = m_outer;
+}
+
+int readerCallMs()
+{
+    const std::int64_t begin = readerCallBegin;
+    return begin == 0 ? 0 : static_cast<int>(nowMs() - begin);
+}
+
 void releaseReader()
 {
+    const ReaderCall call;
     driveBackend().releaseDrive();
 }
 
@@ -171,6 +206,7 @@ std::uint32_t fileSize(DriveFile *handle)
 
 std::uint32_t readDriverFile(std::uint32_t offset, void *buffer, std::uint32_t length)
 {
+    const ReaderCall call;
     char path[kPathSize];
     formatDevicePath(path, "K-DRIVER.DMP");
     return readFileUnbuffered(path, buffer, length, offset);
@@ -178,6 +214,7 @@ std::uint32_t readDriverFile(std::uint32_t offset, void *buffer, std::uint32_t l
 
 std::uint32_t readDumpFile(std::uint32_t offset, void *buffer, std::uint32_t length)
 {
+    const ReaderCall call;
     char path[kPathSize];
     formatDevicePath(path, "DUMP.ROM");
     return readFileUnbuffered(path, buffer, length, offset);
@@ -185,6 +222,7 @@ std::uint32_t readDumpFile(std::uint32_t offset, void *buffer, std::uint32_t len
 
 std::uint32_t writeCommandFile(const void *buffer, std::uint32_t length)
 {
+    const ReaderCall call;
     char path[kPathSize];
     formatDevicePath(path, "CMD.CMD");
     return writeFileWhole(path, buffer, length);
@@ -192,6 +230,7 @@ std::uint32_t writeCommandFile(const void *buffer, std::uint32_t length)
 
 int probeDrive(char letter, const std::uint8_t *expected)
 {
+    const ReaderCall call;
     deviceLink.driveLetter = static_cast<signed char>(letter);
     char root[kPathSize] = {};
     root[0] = letter;
@@ -209,6 +248,7 @@ int probeDrive(char letter, const std::uint8_t *expected)
 
 int findDevice(char letter, const std::uint8_t *expected)
 {
+    const ReaderCall call;
     if (letter != 0)
         return probeDrive(letter, expected);
     const std::uint32_t drives = driveBackend().logicalDrives();

@@ -37,19 +37,38 @@ struct DeviceLink {
 
 extern DeviceLink deviceLink;
 
-// The backend that serves this process. Decided once at start; the link does not own it. Using the
-// link without one is a programming error.
+// The backend that serves this process. Decided once at start; the link does not own it. Null:
+// none, and then every call of the link ends as it does without drives and without files.
 void setDriveBackend(DriveBackend *backend);
 DriveBackend &driveBackend();
 
 // Text of the last failure that the seam reported, empty if there was none since
 // clearLastDriveError(). For people; the counts below stay the contract.
 const std::string &lastDriveError();
+// Its code; None if there was none.
+DriveErrorCode lastDriveErrorCode();
 void clearLastDriveError();
 
 // How many failures the seam has reported. Read before and after a command it tells whether one
 // came in between, also where the command's count hides it.
 std::uint32_t driveErrorCount();
+
+// A call of the reader runs for as long as this lives. Inside of another one it changes nothing.
+class ReaderCall
+{
+public:
+    ReaderCall();
+    ~ReaderCall();
+    ReaderCall(const ReaderCall &) = delete;
+    ReaderCall &operator=(const ReaderCall &) = delete;
+
+private:
+    const std::int64_t m_outer;
+};
+
+// For how long the call of the reader that runs has been running; 0 if none does. The user's own
+// files do not count. Thread: any.
+int readerCallMs();
 
 // Gives up what the backend keeps open on the reader's drive. Call when a job or a report ends.
 void releaseReader();

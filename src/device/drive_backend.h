@@ -18,12 +18,14 @@
 
 enum class DriveErrorCode {
     None,
-    NotFound,   // no such drive, folder or file
-    Refused,    // permission, read-only drive, or another program has the file open
-    Gone,       // the drive was pulled out or unmounted
-    Full,       // no space left
-    BadRequest, // offset, length or buffer that the device cannot serve
-    InputOutput // anything else that the system reports
+    NotFound,     // no such drive, folder or file
+    Refused,      // permission or a read-only drive
+    InUse,        // another program has the file open
+    NotTheReader, // the drive holds no identity file, so nothing is created on it
+    Gone,         // the drive was pulled out or unmounted
+    Full,         // no space left
+    BadRequest,   // offset, length or buffer that the device cannot serve
+    InputOutput   // anything else that the system reports
 };
 
 // Outcome of a seam call. The message names the operation, the path and the system's own text, and
@@ -118,9 +120,15 @@ public:
                                     std::unique_ptr<DriveFile> *file) = 0;
 
     // Opens a file for writing so that it holds exactly what is written to it before it is closed;
-    // creates it where it is missing. Nobody else may have it open. `*file` as above. A file of the
-    // user's is a whole one, see DriveFile; of a link the target is written.
+    // creates it where it is missing, but not on a removable drive without the reader's identity
+    // file: that is NotTheReader, and the message names the drive. Nobody else may have it open.
+    // `*file` as above. A file of the user's is a whole one, see DriveFile; of a link the target is
+    // written.
     virtual DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) = 0;
+
+    // Whether openForWrite() would succeed now with a file of a drive. Creates and changes nothing.
+    // NotFound: it would create the file.
+    virtual DriveStatus mayWrite(const char *path) = 0;
 
     // Gives up whatever the backend keeps open on a drive between commands, so that the drive can
     // be unmounted. To be called when a job or a report ends; harmless at any other time.

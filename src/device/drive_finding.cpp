@@ -75,7 +75,8 @@ DriveFinding examineDrive(char letter, char takenLetter)
         return finding;
     readLabel(root, &finding);
     probe(takenLetter, &finding);
-    finding.command = openFile(letter, "CMD.CMD", Buffering::Buffered);
+    finding.command =
+        fileFinding(driveBackend().mayWrite((std::string(1, letter) + ":\\CMD.CMD").c_str()));
     finding.dump = openFile(letter, "DUMP.ROM", Buffering::Unbuffered);
     return finding;
 }
@@ -132,6 +133,7 @@ QStringList removableLines(const DriveFinding &finding)
 
 QVector<DriveFinding> examineDrives()
 {
+    const ReaderCall call;
     QVector<DriveFinding> findings;
     char takenLetter = 0;
     const std::uint32_t drives = driveBackend().logicalDrives();
@@ -148,6 +150,7 @@ QVector<DriveFinding> examineDrives()
 NamedReader findNamedReader()
 {
     const ReaderSession session;
+    const ReaderCall call;
     const signed char before = deviceLink.driveLetter;
     const std::uint32_t drives = driveBackend().logicalDrives();
     for (char letter = 'A'; letter <= 'Z'; ++letter) {

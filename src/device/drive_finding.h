@@ -48,7 +48,8 @@ struct DriveFinding {
     bool hasIdentity() const { return passes() && identityFile.ok(); }
 };
 
-// Looks at every logical drive of the process's backend, by letter. The verdict is the device
+// Looks at every logical drive of the process's backend, by letter; the command file has to be one
+// that may be written. The verdict is the device
 // link's own, so the link's letter, label, identity and last error change as by a scan.
 QVector<DriveFinding> examineDrives();
 

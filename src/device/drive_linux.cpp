@@ -6,8 +6,12 @@
 #include "device/user_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <set>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -92,9 +96,7 @@ public:
     std::string drivePlace(const char *root) override
     {
         const LinuxDrive *drive = m_drives.find(root[0]);
-        if (drive == nullptr)
-            return {};
-        return drive->device.empty() ? drive->folder : drive->folder + " (" + drive->device + ")";
+        return drive == nullptr ? std::string() : placeOf(*drive);
     }
 
     DriveStatus openForRead(const char *path, Buffering buffering,
@@ -115,10 +117,25 @@ public:
         }
         if (!location.isOnDrive)
             return openUserFileForWrite(location.path, file);
+        if (!exists(location.path) && lacksIdentityFile(location.drive->folder)) {
+            m_commandFile.release();
+            return notTheReader(path, *location.drive);
+        }
         const DriveStatus opened = m_commandFile.open(location.path);
         if (opened.ok())
             *file = std::make_unique<CommandFile>(&m_commandFile);
         return opened;
+    }
+
+    DriveStatus mayWrite(const char *path) override
+    {
+        const Location location = locate(path);
+        if (!location.status.ok() || !location.isOnDrive || exists(location.path))
+            return location.status.ok() ? mayWriteLinuxFile(location.path) : location.status;
+        if (lacksIdentityFile(location.drive->folder))
+            return notTheReader(path, *location.drive);
+        const bool isCreated = ::access(location.drive->folder.c_str(), W_OK | X_OK) == 0;
+        return statusFromErrno(isCreated ? ENOENT : errno, "create", location.path);
     }
 
     void releaseDrive() override { m_commandFile.release(); }
@@ -127,8 +144,27 @@ private:
     struct Location {
         std::string path;
         bool isOnDrive = false;
+        const LinuxDrive *drive = nullptr; // of a path on a drive, if `status` is good
         DriveStatus status;
     };
+
+    static bool exists(const std::string &path)
+    {
+        struct stat status = {};
+        return ::stat(path.c_str(), &status) == 0;
+    }
+
+    // A memory stick is left as it is.
+    static DriveStatus notTheReader(const char *path, const LinuxDrive &drive)
+    {
+        return {DriveErrorCode::NotTheReader, std::string("\"") + path + "\" is not created: " +
+                                                  placeOf(drive) + " holds no K-DRIVER.DMP"};
+    }
+
+    static std::string placeOf(const LinuxDrive &drive)
+    {
+        return drive.device.empty() ? drive.folder : drive.folder + " (" + drive.device + ")";
+    }
 
     // A letter that no scan has ever listed and nobody has asked for belongs to no drive, and the
     // path is an ordinary one. A letter whose drive is gone stays a drive's: neither its empty
@@ -138,15 +174,16 @@ private:
         const bool hasLetter = path[0] != '\0' && std::strncmp(path + 1, ":\\", 2) == 0;
         const LinuxDrive *drive = hasLetter ? m_drives.find(path[0]) : nullptr;
         if (drive == nullptr && !(hasLetter && m_askedLetters.count(path[0]) != 0))
-            return {path, false, {}};
+            return {path, false, nullptr, {}};
         if (drive == nullptr || !m_drives.isPresent(*drive))
             return {path,
                     true,
+                    nullptr,
                     {DriveErrorCode::Gone, std::string("The drive of \"") + path +
                                                "\" is gone; plug it in and mount it"}};
         std::string onDrive = path + 2;
         std::replace(onDrive.begin(), onDrive.end(), '\\', '/');
-        return {drive->folder + onDrive, true, {}};
+        return {drive->folder + onDrive, true, drive, {}};
     }
 
     LinuxDrives m_drives;

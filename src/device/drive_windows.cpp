@@ -54,9 +54,21 @@ public:
     {
         if (!isCommandFile(path))
             return openUserFileForWrite(path, file);
+        if (isOnStrangeDrive(path))
+            return notTheReader(path);
         const HANDLE handle = CreateFileA(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                           FILE_FLAG_WRITE_THROUGH, nullptr);
         return adopt(handle, path, Buffering::Buffered, file);
+    }
+
+    DriveStatus mayWrite(const char *path) override
+    {
+        if (isOnStrangeDrive(path))
+            return notTheReader(path);
+        const HANDLE handle = CreateFileA(path, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        std::unique_ptr<DriveFile> file;
+        return adopt(handle, path, Buffering::Buffered, &file);
     }
 
     // Every handle is closed with its command; there is nothing to give up.
@@ -70,6 +82,30 @@ private:
     static bool isCommandFile(const char *path)
     {
         return path[0] != '\0' && std::strcmp(path + 1, ":\\CMD.CMD") == 0;
+    }
+
+    static bool isMissing(const std::string &path)
+    {
+        return GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES &&
+               statusFromError(GetLastError(), "look for", path).code == DriveErrorCode::NotFound;
+    }
+
+    // A command file that is missing, on a removable drive that holds no identity file either. A
+    // drive that cannot be asked is not strange.
+    static bool isOnStrangeDrive(const char *path)
+    {
+        if (!isCommandFile(path) || !isMissing(path))
+            return false;
+        const std::string root(path, 2);
+        return GetDriveTypeA(rootFolder(root.c_str()).c_str()) == DRIVE_REMOVABLE &&
+               isMissing(root + "\\K-DRIVER.DMP");
+    }
+
+    // A memory stick is left as it is.
+    static DriveStatus notTheReader(const char *path)
+    {
+        return {DriveErrorCode::NotTheReader, std::string("\"") + path + "\" is not created: " +
+                                                  std::string(path, 2) + " holds no K-DRIVER.DMP"};
     }
 
     static DriveStatus adopt(HANDLE handle, const char *path, Buffering buffering,

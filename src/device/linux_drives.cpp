@@ -1,6 +1,7 @@
 #include "device/linux_drives.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -147,10 +148,10 @@ std::string labelOfDevice(const std::string &deviceNumber, const LinuxDriveSourc
     return {};
 }
 
-bool holdsIdentityFile(const std::string &folder)
+bool lacksIdentityFile(const std::string &folder)
 {
     struct stat status = {};
-    return ::stat((folder + "/K-DRIVER.DMP").c_str(), &status) == 0;
+    return ::stat((folder + "/K-DRIVER.DMP").c_str(), &status) != 0 && errno == ENOENT;
 }
 
 LinuxDrives::LinuxDrives(LinuxDriveSources sources) : m_sources(std::move(sources))
@@ -226,7 +227,7 @@ std::vector<LinuxDrive> LinuxDrives::removableVolumes() const
         drive.folder = volume.folder;
         drive.device = volume.device;
         drive.deviceNumber = volume.deviceNumber;
-        (holdsIdentityFile(volume.folder) ? readers : others).push_back(drive);
+        (lacksIdentityFile(volume.folder) ? others : readers).push_back(drive);
     }
     return lettered(readers, others);
 }

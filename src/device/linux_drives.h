@@ -50,8 +50,8 @@ bool isRemovableDevice(const std::string &deviceNumber, const std::string &block
 // The label of a device, from the links to the system's names of devices; empty if it has none.
 std::string labelOfDevice(const std::string &deviceNumber, const LinuxDriveSources &sources);
 
-// Whether the folder holds the reader's identity file, whatever is in it.
-bool holdsIdentityFile(const std::string &folder);
+// Whether the folder has no identity file of a reader's. False if that cannot be told.
+bool lacksIdentityFile(const std::string &folder);
 
 class LinuxDrives
 {

@@ -20,6 +20,11 @@ enum class CachePolicy {
     DropFirst // the whole file is dropped from the cache before every read
 };
 
+DriveStatus usedByAnother(const std::string &path)
+{
+    return {DriveErrorCode::InUse, "\"" + path + "\" is open in another program"};
+}
+
 class LinuxReadFile : public DriveFile
 {
 public:
@@ -166,6 +171,14 @@ DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,
     return {};
 }
 
+DriveStatus mayWriteLinuxFile(const std::string &path)
+{
+    const FileDescriptor file(openRetrying(path, O_WRONLY));
+    if (!file.isOpen())
+        return statusFromErrno(errno, "open", path);
+    return lockForWriting(file.get()) ? DriveStatus{} : usedByAnother(path);
+}
+
 bool KeptFile::isStill(const std::string &path) const
 {
     struct stat named = {};
@@ -189,8 +202,10 @@ DriveStatus KeptFile::open(const std::string &path)
     m_path = path;
     if (!m_file.isOpen())
         return fail(errno, "open");
-    if (!lockForWriting(m_file.get()))
-        return fail(EWOULDBLOCK, "lock");
+    if (!lockForWriting(m_file.get())) {
+        release();
+        return usedByAnother(path);
+    }
     m_isInUse = true;
     m_isEntrySynced = false;
     return {};

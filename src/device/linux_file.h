@@ -35,14 +35,18 @@ DriveStatus statusFromErrno(int error, const char *operation, const std::string 
 DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,
                                  std::unique_ptr<DriveFile> *file);
 
+// Whether an existing file could be opened for writing and nobody else holds it. Changes nothing.
+DriveStatus mayWriteLinuxFile(const std::string &path);
+
 // A file on the reader's drive that stays open between commands, because closing a descriptor that
 // was open for writing sleeps 100 ms on a desktop's FAT mount.
 class KeptFile
 {
 public:
     // Makes the descriptor good for `path`: keeps it if it still is that file, else opens the file
-    // (creating it if need be) and locks it against a second writer. Refused while the file is in
-    // use, which it is from a successful call to the next finish().
+    // (creating it if need be) and locks it against a second writer; InUse if there is one. Refused
+    // while the file is in use by this program, which it is from a successful call to the next
+    // finish().
     DriveStatus open(const std::string &path);
     void finish() { m_isInUse = false; }
 

@@ -29,6 +29,7 @@ public:
     {
         return m_backend.openForWrite(path, file);
     }
+    DriveStatus mayWrite(const char *path) override { return m_backend.mayWrite(path); }
     void releaseDrive() override { m_backend.releaseDrive(); }
 
 private:

@@ -20,10 +20,11 @@ DriveErrorCode codeFromError(DWORD error)
     case ERROR_INVALID_DRIVE:
         return DriveErrorCode::NotFound;
     case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
     case ERROR_WRITE_PROTECT:
         return DriveErrorCode::Refused;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+        return DriveErrorCode::InUse;
     case ERROR_NOT_READY:
     case ERROR_DEV_NOT_EXIST:
     case kNoSuchDevice:

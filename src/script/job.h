@@ -76,6 +76,8 @@ enum class JobEnd {
     Done,            // the script ended well; see JobResult for how much it moved
     NoReader,        // no drive answered
     NoMode,          // the bus mode could not be selected
+    ReaderInUse,     // because another program uses the reader
+    NotTheReader,    // because the drive that was taken for the reader is none
     NoMemory,        // there is no memory for the bytes
     NoScript,        // the script's file does not exist
     InputNotOpened,  // the file to be written cannot be opened

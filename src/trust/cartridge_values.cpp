@@ -165,12 +165,13 @@ bool isRecognised(const CartridgeReport &report)
            report.outcome == ReportOutcome::GbaCartridge || isUnknownGbaGame(report);
 }
 
-JobEnd readerFaultOf(ReportOutcome outcome)
+JobEnd readerFaultOf(const CartridgeReport &report)
 {
-    switch (outcome) {
+    switch (report.outcome) {
     case ReportOutcome::NoReader:
         return JobEnd::NoReader;
     case ReportOutcome::NoMode:
+        return report.modeFault;
     case ReportOutcome::ShortRead:
         return JobEnd::NoMode;
     case ReportOutcome::GbCartridge:

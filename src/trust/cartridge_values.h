@@ -35,8 +35,9 @@ QString titleOf(const CartridgeReport &report);
 // Whether the slot holds a cartridge that one can tell from another.
 bool isRecognised(const CartridgeReport &report);
 
-// How a job would have ended with the reader as the report found it: NoReader, NoMode, or Done.
-JobEnd readerFaultOf(ReportOutcome outcome);
+// How a job would have ended with the reader as the report found it: NoReader, what modeFault()
+// says, or Done.
+JobEnd readerFaultOf(const CartridgeReport &report);
 
 // A task that must not be tried on this cartridge.
 enum class Danger { None, Mbc6Save, Mbc7Save, Tama5Save };

@@ -4,6 +4,7 @@
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "worker/job_run.h"
 
 namespace
 {
@@ -91,7 +92,7 @@ ProbedChip probeFlashChipTwice()
     if (findDevice(0, nullptr) == 0)
         return {ProbeEnd::NotAsked, JobEnd::NoReader, {}};
     if (selectGbMode() == 0)
-        return {ProbeEnd::NotAsked, JobEnd::NoMode, {}};
+        return {ProbeEnd::NotAsked, modeFault(), {}};
     const FlashChipAnswer chip = probeFlashChip();
     const FlashChipAnswer again = probeFlashChip();
     // Had the last command of the query been lost, both reads for the backup would show the query

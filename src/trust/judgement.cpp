@@ -22,6 +22,8 @@ JudgementKind judgementOfJob(const JobResult &result)
                    : JudgementKind::Incomplete;
     case JobEnd::NoReader:
     case JobEnd::NoMode:
+    case JobEnd::ReaderInUse:
+    case JobEnd::NotTheReader:
     case JobEnd::NoMemory:
     case JobEnd::NoScript:
     case JobEnd::InputNotOpened:

@@ -29,8 +29,9 @@ QString failureText(const Outcome &outcome)
         return incompleteText(outcome);
     if (!outcome.job.scriptError.isEmpty())
         return withStop(reasonOf(outcome.job));
-    const QString error =
-        outcome.job.driveError.isEmpty() ? QString() : QLatin1Char(' ') + outcome.job.driveError;
+    const QString error = outcome.job.driveError.isEmpty()
+                              ? QString()
+                              : QLatin1Char(' ') + withStop(outcome.job.driveError);
     if (outcome.job.end == JobEnd::Refused) // the only job that no script is asked for
         return flashFaultText(FlashFault::GbaRom, 0, 0);
     return outcome.job.end == JobEnd::OutputNotWritten

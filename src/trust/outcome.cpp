@@ -34,6 +34,8 @@ CartridgeState stateAfter(const CartridgeJob &job, const JobResult &result)
     switch (result.end) {
     case JobEnd::NoReader:
     case JobEnd::NoMode:
+    case JobEnd::ReaderInUse:
+    case JobEnd::NotTheReader:
     case JobEnd::NoMemory:
     case JobEnd::NoScript:
     case JobEnd::InputNotOpened:

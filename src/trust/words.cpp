@@ -116,6 +116,10 @@ QString jobFailureText(JobEnd end, const QString &scriptPath)
         return QStringLiteral("No reader was found.");
     case JobEnd::NoMode:
         return QStringLiteral("The reader does not answer.");
+    case JobEnd::ReaderInUse:
+        return QStringLiteral("Another program uses the reader.");
+    case JobEnd::NotTheReader:
+        return QStringLiteral("The drive that was taken for the reader is none.");
     case JobEnd::NoMemory:
         return QStringLiteral("There is not enough memory.");
     case JobEnd::NoScript:

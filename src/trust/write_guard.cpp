@@ -175,7 +175,7 @@ WriteGuard guardFlash(const WantedWrite &write, const CartridgeReport &report,
 WriteGuard lookBefore(const CartridgeJob &job, CartridgeReport *report)
 {
     *report = detectCartridge([](const QString &) {});
-    const JobEnd fault = readerFaultOf(report->outcome);
+    const JobEnd fault = readerFaultOf(*report);
     if (fault != JobEnd::Done)
         return refuse(jobFailure(fault));
     const std::optional<int> system = valuesFound(*report).system;

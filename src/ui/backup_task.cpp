@@ -59,7 +59,8 @@ Outcome notRecognised(const CartridgeReport &report)
     Outcome outcome;
     outcome.trouble = Trouble::JobFailed;
     outcome.state = CartridgeState::LookedAt;
-    outcome.job.end = readerFaultOf(report.outcome);
+    outcome.job.end = readerFaultOf(report);
+    outcome.job.driveError = report.driveError;
     return outcome;
 }
 

@@ -302,6 +302,14 @@ DriveStatus FaultyDrive::openForWrite(const char *path, std::unique_ptr<DriveFil
     return status;
 }
 
+DriveStatus FaultyDrive::mayWrite(const char *path)
+{
+    const auto fault = m_state->enter(DriveCall::MayWrite, path);
+    if (m_state->gone && m_state->onDrive(path))
+        return injected(DriveErrorCode::NotFound, path);
+    return hits(fault) ? injected(fault->code, path) : m_inner.mayWrite(path);
+}
+
 void FaultyDrive::releaseDrive()
 {
     m_inner.releaseDrive();

@@ -21,6 +21,7 @@ enum class DriveCall {
     VolumeLabel,
     OpenForRead,
     OpenForWrite,
+    MayWrite,
     Read,
     Write,
     Size,
@@ -83,6 +84,7 @@ public:
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override;
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;
+    DriveStatus mayWrite(const char *path) override;
     void releaseDrive() override;
 
     // Faults and counts; shared with the open files.

@@ -216,12 +216,21 @@ DriveStatus InProcessDrive::openForWrite(const char *path, std::unique_ptr<Drive
 {
     if (!isOwnRoot(path) || path[2] != '\\')
         return m_files.openForWrite(path, file);
+    const DriveStatus status = mayWrite(path);
+    if (status.ok())
+        *file = std::make_unique<CommandHandle>(*m_reader, path, m_commandFileOpen);
+    return status;
+}
+
+DriveStatus InProcessDrive::mayWrite(const char *path)
+{
+    if (!isOwnRoot(path) || path[2] != '\\')
+        return m_files.mayWrite(path);
     if (readerFileNamed(path + 3) != ReaderFile::Command)
         return failure(DriveErrorCode::Refused,
                        std::string("open ") + path + ": only the command file can be written");
     if (m_commandFileOpen)
-        return failure(DriveErrorCode::Refused, std::string("open ") + path + ": it is open");
-    *file = std::make_unique<CommandHandle>(*m_reader, path, m_commandFileOpen);
+        return failure(DriveErrorCode::InUse, std::string("open ") + path + ": it is open");
     return {};
 }
 

@@ -38,6 +38,7 @@ public:
                             std::unique_ptr<DriveFile> *file) override;
     // Only the command file can be written; no other file can be made on the drive.
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;
+    DriveStatus mayWrite(const char *path) override;
     void releaseDrive() override;
 
 private:

@@ -3,6 +3,7 @@
 #include "cart/setting_tables.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "worker/job_run.h"
 #include "worker/shown_text.h"
 
 #include <QCoreApplication>
@@ -88,8 +89,11 @@ private:
 
     bool readHeader(std::uint32_t (*selectMode)(), DeviceOperation DeviceOps::*read)
     {
-        if (selectMode() == 0)
+        if (selectMode() == 0) {
+            m_report.modeFault = modeFault();
+            m_report.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
             return fail(ReportOutcome::NoMode, tr("Initialize device error."));
+        }
         if ((deviceOps.*read)(0, m_report.header.data(), kReportedBytes) != kReportedBytes)
             return fail(ReportOutcome::ShortRead, tr("Read ROM error."));
         return true;

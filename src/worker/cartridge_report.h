@@ -7,6 +7,7 @@
 
 #include "cart/gb_header.h"
 #include "cart/gba_header.h"
+#include "script/job.h"
 
 #include <QByteArray>
 #include <QString>
@@ -45,7 +46,7 @@ struct HeaderDecoders {
 
 enum class ReportOutcome {
     NoReader,     // no drive answered
-    NoMode,       // a bus mode could not be selected
+    NoMode,       // a bus mode could not be selected; see `modeFault`
     ShortRead,    // the header could not be read
     GbCartridge,  // `gb` is filled
     GbaCartridge, // `gba` is filled
@@ -54,9 +55,11 @@ enum class ReportOutcome {
 
 struct CartridgeReport {
     ReportOutcome outcome = ReportOutcome::NoReader;
-    QString label;    // of the reader's drive
-    QString firmware; // the reader's name for itself
-    QString error;    // the line that says why no cartridge was recognised; empty if one was
+    JobEnd modeFault = JobEnd::NoMode; // of NoMode, as modeFault() has it
+    QString driveError;                // of NoMode, in the system's words
+    QString label;                     // of the reader's drive
+    QString firmware;                  // the reader's name for itself
+    QString error; // the line that says why no cartridge was recognised; empty if one was
     GbHeaderInfo gb;
     GbaHeaderInfo gba;
     QByteArray header; // the last kReportedBytes bytes read; zeros where nothing arrived

@@ -77,10 +77,22 @@ JobEnd selectReader(const CartridgeJob &job)
         return JobEnd::NoReader;
     const bool isGba = isGbaJob(job.operate);
     if ((isGba ? selectGbaMode() : selectGbMode()) == 0)
-        return JobEnd::NoMode;
+        return modeFault();
     if (isGba)
         bindSaveType(job.saveType, job.ramSize);
     return JobEnd::Done;
+}
+
+JobEnd modeFault()
+{
+    switch (lastDriveErrorCode()) {
+    case DriveErrorCode::InUse:
+        return JobEnd::ReaderInUse;
+    case DriveErrorCode::NotTheReader:
+        return JobEnd::NotTheReader;
+    default:
+        return JobEnd::NoMode;
+    }
 }
 
 void keyCipher()

@@ -17,8 +17,12 @@ JobResult runJob(const CartridgeJob &job, const QByteArray &input, JobListener &
 // For the owner of a ReaderSession, in this order.
 
 // Looks for the reader, puts it on the job's bus and binds the job's kind of save memory.
-// Returns: Done, NoReader or NoMode.
+// Returns: Done, NoReader, or what modeFault() says.
 JobEnd selectReader(const CartridgeJob &job);
+
+// Why the bus mode could not just be selected: NoMode, ReaderInUse or NotTheReader. Nothing was
+// sent to the reader then.
+JobEnd modeFault();
 
 // A flash job's cipher key, which the reader hands out anew for every job. A failed query leaves a
 // key of zeros.

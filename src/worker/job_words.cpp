@@ -32,6 +32,8 @@ QString jobEndLine(JobEnd end)
     case JobEnd::NoReader:
         return FamicomThread::tr("Can not found device.");
     case JobEnd::NoMode:
+    case JobEnd::ReaderInUse:
+    case JobEnd::NotTheReader:
         return FamicomThread::tr("Initialize device error.");
     case JobEnd::NoMemory:
         return FamicomThread::tr("Not enough memory.");

@@ -171,25 +171,35 @@ void DriveListTest::stickInFrontOfTheReaderIsWarnedOf()
 void DriveListTest::readersFilesAreTried_data()
 {
     QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("call");
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("line");
-    QTest::newRow("no command file yet") << "CMD.CMD" << int(DriveErrorCode::NotFound)
+    const QString commandFails = "CMD.CMD: fails: E:\\CMD.CMD: injected fault";
+    const int write = static_cast<int>(DriveCall::MayWrite);
+    const int read = static_cast<int>(DriveCall::OpenForRead);
+    QTest::newRow("no command file yet") << "CMD.CMD" << write << int(DriveErrorCode::NotFound)
                                          << "CMD.CMD: missing (the first command makes it)";
-    QTest::newRow("command file refused") << "CMD.CMD" << int(DriveErrorCode::Refused)
-                                          << "CMD.CMD: fails: E:\\CMD.CMD: injected fault";
-    QTest::newRow("no data file") << "DUMP.ROM" << int(DriveErrorCode::NotFound)
+    QTest::newRow("command file refused")
+        << "CMD.CMD" << write << int(DriveErrorCode::Refused) << commandFails;
+    QTest::newRow("command file in use")
+        << "CMD.CMD" << write << int(DriveErrorCode::InUse) << commandFails;
+    QTest::newRow("command file not made")
+        << "CMD.CMD" << write << int(DriveErrorCode::NotTheReader) << commandFails;
+    QTest::newRow("no data file") << "DUMP.ROM" << read << int(DriveErrorCode::NotFound)
                                   << "DUMP.ROM: missing";
-    QTest::newRow("data file refused") << "DUMP.ROM" << int(DriveErrorCode::Refused)
+    QTest::newRow("data file refused") << "DUMP.ROM" << read << int(DriveErrorCode::Refused)
                                        << "DUMP.ROM: fails: E:\\DUMP.ROM: injected fault";
 }
 
 void DriveListTest::readersFilesAreTried()
 {
     QFETCH(QString, name);
+    QFETCH(int, call);
     QFETCH(int, code);
     QFETCH(QString, line);
-    m_shelf->addReader('E').addFault(lastingFault(
-        DriveCall::OpenForRead, name.toLatin1().constData(), static_cast<DriveErrorCode>(code)));
+    m_shelf->addReader('E').addFault(lastingFault(static_cast<DriveCall>(call),
+                                                  name.toLatin1().constData(),
+                                                  static_cast<DriveErrorCode>(code)));
     ReportCapture capture(OutputStyle::Text);
     QCOMPARE(runDrives(capture.reporter()), ExitCode::Done);
     QVERIFY2(capture.answers().contains("   " + line + "\n"), qPrintable(capture.answers()));

@@ -38,6 +38,9 @@ private slots:
     void handleResults();
     void lastErrorIsKeptUntilCleared();
     void sessionReleasesTheReader();
+    void codeOfTheLastErrorIsKept();
+    void noBackendEndsEveryCall();
+    void callOfTheReaderIsTimed();
 
 private:
     std::unique_ptr<RecordingDrive> m_drive;
@@ -314,6 +317,55 @@ void DeviceLinkTest::sessionReleasesTheReader()
     QCOMPARE(report(false), 2);
     QCOMPARE(m_drive->calls,
              QStringList({"create E:\\CMD.CMD", "write 512 at 0", "close", "release"}));
+}
+
+void DeviceLinkTest::codeOfTheLastErrorIsKept()
+{
+    clearLastDriveError();
+    QVERIFY(lastDriveErrorCode() == DriveErrorCode::None);
+    char bytes[16] = {};
+    QCOMPARE(readFileAt("missing", bytes, 10, 0), 0U);
+    QVERIFY(lastDriveErrorCode() != DriveErrorCode::None);
+    clearLastDriveError();
+    QVERIFY(lastDriveErrorCode() == DriveErrorCode::None);
+}
+
+void DeviceLinkTest::noBackendEndsEveryCall()
+{
+    setDriveBackend(nullptr);
+    char bytes[16] = {};
+    QCOMPARE(findDevice(0, nullptr), 0);
+    QCOMPARE(findDevice('E', nullptr), 0);
+    QCOMPARE(sendEmptyCommand(kClassReader, 2), 0U);
+    QCOMPARE(readDumpFile(0, bytes, 16), kFailed);
+    QCOMPARE(readFileAt("file", bytes, 10, 0), 0U);
+    QVERIFY(openForRead("file") == nullptr);
+    QVERIFY(openForWrite("file") == nullptr);
+    QVERIFY(lastDriveErrorCode() == DriveErrorCode::NotFound);
+    QCOMPARE(QByteArray(lastDriveError().c_str()),
+             QByteArray("\"file\": this program has chosen no drive backend"));
+    releaseReader();
+    QVERIFY(m_drive->calls.isEmpty());
+}
+
+void DeviceLinkTest::callOfTheReaderIsTimed()
+{
+    QCOMPARE(readerCallMs(), 0);
+    int inside = -1;
+    m_drive->onRead = [&inside] {
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < 20) {
+        }
+        inside = readerCallMs();
+    };
+    char bytes[16] = {};
+    QCOMPARE(readDumpFile(0, bytes, 16), 16U);
+    QVERIFY2(inside >= 20, qPrintable(QString::number(inside)));
+    QCOMPARE(readerCallMs(), 0);
+    // The user's files are on disks of their own.
+    QCOMPARE(readFileAt("file", bytes, 10, 0), 10U);
+    QCOMPARE(inside, 0);
 }
 
 GBDRIVER_TEST(DeviceLinkTest, none)

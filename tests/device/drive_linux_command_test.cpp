@@ -38,6 +38,9 @@ private slots:
     void secondWriterIsRefused();
     void readersAreAllowedMeanwhile();
     void commandFileIsNotReadable();
+    void nothingIsCreatedWithoutAnIdentityFile();
+    void mayWriteTellsWithoutATrace_data();
+    void mayWriteTellsWithoutATrace();
     void refusedPathsCreateNothing_data();
     void refusedPathsCreateNothing();
     void fullDeviceIsReportedAndGivenUp();
@@ -69,7 +72,7 @@ void DriveLinuxCommandTest::fileHoldsExactlyTheNewRun()
         QVERIFY(QFile::exists(reader.path("CMD.CMD")));
         QVERIFY(contentOf(reader.path("CMD.CMD")) == run);
     }
-    QCOMPARE(entriesOf(reader.folder()), QStringList({"CMD.CMD"}));
+    QCOMPARE(entriesOf(reader.folder()), QStringList({"CMD.CMD", "K-DRIVER.DMP"}));
 }
 
 void DriveLinuxCommandTest::fileIsReplacedInPlace()
@@ -217,14 +220,17 @@ void DriveLinuxCommandTest::secondWriterIsRefused()
     const auto second = LinuxReaderFolder::scannedBackend();
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '1')).ok());
     const DriveStatus refused = writeThrough(second.get(), kCommandPath, QByteArray(512, '2'));
-    QVERIFY(refused.code == DriveErrorCode::Refused);
+    QVERIFY(refused.code == DriveErrorCode::InUse);
+    QCOMPARE(QByteArray(refused.message.c_str()),
+             '"' + reader.path("CMD.CMD").toLocal8Bit() + "\" is open in another program");
+    QVERIFY(second->mayWrite(kCommandPath.constData()).code == DriveErrorCode::InUse);
     QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, '1'));
     QCOMPARE(descriptorsOn(reader.path("CMD.CMD")).size(), 1);
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '3')).ok());
     first->releaseDrive();
     QVERIFY(writeThrough(second.get(), kCommandPath, QByteArray(512, '4')).ok());
     QVERIFY(writeThrough(first.get(), kCommandPath, QByteArray(512, '5')).code ==
-            DriveErrorCode::Refused);
+            DriveErrorCode::InUse);
     QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray(512, '4'));
 }
 
@@ -250,6 +256,69 @@ void DriveLinuxCommandTest::commandFileIsNotReadable()
     QCOMPARE(count, 0U);
 }
 
+// A memory stick that was taken for the reader stays as it is.
+void DriveLinuxCommandTest::nothingIsCreatedWithoutAnIdentityFile()
+{
+    const LinuxReaderFolder reader(QDir::tempPath());
+    QVERIFY(QFile::remove(reader.path("K-DRIVER.DMP")));
+    const auto backend = LinuxReaderFolder::scannedBackend();
+    const DriveStatus refused = writeThrough(backend.get(), kCommandPath, "command");
+    QVERIFY(refused.code == DriveErrorCode::NotTheReader);
+    QVERIFY2(refused.message.find(reader.folder().toStdString()) != std::string::npos,
+             refused.message.c_str());
+    QCOMPARE(entriesOf(reader.folder()), QStringList());
+
+    // A drive that has one is written to, as it passes for a reader all the same.
+    putFile(reader.path("CMD.CMD"), "old");
+    QVERIFY(writeThrough(backend.get(), kCommandPath, "command").ok());
+    QVERIFY(QFile::remove(reader.path("CMD.CMD")));
+    QVERIFY(writeThrough(backend.get(), kCommandPath, "again").code ==
+            DriveErrorCode::NotTheReader);
+    QCOMPARE(entriesOf(reader.folder()), QStringList());
+}
+
+void DriveLinuxCommandTest::mayWriteTellsWithoutATrace_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<int>("code");
+    QTest::newRow("both") << QStringList{"CMD.CMD", "K-DRIVER.DMP"}
+                          << static_cast<int>(DriveErrorCode::None);
+    QTest::newRow("command file alone")
+        << QStringList{"CMD.CMD"} << static_cast<int>(DriveErrorCode::None);
+    QTest::newRow("no command file yet")
+        << QStringList{"K-DRIVER.DMP"} << static_cast<int>(DriveErrorCode::NotFound);
+    QTest::newRow("neither") << QStringList() << static_cast<int>(DriveErrorCode::NotTheReader);
+    QTest::newRow("folder in its place")
+        << QStringList{"CMD.CMD/", "K-DRIVER.DMP"} << static_cast<int>(DriveErrorCode::Refused);
+    // Root may write anything but this.
+    QTest::newRow("read-only file") << QStringList{"CMD.CMD@/sys/kernel/uevent_seqnum"}
+                                    << static_cast<int>(DriveErrorCode::Refused);
+}
+
+void DriveLinuxCommandTest::mayWriteTellsWithoutATrace()
+{
+    QFETCH(QStringList, files);
+    QFETCH(int, code);
+    const LinuxReaderFolder reader(QDir::tempPath());
+    QVERIFY(QFile::remove(reader.path("K-DRIVER.DMP")));
+    for (const QString &name : files) {
+        if (name.endsWith('/'))
+            QVERIFY(QDir(reader.folder()).mkdir(name));
+        else if (name.contains('@'))
+            QVERIFY(QFile::link(name.section('@', 1), reader.path(name.section('@', 0, 0))));
+        else
+            putFile(reader.path(name), "content");
+    }
+    const QStringList before = entriesOf(reader.folder());
+    const auto backend = LinuxReaderFolder::scannedBackend();
+    const DriveStatus status = backend->mayWrite(kCommandPath.constData());
+    QVERIFY2(static_cast<int>(status.code) == code, status.message.c_str());
+    QCOMPARE(entriesOf(reader.folder()), before);
+    if (files.contains("CMD.CMD"))
+        QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray("content"));
+    QCOMPARE(descriptorsOn(reader.path("CMD.CMD")).size(), 0);
+}
+
 void DriveLinuxCommandTest::refusedPathsCreateNothing_data()
 {
     QTest::addColumn<QByteArray>("path");
@@ -273,7 +342,7 @@ void DriveLinuxCommandTest::refusedPathsCreateNothing()
     const DriveStatus status = writeThrough(backend.get(), path, "command");
     QCOMPARE(static_cast<int>(status.code), code);
     QVERIFY(!status.message.empty());
-    QCOMPARE(entriesOf(reader.folder()), QStringList({"FILE", "FOLDER"}));
+    QCOMPARE(entriesOf(reader.folder()), QStringList({"FILE", "FOLDER", "K-DRIVER.DMP"}));
     QVERIFY(entriesOf(reader.path("FOLDER")).isEmpty());
     QCOMPARE(contentOf(reader.path("FILE")), QByteArray("content"));
 }

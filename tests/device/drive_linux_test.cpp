@@ -4,6 +4,7 @@
 
 #include "device/device_commands.h"
 #include "device/device_link.h"
+#include "device/device_ops.h"
 #include "files.h"
 #include "test_class.h"
 
@@ -130,9 +131,12 @@ void DriveLinuxTest::linkFindsANamedLetterWithoutAScan()
 void DriveLinuxTest::linkPassesAFolderWithoutFiles()
 {
     const LinuxReaderFolder reader(QDir::tempPath());
+    QVERIFY(QFile::remove(reader.path("K-DRIVER.DMP")));
     const auto backend = createPlatformBackend();
     setDriveBackend(backend.get());
     QCOMPARE(findDevice(0, nullptr), 1);
+    QCOMPARE(selectGbMode(), 0U);
+    QVERIFY(lastDriveErrorCode() == DriveErrorCode::NotTheReader);
     QVERIFY(entriesOf(reader.folder()).isEmpty());
     putFile(reader.path("K-DRIVER.DMP"), "too short");
     QCOMPARE(findDevice(0, nullptr), 0);
@@ -185,7 +189,7 @@ void DriveLinuxTest::letterOfNoScanIsAnOrdinaryPath()
         QVERIFY2(writeThrough(backend.get(), path, path).ok(), path.constData());
         QCOMPARE(contentOf(QFile::decodeName(path)), path);
     }
-    QVERIFY(entriesOf(reader.folder()).isEmpty());
+    QCOMPARE(entriesOf(reader.folder()), QStringList("K-DRIVER.DMP"));
     std::unique_ptr<DriveFile> file;
     QVERIFY(backend->openForRead("", Buffering::Unbuffered, &file).code ==
             DriveErrorCode::NotFound);
@@ -238,6 +242,7 @@ void DriveLinuxTest::returnedFolderServesAgain()
     QVERIFY(parent.rename("reader", "elsewhere"));
     QVERIFY(!writeThrough(backend.get(), "E:\\CMD.CMD", "lost").ok());
     QVERIFY(parent.mkdir("reader"));
+    putFile(reader.path("K-DRIVER.DMP"), "");
     QVERIFY(writeThrough(backend.get(), "E:\\CMD.CMD", "after").ok());
     QCOMPARE(contentOf(reader.path("CMD.CMD")), QByteArray("after"));
     QCOMPARE(contentOf(reader.parent() + "/elsewhere/CMD.CMD"), QByteArray("before"));

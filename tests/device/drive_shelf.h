@@ -76,6 +76,11 @@ public:
         m_isWritten = true;
         return nothing(path);
     }
+    DriveStatus mayWrite(const char *path) override
+    {
+        DriveBackend *drive = find(path);
+        return drive == nullptr ? nothing(path) : drive->mayWrite(path);
+    }
     void releaseDrive() override {}
 
 private:

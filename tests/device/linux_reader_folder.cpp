@@ -15,6 +15,7 @@ LinuxReaderFolder::LinuxReaderFolder(const QString &place, const QString &name,
     : m_temporary(place + "/gbdriver-test-XXXXXX"), m_name(name)
 {
     QDir(parent()).mkdir(name);
+    putFile(path("K-DRIVER.DMP"), "");
     qputenv("GBDRIVER_DRIVES", "E=" + QFile::encodeName(folder()) + ":" + label);
 }
 

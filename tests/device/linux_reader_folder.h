@@ -11,7 +11,8 @@
 
 #include <memory>
 
-// A folder declared as drive E through GBDRIVER_DRIVES, inside a temporary folder of `place`.
+// A folder declared as drive E through GBDRIVER_DRIVES, inside a temporary folder of `place`. It
+// holds an identity file without content, and nothing else.
 class LinuxReaderFolder
 {
 public:

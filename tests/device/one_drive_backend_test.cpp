@@ -62,6 +62,11 @@ public:
         calls << QString("write ") + path;
         return open(file, "write status");
     }
+    DriveStatus mayWrite(const char *path) override
+    {
+        calls << QString("may write ") + path;
+        return {DriveErrorCode::Refused, "may write status"};
+    }
     void releaseDrive() override { calls << "release"; }
 
     std::uint32_t drives = bitOf('C') | bitOf('E') | bitOf('Z');
@@ -143,8 +148,11 @@ private slots:
     void releaseIsPassedOn()
     {
         RecordingBackend backend;
-        OneDriveBackend(backend, 'E').releaseDrive();
-        QCOMPARE(backend.calls, QStringList("release"));
+        OneDriveBackend one(backend, 'E');
+        one.releaseDrive();
+        QCOMPARE(QByteArray(one.mayWrite("E:\\CMD.CMD").message.c_str()),
+                 QByteArray("may write status"));
+        QCOMPARE(backend.calls, (QStringList{"release", "may write E:\\CMD.CMD"}));
     }
 };
 

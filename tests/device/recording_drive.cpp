@@ -48,6 +48,8 @@ public:
         *count = 0;
         const QString call = QString("read %1 at %2").arg(length).arg(m_position);
         m_drive->calls.append(call);
+        if (m_drive->onRead)
+            m_drive->onRead();
         m_drive->reads.append({m_path, m_position, length, destination});
         if (m_forWriting || m_drive->takesFailure(DriveCall::Read))
             return scriptedFailure(call);
@@ -197,6 +199,12 @@ DriveStatus RecordingDrive::openForWrite(const char *path, std::unique_ptr<Drive
     if (takesFailure(DriveCall::OpenWrite) || !canReach(path))
         return scriptedFailure(calls.last());
     *file = std::make_unique<RecordedFile>(this, path, QByteArray(), true);
+    return {};
+}
+
+DriveStatus RecordingDrive::mayWrite(const char *path)
+{
+    calls.append(QString("may write ") + path);
     return {};
 }
 

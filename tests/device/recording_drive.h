@@ -4,6 +4,7 @@
 // Calls are kept as short texts, so that a whole exchange is one comparison:
 //   "drives", "type E:", "label E:", "release",
 //   "open E:\DUMP.ROM unbuffered", "open E:\DUMP.ROM buffered", "create E:\CMD.CMD",
+//   "may write E:\CMD.CMD",
 //   "seek 32768", "read 1024 at 32768", "write 512 at 0", "size", "close".
 // A file that is destroyed without having been closed leaves "dropped E:\CMD.CMD".
 #pragma once
@@ -14,6 +15,8 @@
 #include <QList>
 #include <QMap>
 #include <QStringList>
+
+#include <functional>
 
 enum class DriveCall { Label, OpenRead, OpenWrite, Read, Write, Size, Close };
 
@@ -54,6 +57,9 @@ public:
     // The count that a failing or short write reports; a short write is one that does not fail.
     void setNextWriteCount(std::uint32_t count);
 
+    // Called in the middle of every read.
+    std::function<void()> onRead;
+
     // --- looking back ----------------------------------------------------------------------------
 
     QStringList calls;
@@ -74,6 +80,7 @@ public:
     DriveStatus openForRead(const char *path, Buffering buffering,
                             std::unique_ptr<DriveFile> *file) override;
     DriveStatus openForWrite(const char *path, std::unique_ptr<DriveFile> *file) override;
+    DriveStatus mayWrite(const char *path) override;
     void releaseDrive() override;
 
 private:

@@ -219,9 +219,11 @@ void InProcessDriveTest::commandFileIsExclusive()
     std::unique_ptr<DriveFile> second;
     QVERIFY(bench.drive.openForWrite("E:\\CMD.CMD", &first).ok());
     QCOMPARE(int(bench.drive.openForWrite("E:\\CMD.CMD", &second).code),
-             int(DriveErrorCode::Refused));
+             int(DriveErrorCode::InUse));
+    QCOMPARE(int(bench.drive.mayWrite("E:\\CMD.CMD").code), int(DriveErrorCode::InUse));
     QVERIFY(second == nullptr);
     first.reset();
+    QVERIFY(bench.drive.mayWrite("E:\\CMD.CMD").ok());
     QVERIFY(bench.drive.openForWrite("E:\\CMD.CMD", &second).ok());
 }
 
@@ -344,6 +346,7 @@ void InProcessDriveTest::otherFilesCannotBeWritten()
     std::unique_ptr<DriveFile> file;
     QCOMPARE(int(bench.drive.openForWrite(path.constData(), &file).code),
              int(DriveErrorCode::Refused));
+    QCOMPARE(int(bench.drive.mayWrite(path.constData()).code), int(DriveErrorCode::Refused));
     QVERIFY(file == nullptr);
 }
 

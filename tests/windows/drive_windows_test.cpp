@@ -79,6 +79,7 @@ private slots:
     void unalignedReadsAreWidened();
     void commandFileThatRefusesIsNotWritten_data();
     void commandFileThatRefusesIsNotWritten();
+    void nothingIsCreatedWithoutAnIdentityFile();
     void fileOpenForWritingIsNobodyElses();
     void driveGoneBetweenTwoCommands();
     void filesOfAnyNameWork_data();
@@ -264,18 +265,40 @@ void DriveWindowsTest::commandFileThatRefusesIsNotWritten()
     QVERIFY2(lastDriveError().find(path) != std::string::npos, lastDriveError().c_str());
     std::unique_ptr<DriveFile> file;
     QCOMPARE(m_backend->openForWrite(path.c_str(), &file).code, DriveErrorCode::Refused);
+    QCOMPARE(m_backend->mayWrite(path.c_str()).code, DriveErrorCode::Refused);
     QVERIFY(file == nullptr);
+}
+
+// A memory stick that was taken for the reader stays as it is.
+void DriveWindowsTest::nothingIsCreatedWithoutAnIdentityFile()
+{
+    std::unique_ptr<DriveFile> file;
+    const DriveStatus refused = m_backend->openForWrite("E:\\CMD.CMD", &file);
+    QCOMPARE(refused.code, DriveErrorCode::NotTheReader);
+    QCOMPARE(QByteArray(refused.message.c_str()),
+             QByteArray("\"E:\\CMD.CMD\" is not created: E: holds no K-DRIVER.DMP"));
+    QCOMPARE(m_backend->mayWrite("E:\\CMD.CMD").code, DriveErrorCode::NotTheReader);
+    QVERIFY(file == nullptr);
+    QCOMPARE(GetFileAttributesA("E:\\CMD.CMD"), INVALID_FILE_ATTRIBUTES);
+
+    QVERIFY(m_drives->addFile('E', "K-DRIVER.DMP", identityFile(kFirst)));
+    QCOMPARE(m_backend->mayWrite("E:\\CMD.CMD").code, DriveErrorCode::NotFound);
+    QCOMPARE(GetFileAttributesA("E:\\CMD.CMD"), INVALID_FILE_ATTRIBUTES);
+    QVERIFY(m_backend->openForWrite("E:\\CMD.CMD", &file).ok());
 }
 
 void DriveWindowsTest::fileOpenForWritingIsNobodyElses()
 {
     std::unique_ptr<DriveFile> first;
+    QVERIFY(m_drives->addFile('E', "K-DRIVER.DMP", identityFile(kFirst)));
     QVERIFY(m_backend->openForWrite("E:\\CMD.CMD", &first).ok());
     std::unique_ptr<DriveFile> second;
-    QCOMPARE(m_backend->openForWrite("E:\\CMD.CMD", &second).code, DriveErrorCode::Refused);
+    QCOMPARE(m_backend->openForWrite("E:\\CMD.CMD", &second).code, DriveErrorCode::InUse);
+    QCOMPARE(m_backend->mayWrite("E:\\CMD.CMD").code, DriveErrorCode::InUse);
     QCOMPARE(m_backend->openForRead("E:\\CMD.CMD", Buffering::Buffered, &second).code,
-             DriveErrorCode::Refused);
+             DriveErrorCode::InUse);
     QVERIFY(first->close().ok());
+    QVERIFY(m_backend->mayWrite("E:\\CMD.CMD").ok());
     QVERIFY(m_backend->openForRead("E:\\CMD.CMD", Buffering::Buffered, &second).ok());
 }
 
