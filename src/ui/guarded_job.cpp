@@ -27,10 +27,9 @@
 namespace
 {
 
-// A look reads a few bytes of every removable drive.
-constexpr unsigned long kLongestLookMs = 5000;
 // Between two operations lie some hundred milliseconds.
 constexpr unsigned long kLongestLeaveMs = 1000;
+constexpr int kHangPollMs = 500;
 
 // Where an erase comes first, which tells no progress.
 bool erasesFirst(const CartridgeJob &job)
@@ -65,6 +64,7 @@ GuardedJob::GuardedJob(MainTab *tab)
         const std::function<void()> behind = m_behindLook; // it may begin another look
         behind();
     });
+    connect(&m_hangTimer, &QTimer::timeout, this, &GuardedJob::tellIfReaderHangs);
     connect(m_thread, &CarefulThread::phaseBegan, this, &GuardedJob::showPhase);
     connect(m_thread, &CarefulThread::progressed, m_tab, &MainTab::setProgress);
     connect(m_thread, &QThread::finished, this, &GuardedJob::onStepsEnd);
@@ -174,7 +174,7 @@ void GuardedJob::refuse(GuardFault fault)
 // The job's block ends with the reason and its rule, as one that the worker has ended does.
 void GuardedJob::endRefused()
 {
-    releaseReader();
+    useReader([] { releaseReader(); });
     m_stage = Stage::After;
     // The line of the action comes first, and its caller has yet to write it.
     QMetaObject::invokeMethod(
@@ -191,6 +191,7 @@ void GuardedJob::endRefused()
 void GuardedJob::startWorker()
 {
     m_stage = Stage::Job;
+    m_hangTimer.start(kHangPollMs);
     if (isWriteJob(m_finished.job.operate))
         forgetLastRead(); // the cartridge will hold something else
     m_tab->progress->showStep(QString());
@@ -319,8 +320,8 @@ bool GuardedJob::look(const std::function<void()> &steps, const std::function<vo
 
 bool GuardedJob::waitForLook()
 {
-    if (!m_lookThread->wait(kLongestLookMs)) {
-        m_tab->info(tr("The reader does not answer."));
+    if (!m_lookThread->wait(static_cast<unsigned long>(longestUseMs))) {
+        m_tab->info(tr("The reader does not answer. Unplug it, or close the window."));
         return false;
     }
     // What follows it comes first, and begins no other.
@@ -329,6 +330,20 @@ bool GuardedJob::waitForLook()
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     m_isHeld = wasHeld;
     return true;
+}
+
+bool GuardedJob::useReader(const std::function<void()> &steps)
+{
+    if (!waitForLook())
+        return false;
+    m_isLooking = true;
+    m_shownBackend = &driveBackend();
+    m_behindLook = [] {};
+    m_lookThread->run([steps](TrustListener & /*listener*/) { steps(); });
+    const bool hasEnded = waitForLook();
+    if (!hasEnded)
+        m_behindLook = [this] { emit changed(); }; // a look may be due
+    return hasEnded;
 }
 
 const DriveBackend *GuardedJob::shownBackend() const
@@ -345,6 +360,8 @@ void GuardedJob::holdLooks(bool isHeld)
 
 void GuardedJob::tell(const QStringList &entries)
 {
+    if (entries.isEmpty())
+        return;
     for (const QString &entry : entries)
         m_tab->info(entry);
     m_tab->console->setAccessibleDescription(
@@ -358,6 +375,7 @@ void GuardedJob::runSteps(Stage stage, const std::function<void(TrustListener &)
 {
     m_lookThread->wait();
     m_stage = stage;
+    m_hangTimer.start(kHangPollMs);
     m_behind = behind;
     m_tab->setEnabledButtons(false);
     emit changed();
@@ -376,10 +394,26 @@ void GuardedJob::onStepsEnd()
 void GuardedJob::becomeIdle()
 {
     m_stage = Stage::Idle;
+    m_hangTimer.stop();
     m_tab->progress->showStep(QString());
     m_tab->setProgress(0, 1);
     m_tab->setEnabledButtons(true);
     emit changed();
+}
+
+// A call that the system does not end cannot be ended from here: the way out is outside.
+void GuardedJob::tellIfReaderHangs()
+{
+    const bool hasToldHang = m_hasToldHang;
+    m_hasToldHang = readerCallMs() >= hangingMs;
+    if (!m_hasToldHang || hasToldHang)
+        return;
+    m_tab->info(
+        tr("The reader has not answered for %1 seconds.").arg(hangingMs / 1000) + QLatin1Char(' ') +
+        (mayBeLeft() ? tr("Unplug it to end the job, or close the window twice to leave the job "
+                          "behind; it only reads.")
+                     : tr("The cartridge is being written. If no answer ever comes, unplug the "
+                          "reader: that ends the job, and the cartridge is then partly written.")));
 }
 
 void GuardedJob::showPhase(int phase, int totalBytes)

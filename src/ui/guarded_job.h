@@ -13,6 +13,7 @@
 #include "ui/judgement_text.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 
@@ -34,6 +35,11 @@ public:
     bool guardsWrites = true;
     bool readsUnknownTwice = false;
     QString backupFolder; // empty: the default one
+
+    // How long a short use of the reader is waited for, and from when on a call of a job is said to
+    // hang: a single read or command takes a second at most.
+    int longestUseMs = 5000;
+    int hangingMs = 10000;
 
     // Begins the job for which the tab's worker has been filled. The tab shows that it is busy.
     void start();
@@ -67,6 +73,10 @@ public:
     // Returns: false, told in the log, if it has not ended; its drive hangs, and nothing may use
     // the reader.
     bool waitForLook();
+    // Runs `steps`, a short use of the reader, while the window waits: some seconds at most.
+    // Returns: false, told in the log, if they have not ended. What they use must belong to them,
+    // for they may go on.
+    bool useReader(const std::function<void()> &steps);
     // The backend that the user has seen: a look may have another in its place for a moment.
     const DriveBackend *shownBackend() const;
     // No look begins from the moment an action asks for its file until it has begun or was given
@@ -110,6 +120,7 @@ private:
     void tellJudgement();
     void becomeIdle();
     void showPhase(int phase, int totalBytes);
+    void tellIfReaderHangs();
 
     MainTab *m_tab;
     CarefulThread *m_thread;
@@ -117,6 +128,8 @@ private:
     std::function<void()> m_behindLook;
     bool m_isLooking = false; // until what follows the look has been done
     bool m_isHeld = false;
+    QTimer m_hangTimer; // while busy
+    bool m_hasToldHang = false;
     const DriveBackend *m_shownBackend = nullptr; // while a look runs
     int m_savedBytes = 0;                         // of save memory, see JudgementNotes
     Stage m_stage = Stage::Idle;

@@ -89,6 +89,12 @@ QString readAdvice(const JudgedJob &judged)
 QString readerAdvice(const Outcome &outcome)
 {
     switch (outcome.job.end) {
+    case JobEnd::ReaderInUse:
+        return tr("Leave the reader plugged in, wait until the other program has ended, and try "
+                  "again.");
+    case JobEnd::NotTheReader:
+        return tr("Take that drive out. \"Why is no reader found?\" in the menu at the top right "
+                  "tells more.");
     case JobEnd::NoReader:
     case JobEnd::NoMode:
         return tr("Plug the reader in again. \"Why is no reader found?\" in the menu at the top "
@@ -242,4 +248,15 @@ QStringList outcomeEntries(const Outcome &outcome)
     QStringList entries{judgementEntry(kind, judgedText(kind, judgementText(outcome)))};
     appendUnlessEmpty(failureAdvice(outcome), &entries);
     return entries << QString::fromLatin1(kLogRule);
+}
+
+QStringList modeFaultEntries(JobEnd fault, const QString &driveError)
+{
+    if (fault != JobEnd::ReaderInUse && fault != JobEnd::NotTheReader)
+        return {};
+    Outcome outcome;
+    outcome.trouble = Trouble::JobFailed;
+    outcome.job.end = fault;
+    outcome.job.driveError = driveError;
+    return outcomeEntries(outcome);
 }

@@ -32,6 +32,10 @@ QStringList refusalEntries(const WriteGuard &guard);
 // Likewise for any other task that ended with `outcome`.
 QStringList outcomeEntries(const Outcome &outcome);
 
+// Likewise for a bus mode that could not be selected, if that has a reason of its own: see
+// modeFault(). Empty if it has none.
+QStringList modeFaultEntries(JobEnd fault, const QString &driveError);
+
 // One entry of the kind's colour; `line` is plain text and begins with the kind's word.
 QString judgementEntry(JudgementKind kind, const QString &line);
 

@@ -5,10 +5,12 @@
 #include "ui/console.h"
 #include "ui/file_action.h"
 #include "ui/guarded_job.h"
+#include "ui/judgement_text.h"
 #include "ui/settings.h"
 #include "worker/cartridge_report.h"
 #include "worker/famicom_thread.h"
 #include "worker/flash_chip_probe.h"
+#include "worker/job_run.h"
 #include "worker/log_text.h"
 
 #include <QCoreApplication>
@@ -16,6 +18,8 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <memory>
 
 namespace
 {
@@ -167,6 +171,36 @@ private:
     bool m_isReady = false;
 };
 
+// What the report of Info leaves, made while the window waits.
+struct MadeReport {
+    QStringList entries;
+    QVector<DetectedSettings> settings;
+    CartridgeReport report;
+};
+
+void makeReport(MadeReport *made)
+{
+    const ReaderSession session;
+    ReportOutput output;
+    output.line = [made](const QString &line) { made->entries << logText(line); };
+    output.rule = [made] { made->entries << QString::fromLatin1(kLogRule); };
+    output.settings = [made](const DetectedSettings &found) { made->settings << found; };
+    made->report = makeCartridgeReport(output);
+}
+
+// How selecting a bus mode ended; Done if it is selected.
+struct ModeAnswer {
+    JobEnd end = JobEnd::NoMode;
+    QString driveError;
+};
+
+ModeAnswer selectMode(bool isGba)
+{
+    if ((isGba ? selectGbaMode() : selectGbMode()) != 0)
+        return {JobEnd::Done, {}};
+    return {modeFault(), QString::fromLocal8Bit(lastDriveError().c_str())};
+}
+
 void reportFlashChip(MainTab *tab, const FlashChipAnswer &chip)
 {
     if (!chip.isWide) {
@@ -206,14 +240,16 @@ MainTab::~MainTab()
 
 void MainTab::push_info()
 {
-    if (!guarded->waitForLook())
+    const auto made = std::make_shared<MadeReport>();
+    if (!guarded->useReader([made] { makeReport(made.get()); }))
         return;
-    const ReaderSession session;
-    ReportOutput output;
-    output.line = [this](const QString &line) { info(logText(line)); };
-    output.rule = [this] { info(QString::fromLatin1(kLogRule)); };
-    output.settings = [this](const DetectedSettings &detected) { select(settings, detected); };
-    guarded->noteReport(makeCartridgeReport(output));
+    for (const QString &entry : made->entries)
+        info(entry);
+    for (const DetectedSettings &found : made->settings)
+        select(settings, found);
+    guarded->noteReport(made->report);
+    if (made->report.outcome == ReportOutcome::NoMode)
+        guarded->tell(modeFaultEntries(made->report.modeFault, made->report.driveError));
 }
 
 void MainTab::push_read_rom()
@@ -249,9 +285,11 @@ void MainTab::push_write_flash()
     if (!prepareJob(fileName))
         return;
     if (settings->sysType != kSystemGba) {
-        const FlashChipAnswer chip = probeFlashChip();
-        worker->flash_width = chip.isWide ? 1 : 0;
-        reportFlashChip(this, chip);
+        const auto chip = std::make_shared<FlashChipAnswer>();
+        if (!guarded->useReader([chip] { *chip = probeFlashChip(); }))
+            return;
+        worker->flash_width = chip->isWide ? 1 : 0;
+        reportFlashChip(this, *chip);
     }
     worker->operate = jobCode(kWriteFlashAction, settings->sysType);
     startJob(this, kWriteFlashAction);
@@ -315,13 +353,18 @@ void MainTab::print_error(int err)
 
 bool MainTab::prepareJob(const QString &fileName)
 {
-    const auto refuse = [] {
-        releaseReader();
+    const auto refuse = [this] {
+        guarded->useReader([] { releaseReader(); });
         return false;
     };
     const QString script = scriptPath(settings);
-    if ((settings->sysType == kSystemGba ? selectGbaMode() : selectGbMode()) == 0) {
+    const bool isGba = settings->sysType == kSystemGba;
+    const auto answer = std::make_shared<ModeAnswer>();
+    if (!guarded->useReader([answer, isGba] { *answer = selectMode(isGba); }))
+        return false;
+    if (answer->end != JobEnd::Done) {
         info(tr("Initialize device error."));
+        guarded->tell(modeFaultEntries(answer->end, answer->driveError));
         return refuse();
     }
     if (!QFile::exists(script)) {

@@ -88,6 +88,8 @@ private slots:
     void secondCloseLeavesAReadBehind();
     void secondCloseEndsAReadBetweenTwoOperations();
     void secondCloseNeverLeavesAWrite();
+    void hangIsToldWithTheWayOut_data();
+    void hangIsToldWithTheWayOut();
     void windowStaysForTheNameOfABackup_data();
     void windowStaysForTheNameOfABackup();
     void noButtonIsPressedByEnter();
@@ -333,6 +335,43 @@ void TabDialogTest::secondCloseEndsAReadBetweenTwoOperations()
     QVERIFY(!m_dialog->hasLeftJob());
     QVERIFY(!m_tab->worker->isRunning());
     QVERIFY(!QFile::exists(m_fixture->path("dump.gb")));
+}
+
+// The window cannot end a call that hangs; the user can.
+void TabDialogTest::hangIsToldWithTheWayOut_data()
+{
+    QTest::addColumn<bool>("isWrite");
+    QTest::addColumn<QString>("wayOut");
+    QTest::newRow("read") << false
+                          << "Unplug it to end the job, or close the window twice to leave the job "
+                             "behind; it only reads.";
+    QTest::newRow("write") << true
+                           << "The cartridge is being written. If no answer ever comes, unplug the "
+                              "reader: that ends the job, and the cartridge is then partly "
+                              "written.";
+}
+
+void TabDialogTest::hangIsToldWithTheWayOut()
+{
+    QFETCH(bool, isWrite);
+    QFETCH(QString, wayOut);
+    QSemaphore mayGoOn;
+    use(makeMbc5Cartridge(32 * 1024), QByteArray(kDumpScript) + kSaveScript);
+    m_tab->guarded->hangingMs = 1000;
+    m_fixture->reader().setListener([&](const Operation &) {
+        if (QThread::currentThread() == m_tab->worker)
+            mayGoOn.acquire();
+    });
+    if (isWrite)
+        press(m_tab->writeRamButton, m_fixture->addFile("new.sav", QByteArray(0x8000, 's')));
+    else
+        press(m_tab->dumpButton, m_fixture->path("dump.gb"));
+    const QString told = "The reader has not answered for 1 seconds. " + wayOut;
+    QTRY_VERIFY_WITH_TIMEOUT(m_tab->console->toPlainText().contains(told), kJobTimeoutMs);
+    QVERIFY(isBusy(*m_tab));
+    mayGoOn.release(1000);
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(*m_tab), kJobTimeoutMs);
+    QCOMPARE(m_tab->console->toPlainText().count(told), 1);
 }
 
 // The user has to learn where the only copy is. Who sends a signal reads no log.

@@ -1,13 +1,16 @@
 // The Info action when something is wrong: the complete log, the settings that it leaves alone, and
 // the reader that it gives up.
 #include "drive_faults.h"
+#include "file_dialog_answer.h"
 #include "log_check.h"
 #include "reader_fixture.h"
 
 #include "test_class.h"
+#include "ui/guarded_job.h"
 #include "ui/settings.h"
 
 #include <QPushButton>
+#include <QSemaphore>
 #include <QtTest>
 
 #include <memory>
@@ -24,6 +27,10 @@ private slots:
     void noReader();
     void modeThatCanNotBeSelected_data();
     void modeThatCanNotBeSelected();
+    void faultOfTheModeIsExplained_data();
+    void faultOfTheModeIsExplained();
+    void hangingReaderLeavesTheWindowAlive_data();
+    void hangingReaderLeavesTheWindowAlive();
     void headerThatComesShort_data();
     void headerThatComesShort();
     void failuresLeaveTheSettings_data();
@@ -83,6 +90,87 @@ void MainTabReportFailureTest::modeThatCanNotBeSelected()
     COMPARE_LOG(*m_tab, deviceLines() + QStringList{"Initialize device error."});
     QTEST(m_fixture->traffic(), "traffic");
     QVERIFY(isIdle(*m_tab));
+}
+
+void MainTabReportFailureTest::faultOfTheModeIsExplained_data()
+{
+    QTest::addColumn<bool>("isDump"); // or Info
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("judgement");
+    QTest::addColumn<QString>("advice");
+    const QString inUse = "failed: Another program uses the reader. E:\\CMD.CMD: injected fault. "
+                          "The cartridge was not touched.";
+    const QString strange = "failed: The drive that was taken for the reader is none. "
+                            "E:\\CMD.CMD: injected fault. The cartridge was not touched.";
+    for (const bool isDump : {false, true}) {
+        const char *action = isDump ? "Dump" : "Info";
+        QTest::addRow("%s, in use", action)
+            << isDump << int(DriveErrorCode::InUse) << inUse << "Leave the reader plugged in";
+        QTest::addRow("%s, a stick", action)
+            << isDump << int(DriveErrorCode::NotTheReader) << strange << "Take that drive out.";
+    }
+}
+
+void MainTabReportFailureTest::faultOfTheModeIsExplained()
+{
+    QFETCH(bool, isDump);
+    QFETCH(int, code);
+    QFETCH(QString, judgement);
+    QFETCH(QString, advice);
+    use(makeMbc5Cartridge(32 * 1024));
+    m_fixture->findReader();
+    DriveFault fault = everyCommandFault();
+    fault.code = static_cast<DriveErrorCode>(code);
+    m_fixture->drive().addFault(fault);
+    if (isDump) {
+        FileDialogAnswer answer(m_fixture->path("dump.gb"));
+        QTest::mouseClick(m_tab->dumpButton, Qt::LeftButton);
+        QVERIFY(answer.wasAsked);
+    } else {
+        pressInfo();
+    }
+    COMPARE_LOG(*m_tab,
+                (isDump ? QStringList() : deviceLines()) + QStringList{"Initialize device error."});
+    const QStringList judgements = judgementsOf(*m_tab);
+    QCOMPARE(judgements.value(0), judgement);
+    QVERIFY2(judgements.value(1).startsWith(advice), qPrintable(judgements.join('\n')));
+    QVERIFY(!judgements.join('\n').contains("Unplug"));
+    QCOMPARE(m_fixture->traffic(), QStringList());
+    QVERIFY(isIdle(*m_tab));
+}
+
+void MainTabReportFailureTest::hangingReaderLeavesTheWindowAlive_data()
+{
+    QTest::addColumn<bool>("isDump"); // or Info
+    QTest::newRow("Info") << false;
+    QTest::newRow("Dump") << true;
+}
+
+void MainTabReportFailureTest::hangingReaderLeavesTheWindowAlive()
+{
+    QFETCH(bool, isDump);
+    use(makeMbc5Cartridge(32 * 1024));
+    m_fixture->findReader();
+    m_tab->guarded->longestUseMs = 100;
+    QSemaphore mayGoOn;
+    m_fixture->reader().setListener(
+        [&mayGoOn](const Operation & /*operation*/) { mayGoOn.acquire(); });
+    const QString told = "The reader does not answer. Unplug it, or close the window.";
+    {
+        FileDialogAnswer answer(m_fixture->path("dump.gb"));
+        QTest::mouseClick(isDump ? m_tab->dumpButton : m_tab->infoButton, Qt::LeftButton);
+    }
+    COMPARE_LOG(*m_tab, QStringList{told});
+    QVERIFY(isIdle(*m_tab));
+    // Nothing else uses the reader meanwhile.
+    pressInfo();
+    COMPARE_LOG(*m_tab, (QStringList{told, told}));
+
+    mayGoOn.release(1000);
+    m_tab->guarded->longestUseMs = 60000;
+    pressInfo();
+    const QString log = m_tab->console->toPlainText();
+    QVERIFY2(log.contains("Cart type: "), qPrintable(log));
 }
 
 void MainTabReportFailureTest::headerThatComesShort_data()
