@@ -35,16 +35,19 @@ bool pauseBetweenLooks(int pauseMs)
     return !wasInterrupted();
 }
 
-QString waitText(ReportOutcome outcome)
+QString waitText(JobEnd readerFault)
 {
-    switch (outcome) {
-    case ReportOutcome::NoReader:
-        return jobFailureText(JobEnd::NoReader) + QStringLiteral(" Plug it in. Ctrl-C ends.");
-    case ReportOutcome::NoMode:
-    case ReportOutcome::ShortRead:
-        return jobFailureText(JobEnd::NoMode) + QStringLiteral(" Plug it in again. Ctrl-C ends.");
-    default:
+    switch (readerFault) {
+    case JobEnd::Done:
         return QStringLiteral("Insert a cartridge. Ctrl-C ends.");
+    case JobEnd::NoReader:
+        return jobFailureText(readerFault) + QStringLiteral(" Plug it in. Ctrl-C ends.");
+    case JobEnd::ReaderInUse:
+        return jobFailureText(readerFault) + QStringLiteral(" Waiting for its end. Ctrl-C ends.");
+    case JobEnd::NotTheReader:
+        return jobFailureText(readerFault) + QStringLiteral(" Take it out. Ctrl-C ends.");
+    default:
+        return jobFailureText(readerFault) + QStringLiteral(" Plug it in again. Ctrl-C ends.");
     }
 }
 
@@ -93,7 +96,14 @@ struct DoneCartridge {
     QString rom; // one line: the verdict, or why there is none
     QString save;
     bool isNew = true;
+    bool hasFailed = false; // something of it is missing that would come another time
 };
+
+bool hasFailed(const BackedUpMemory &memory)
+{
+    return memory.end == MemoryEnd::NotRead || memory.end == MemoryEnd::NotReadTwice ||
+           memory.end == MemoryEnd::Swapped || memory.end == MemoryEnd::NotWritten;
+}
 
 // One cartridge at work.
 class OneCartridge
@@ -142,6 +152,7 @@ private:
     {
         const QString advice = wayOut(memory, m_backup.values());
         note(exitCodeOf(memory));
+        m_done.hasFailed = m_done.hasFailed || hasFailed(memory);
         *line = memoryText(memory) + advice;
         tellTrouble(memory.outcome, m_reporter);
         if (memory.end == MemoryEnd::Kept)
@@ -191,11 +202,11 @@ public:
         if (!readTables(m_options.datFiles, &m_plan.tables, m_reporter) || !makeFolder())
             return ExitCode::FileError;
         CartridgeReport report;
+        report.outcome = ReportOutcome::Unknown; // nothing is known before the first look
         while (!isFull() && m_code != ExitCode::Cancelled && waitForCartridge(&report))
             handle(report);
-        m_reporter.answer(m_done == 1 ? QStringLiteral("1 cartridge done.")
-                                      : QStringLiteral("%1 cartridges done.").arg(m_done));
-        return m_code;
+        m_reporter.answer(summary());
+        return m_handled == 0 && m_code == ExitCode::Done ? tellReaderFault(report) : m_code;
     }
 
 private:
@@ -210,7 +221,26 @@ private:
         return false;
     }
 
-    bool isFull() const { return m_options.count != 0 && m_done >= m_options.count; }
+    bool isFull() const { return m_options.count != 0 && m_handled >= m_options.count; }
+
+    // "2 cartridges done, 1 failed."
+    QString summary() const
+    {
+        const int done = m_handled - m_failed;
+        const QString text = done == 1 ? QStringLiteral("1 cartridge done")
+                                       : QStringLiteral("%1 cartridges done").arg(done);
+        return text +
+               (m_failed == 0 ? QStringLiteral(".") : QStringLiteral(", %1 failed.").arg(m_failed));
+    }
+
+    // Who stops waiting for a reader that never came has backed up nothing.
+    ExitCode tellReaderFault(const CartridgeReport &lastLook)
+    {
+        const ExitCode code = readerFault(lastLook);
+        if (code != ExitCode::Done)
+            m_reporter.problem(readerProblem(lastLook));
+        return code;
+    }
 
     // Waits until two looks see the same cartridge, another one than the last, or the last one
     // after it was taken out: a header that is read while the cartridge slides in may be anything.
@@ -223,8 +253,8 @@ private:
             const QByteArray identity = identityOf(*report);
             if (identity.isEmpty())
                 m_last.clear();
-            if (identity.isEmpty() && told != waitText(report->outcome)) {
-                told = waitText(report->outcome);
+            if (identity.isEmpty() && told != waitText(readerFaultOf(*report))) {
+                told = waitText(readerFaultOf(*report));
                 m_reporter.log(told);
             }
             if (!identity.isEmpty() && identity != m_last && identity == before) {
@@ -245,10 +275,11 @@ private:
             m_code = backup.code;
         if (backup.code == ExitCode::Cancelled)
             return;
-        ++m_done;
+        ++m_handled;
+        m_failed += backup.hasFailed ? 1 : 0;
         m_reporter.answer(
             QStringLiteral("%1. %2%3")
-                .arg(m_done)
+                .arg(m_handled)
                 .arg(backup.title,
                      backup.isNew ? QString() : QStringLiteral(": already done, nothing new")));
         m_reporter.answer(QStringLiteral("   ROM:  ") + backup.rom);
@@ -262,7 +293,8 @@ private:
     Reporter &m_reporter;
     CartridgeBackupPlan m_plan;
     QByteArray m_last; // identity of the cartridge that was handled and is still in the slot
-    int m_done = 0;
+    int m_handled = 0;
+    int m_failed = 0; // of these
     ExitCode m_code = ExitCode::Done;
 };
 

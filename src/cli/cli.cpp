@@ -20,6 +20,10 @@ using namespace virtual_reader;
 namespace
 {
 
+constexpr unsigned long kPollMs = 200;
+// A single read or command takes a second at most.
+constexpr int kPatienceMs = 2000;
+
 OutputStyle styleOf(const CliOptions &options)
 {
     if (options.asJson)
@@ -61,7 +65,19 @@ public:
     ExitCode runToEnd()
     {
         start();
-        wait();
+        bool isTold = false;
+        while (!wait(kPollMs)) {
+            // It says what it is asked itself, unless it waits.
+            if (!isTold && wasInterrupted() && readerCallMs() >= kPatienceMs) {
+                std::fputs(nextInterruptEnds()
+                               ? "Asked to stop. The reader does not answer; the same signal again "
+                                 "ends the program at once.\n"
+                               : "Asked to stop. The reader does not answer; unplug it to end the "
+                                 "job.\n",
+                           stderr);
+                isTold = true;
+            }
+        }
         return m_code;
     }
 

@@ -54,6 +54,11 @@ bool wasInterruptedAgain()
     return interrupts > 1;
 }
 
+bool nextInterruptEnds()
+{
+    return !isNextOnlyNoticed();
+}
+
 void setAtWork(AtWork work)
 {
     atWork = work;

@@ -1,5 +1,5 @@
-// The user's Ctrl-C, or another signal that asks to stop: the first is noticed, so that a job can be
-// asked to stop, and the second ends the program at once. A job that reads notices the second as
+// The user's Ctrl-C, or another signal that asks to stop: the first is noticed, so that a job can
+// be asked to stop, and the second ends the program at once. A job that reads notices the second as
 // well, and is left; the third ends the program. A job that writes is never ended by any.
 //
 // Thread: the main thread; the flag and the lists may be read from any.
@@ -18,6 +18,9 @@ void watchForInterrupt();
 bool wasInterrupted();
 // Whether the user has pressed Ctrl-C again.
 bool wasInterruptedAgain();
+
+// Whether the next one ends the program at once.
+bool nextInterruptEnds();
 
 // What the program is at, as far as an interrupt may end it.
 enum class AtWork { OnNothing, OnRead, OnWrite };

@@ -5,6 +5,7 @@
 #include "../device/reference_crc32.h"
 #include "cartridge_stack.h"
 #include "cli/interrupt.h"
+#include "drive_faults.h"
 #include "program_run.h"
 #include "report_capture.h"
 #include "test_class.h"
@@ -194,6 +195,7 @@ private slots:
         QCOMPARE(names(kSaves).size(), 1);
         QVERIFY2(m_answers.contains("1. BAD CONTACT\n   ROM:  not read"), qPrintable(m_answers));
         QVERIFY2(m_answers.contains("2. BAD CONTACT\n   ROM:  consistent"), qPrintable(m_answers));
+        QVERIFY2(m_answers.endsWith("\n1 cartridge done, 1 failed.\n"), qPrintable(m_answers));
         QVERIFY2(m_messages.contains("The transfer failed. The cartridge was read, which also "
                                      "writes to its bus."),
                  qPrintable(m_messages));
@@ -409,6 +411,68 @@ private slots:
         QCOMPARE(names(kRoms), (QStringList{"ONE.gb", "TWO.gb"}));
         QVERIFY(!wasInterrupted());
         QCOMPARE(m_messages.count("Swap the cartridge."), 1);
+    }
+
+    // Nobody who stops waiting then has backed up anything.
+    void readerThatNeverCameIsAFailure_data()
+    {
+        QTest::addColumn<int>("code"); // of every command file; None: no drive at all
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("waiting");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("no reader") << int(DriveErrorCode::None) << int(ExitCode::NoReader)
+                                   << "No reader was found. Plug it in. Ctrl-C ends."
+                                   << "No reader was found. Plug it in, ";
+        QTest::newRow("no answer") << int(DriveErrorCode::Refused) << int(ExitCode::NoAnswer)
+                                   << "The reader does not answer. Plug it in again. Ctrl-C ends."
+                                   << "The reader does not answer. Unplug it, ";
+        QTest::newRow("in use") << int(DriveErrorCode::InUse) << int(ExitCode::InUse)
+                                << "Another program uses the reader. Waiting for its end."
+                                << "Another program uses the reader. Leave it plugged in, ";
+        QTest::newRow("a stick") << int(DriveErrorCode::NotTheReader) << int(ExitCode::NoReader)
+                                 << "The drive that was taken for the reader is none. Take it out."
+                                 << "The drive that was taken for the reader is none. Take that ";
+    }
+    void readerThatNeverCameIsAFailure()
+    {
+        QFETCH(int, code);
+        QFETCH(int, exitCode);
+        QFETCH(QString, waiting);
+        QFETCH(QString, problem);
+        DriveFault fault = everyCommandFault();
+        fault.code = static_cast<DriveErrorCode>(code);
+        m_stack->setGone(fault.code == DriveErrorCode::None);
+        m_stack->onSearch = [this, fault] {
+            m_stack->clearFaults();
+            m_stack->addFault(fault);
+        };
+        QCOMPARE(int(run({{gameWithSave("UNSEEN", 1), saveOf(1)}})), exitCode);
+        QCOMPARE(m_answers, QString("0 cartridges done.\n"));
+        QCOMPARE(m_messages.count(waiting), 1);
+        QVERIFY2(m_messages.contains('\n' + problem), qPrintable(m_messages));
+    }
+
+    void unplugInTheMiddleIsNotDone_data()
+    {
+        QTest::addColumn<int>("reads"); // before the one that comes to nothing
+        QTest::addColumn<QStringList>("roms");
+        QTest::newRow("first read of the ROM") << 3 << QStringList();
+        QTest::newRow("second read of the ROM") << 6 << QStringList();
+        QTest::newRow("first read of the save") << 9 << QStringList{"CUT.gb"};
+        QTest::newRow("second read of the save") << 10 << QStringList{"CUT.gb"};
+    }
+    void unplugInTheMiddleIsNotDone()
+    {
+        QFETCH(int, reads);
+        QFETCH(QStringList, roms);
+        DriveFault unplug = readFault(static_cast<std::uint32_t>(reads));
+        unplug.code = DriveErrorCode::Gone;
+        unplug.driveVanishes = true;
+        const ExitCode code = run({{gameWithSave("CUT", 1), saveOf(1), 12, {unplug}}});
+        QVERIFY2(code == ExitCode::TransferFailed, qPrintable(m_messages));
+        QVERIFY2(m_answers.endsWith("0 cartridges done, 1 failed.\n"), qPrintable(m_answers));
+        QCOMPARE(names(kRoms), roms);
+        QCOMPARE(names(kSaves), QStringList());
     }
 
     void eventsTellEveryFile()

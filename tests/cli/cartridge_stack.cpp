@@ -58,6 +58,8 @@ QByteArray CartridgeStack::rom()
 std::uint32_t CartridgeStack::logicalDrives()
 {
     passSearch();
+    if (onSearch)
+        onSearch();
     return FaultyDrive::logicalDrives();
 }
 

@@ -48,6 +48,8 @@ public:
     QByteArray save();
     QByteArray rom();
 
+    // Called at every search for the reader.
+    std::function<void()> onSearch;
     // Called with the path of every file that is opened for writing.
     std::function<void(const QByteArray &)> onWrite;
 

@@ -113,6 +113,41 @@ private slots:
         QCOMPARE(filesIn("dump"), QStringList());
     }
 
+    // Not only in a job: a command that only looks waits as well.
+    void secondSignalEndsAnyWaitForTheReader_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("signal");
+        for (const char *command : {"info", "drives", "dump"}) {
+            QTest::addRow("%s, Ctrl-C", command) << QString(command) << SIGINT;
+            QTest::addRow("%s, kill", command) << QString(command) << SIGTERM;
+        }
+    }
+    void secondSignalEndsAnyWaitForTheReader()
+    {
+        QFETCH(QString, command);
+        QFETCH(int, signal);
+        QStringList arguments(command);
+        if (command == "dump")
+            arguments << path("target");
+        putFile(path("cart.gb"), gbImage(kMbc5, 64 * kKibi, 0));
+        MountedReader reader;
+        QCOMPARE(reader.start(path("cart.gb")), QString());
+        const StoppedReader stopped(reader);
+        QVERIFY(stopped.isStopped());
+        RunningProgram program;
+        program.start(arguments, "GBDRIVER_DRIVES", reader.declaration());
+        QTRY_VERIFY_WITH_TIMEOUT(program.hears(signal) || program.hasEnded(), kStepMs);
+        QVERIFY(program.send(signal));
+        QTRY_VERIFY_WITH_TIMEOUT(program.said("Asked to stop. The reader does not answer; the same "
+                                              "signal again ends the program at once."),
+                                 kStepMs);
+        QVERIFY(!program.hasEnded());
+        QVERIFY(program.send(signal));
+        QTRY_VERIFY_WITH_TIMEOUT(program.hasEnded(), kStepMs);
+        QCOMPARE(program.exitCode(), -1);
+    }
+
     // Whether the write had begun is not for the test to choose; what must hold then differs.
     void saveIsInTheCartridgeOrInTheBackup_data()
     {

@@ -28,7 +28,24 @@ public:
         return m_messages.contains(text);
     }
 
-    bool interrupt() { return sendSignal(m_process.processId(), SIGINT); }
+    bool interrupt() { return send(SIGINT); }
+    bool send(int signal) { return sendSignal(m_process.processId(), signal); }
+
+    // Whether the program has a handler of its own for the signal; before that it would be ended.
+    bool hears(int signal)
+    {
+        // Until then it is a copy of the test, which has handlers as well.
+        if (!m_process.waitForStarted())
+            return false;
+        QFile status(QString("/proc/%1/status").arg(m_process.processId()));
+        if (!status.open(QIODevice::ReadOnly))
+            return false;
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("SigCgt:"))
+                return (line.mid(7).trimmed().toULongLong(nullptr, 16) >> (signal - 1) & 1) != 0;
+        }
+        return false;
+    }
 
     // True once no signal is on its way to the program any more.
     bool hasNoticedSignals() const
