@@ -72,6 +72,8 @@ void JudgementTest::everyOutcomeHasItsWord_data()
     row("drive reported an error", jobEnded(JobEnd::Done, "gone"), "incomplete");
     row("no reader", jobEnded(JobEnd::NoReader), "failed");
     row("no mode", jobEnded(JobEnd::NoMode, "gone"), "failed");
+    row("reader in use", jobEnded(JobEnd::ReaderInUse, "held"), "failed");
+    row("a stick", jobEnded(JobEnd::NotTheReader, "no file"), "failed");
     row("no memory", jobEnded(JobEnd::NoMemory), "failed");
     row("no script", jobEnded(JobEnd::NoScript), "failed");
     row("input not opened", jobEnded(JobEnd::InputNotOpened, "gone"), "failed");

@@ -40,6 +40,8 @@ private slots:
         add("done", JobEnd::Done, State::OnlyRead, State::Written);
         add("no reader", JobEnd::NoReader, State::Untouched, State::Untouched);
         add("no mode", JobEnd::NoMode, State::Untouched, State::Untouched);
+        add("reader in use", JobEnd::ReaderInUse, State::Untouched, State::Untouched);
+        add("a stick", JobEnd::NotTheReader, State::Untouched, State::Untouched);
         add("no memory", JobEnd::NoMemory, State::Untouched, State::Untouched);
         add("no script", JobEnd::NoScript, State::Untouched, State::Untouched);
         add("file not opened", JobEnd::InputNotOpened, State::Untouched, State::Untouched);

@@ -100,11 +100,23 @@ private slots:
         QCOMPARE(m_events, QStringList());
     }
 
+    void missingModeIsTold_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<JobEnd>("end");
+        QTest::newRow("no answer") << int(DriveErrorCode::InputOutput) << JobEnd::NoMode;
+        QTest::newRow("refused") << int(DriveErrorCode::Refused) << JobEnd::NoMode;
+        QTest::newRow("in use") << int(DriveErrorCode::InUse) << JobEnd::ReaderInUse;
+        QTest::newRow("a stick") << int(DriveErrorCode::NotTheReader) << JobEnd::NotTheReader;
+    }
     void missingModeIsTold()
     {
-        m_bench->drive().addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever});
+        QFETCH(int, code);
+        QFETCH(JobEnd, end);
+        m_bench->drive().addFault({DriveCall::OpenForWrite, "CMD.CMD", 0, DriveFault::kForever,
+                                   static_cast<DriveErrorCode>(code)});
         const JobResult result = run();
-        QCOMPARE(result.end, JobEnd::NoMode);
+        QCOMPARE(result.end, end);
         QVERIFY(!result.driveError.isEmpty());
         QCOMPARE(m_bench->traffic(), QStringList());
     }

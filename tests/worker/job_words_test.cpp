@@ -16,6 +16,8 @@ private slots:
     {
         const QMap<JobEnd, QString> lines = {{JobEnd::NoReader, "Can not found device."},
                                              {JobEnd::NoMode, "Initialize device error."},
+                                             {JobEnd::ReaderInUse, "Initialize device error."},
+                                             {JobEnd::NotTheReader, "Initialize device error."},
                                              {JobEnd::NoMemory, "Not enough memory."},
                                              {JobEnd::InputNotOpened, "Open File error."},
                                              {JobEnd::InputNotRead, "Read File error."},
