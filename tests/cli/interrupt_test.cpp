@@ -3,6 +3,7 @@
 #include "cartridge_stack.h"
 #include "cli/commands.h"
 #include "cli/interrupt.h"
+#include "cli/shell_word.h"
 #include "program_run.h"
 #include "report_capture.h"
 #include "script/erase_poll.h"
@@ -233,7 +234,7 @@ private:
         for (const QString &text :
              {QString("Asked to stop."), QString("only the wait for an erase can be cut short"),
               QString("Stopped while the chip was being erased. What the chip held may be lost."),
-              "gbdriver-cli " + command + " \"" + backup + "\""})
+              "gbdriver-cli " + command + " " + shellWord(backup)})
             QVERIFY2(m_messages.contains(text), qPrintable(text + "\n" + m_messages));
     }
 
