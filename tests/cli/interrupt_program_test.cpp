@@ -5,6 +5,8 @@
 #include "running_program.h"
 #include "test_class.h"
 
+#include "cli/shell_word.h"
+
 #include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -153,7 +155,7 @@ private slots:
              {QString("Ctrl-C ends the wait, and what the chip held may then be lost."),
               QString("only the wait for an erase can be cut short"),
               QString("Stopped while the chip was being erased. What the chip held may be lost."),
-              "gbdriver-cli flash \"" + backup + "\""})
+              "gbdriver-cli flash " + shellWord(backup)})
             QVERIFY2(messages.contains(text), qPrintable(messages));
     }
 
