@@ -7,6 +7,9 @@
 
 #include <cstdio>
 
+// Whether what fprintf() has put into the stream, `count` being its answer, has left the program.
+bool wasWritten(std::FILE *stream, int count);
+
 // Prints the text as shownText() has it, in the system's encoding, and one end of a line; `color`
 // is a terminal's code to put before it, empty for none. The stream is flushed.
 // Returns: false if it could not be written; errno says why.

@@ -50,7 +50,7 @@ void Reporter::event(const char *name, QJsonObject object)
         return;
     object.insert(QStringLiteral("event"), QLatin1String(name));
     const int count = std::fprintf(m_target.answers, "%s\n", jsonLine(object).constData());
-    if (std::fflush(m_target.answers) != 0 || count < 0)
+    if (!wasWritten(m_target.answers, count))
         noteBrokenAnswer();
 }
 
