@@ -251,7 +251,7 @@ QString fileTroubleText(const FileTrouble &trouble)
                               "trusted.")
             .arg(path);
     case FileFault::ReadsNoFile:
-        return QStringLiteral("Cannot read %1: it is no ordinary file.").arg(trouble.path);
+        return QStringLiteral("Cannot read %1: it is no ordinary file.").arg(path);
     case FileFault::ReadsFolder:
         return QStringLiteral("Cannot read %1: it is a folder.").arg(path);
     case FileFault::TooLarge:
