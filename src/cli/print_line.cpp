@@ -2,9 +2,19 @@
 
 #include "worker/shown_text.h"
 
+#include <cerrno>
+
 namespace
 {
 constexpr char kPlain[] = "\033[0m";
+}
+
+bool writeLine(std::FILE *stream, const QByteArray &line)
+{
+    errno = 0;
+    const int count = std::fprintf(stream, "%s\n", line.constData());
+    // Not every library's fprintf() tells of an error itself.
+    return std::fflush(stream) == 0 && count >= 0 && std::ferror(stream) == 0;
 }
 
 bool printLine(std::FILE *stream, const QString &text, const char *color)
@@ -13,6 +23,5 @@ bool printLine(std::FILE *stream, const QString &text, const char *color)
     while (shown.endsWith(QLatin1Char('\n')))
         shown.chop(1);
     const char *const end = *color == '\0' ? "" : kPlain;
-    const int count = std::fprintf(stream, "%s%s%s\n", color, shown.toLocal8Bit().constData(), end);
-    return std::fflush(stream) == 0 && count >= 0;
+    return writeLine(stream, color + shown.toLocal8Bit() + end);
 }

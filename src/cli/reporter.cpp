@@ -49,8 +49,7 @@ void Reporter::event(const char *name, QJsonObject object)
     if (!isJson())
         return;
     object.insert(QStringLiteral("event"), QLatin1String(name));
-    const int count = std::fprintf(m_target.answers, "%s\n", jsonLine(object).constData());
-    if (std::fflush(m_target.answers) != 0 || count < 0)
+    if (!writeLine(m_target.answers, jsonLine(object)))
         noteBrokenAnswer();
 }
 

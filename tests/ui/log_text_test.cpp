@@ -66,6 +66,15 @@ private slots:
         QCOMPARE(console.toPlainText(), "before\n" + text + "\nbehind");
     }
 
+    // The log is copied, into a terminal too.
+    void controlsAreWrittenOut()
+    {
+        QCOMPARE(logText("A\033[2J"), QString("A\\x1B[2J"));
+        Console console(nullptr);
+        appendLog(&console, logText("<b>\033]0;x\007"));
+        QCOMPARE(console.toPlainText(), QString("<b>\\x1B]0;x\\x07"));
+    }
+
     // As in a text without markup.
     void everyKindOfLineBreakIsOne()
     {

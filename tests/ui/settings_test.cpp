@@ -1,13 +1,14 @@
 // The settings box: every choice by the user and every choice by value.
 #include "ui/settings.h"
 
+#include "settings_lists.h"
 #include "test_class.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QLabel>
 #include <QMetaMethod>
 #include <QtTest>
+
+#include <memory>
 
 namespace
 {
@@ -75,25 +76,14 @@ private:
     void choose(QComboBox *box, int row);
 
     Settings *m_settings = nullptr;
-    QComboBox *m_system = nullptr;
-    QComboBox *m_item1 = nullptr;
-    QComboBox *m_item2 = nullptr;
-    QComboBox *m_item3 = nullptr;
-    QCheckBox *m_verify = nullptr;
+    std::unique_ptr<SettingsLists> m_lists;
     QList<QLabel *> m_labels;
 };
 
 void SettingsTest::init()
 {
     m_settings = new Settings;
-    const auto boxes = m_settings->findChildren<QComboBox *>();
-    QCOMPARE(boxes.size(), 4);
-    m_system = boxes[0];
-    m_item1 = boxes[1];
-    m_item2 = boxes[2];
-    m_item3 = boxes[3];
-    m_verify = m_settings->findChild<QCheckBox *>();
-    QVERIFY(m_verify);
+    m_lists = std::make_unique<SettingsLists>(*m_settings);
     m_labels = m_settings->findChildren<QLabel *>();
     QCOMPARE(m_labels.size(), 4);
     m_settings->show();
@@ -142,16 +132,16 @@ void SettingsTest::freshBoxHoldsTheGbDefaults()
     QCOMPARE(m_labels[1]->text(), QString("MBC TYPE:"));
     QCOMPARE(m_labels[2]->text(), QString("ROM SIZE:"));
     QCOMPARE(m_labels[3]->text(), QString("RAM SIZE:"));
-    QCOMPARE(rowsOf(m_system), (QStringList{"GB/GBC", "GBA"}));
-    QCOMPARE(rowsOf(m_item1), kMapperLabels);
-    QCOMPARE(rowsOf(m_item2), kGbRomLabels);
-    QCOMPARE(rowsOf(m_item3), kGbRamLabels);
-    QCOMPARE(m_system->currentText(), QString("GB/GBC"));
-    QCOMPARE(m_item1->currentText(), QString("MBC5"));
-    QCOMPARE(m_item2->currentText(), QString("256 Kbit"));
-    QCOMPARE(m_item3->currentText(), QString("512 B"));
-    QCOMPARE(m_verify->text(), QString("Verify the data after writing"));
-    QVERIFY(!m_verify->isChecked());
+    QCOMPARE(rowsOf(m_lists->system), (QStringList{"GB/GBC", "GBA"}));
+    QCOMPARE(rowsOf(m_lists->item1), kMapperLabels);
+    QCOMPARE(rowsOf(m_lists->item2), kGbRomLabels);
+    QCOMPARE(rowsOf(m_lists->item3), kGbRamLabels);
+    QCOMPARE(m_lists->system->currentText(), QString("GB/GBC"));
+    QCOMPARE(m_lists->item1->currentText(), QString("MBC5"));
+    QCOMPARE(m_lists->item2->currentText(), QString("256 Kbit"));
+    QCOMPARE(m_lists->item3->currentText(), QString("512 B"));
+    QCOMPARE(m_lists->verify->text(), QString("Verify the data after writing"));
+    QVERIFY(!m_lists->verify->isChecked());
 
     QCOMPARE(m_settings->getSysType(), 0);
     QCOMPARE(m_settings->getMbcType(), 4);
@@ -163,32 +153,33 @@ void SettingsTest::freshBoxHoldsTheGbDefaults()
 
 void SettingsTest::widgetsStandInTwoColumns()
 {
-    const QList<QComboBox *> boxes = {m_system, m_item1, m_item2, m_item3};
+    const QList<QComboBox *> boxes = {m_lists->system, m_lists->item1, m_lists->item2,
+                                      m_lists->item3};
     for (int i = 0; i < boxes.size(); ++i) {
         QVERIFY(m_labels[i]->geometry().right() < boxes[i]->geometry().left());
-        QCOMPARE(boxes[i]->geometry().left(), m_system->geometry().left());
+        QCOMPARE(boxes[i]->geometry().left(), m_lists->system->geometry().left());
         if (i > 0) {
             QVERIFY(boxes[i]->geometry().top() > boxes[i - 1]->geometry().bottom());
             QVERIFY(m_labels[i]->geometry().top() > m_labels[i - 1]->geometry().bottom());
         }
     }
-    QVERIFY(m_verify->geometry().top() > m_item3->geometry().bottom());
+    QVERIFY(m_lists->verify->geometry().top() > m_lists->item3->geometry().bottom());
 }
 
 void SettingsTest::userChoosesGba()
 {
-    choose(m_system, 1);
+    choose(m_lists->system, 1);
     QCOMPARE(m_settings->getSysType(), 1);
     QCOMPARE(m_labels[0]->text(), QString("SYS TYPE:"));
     QCOMPARE(m_labels[1]->text(), QString("ROM SIZE:"));
     QCOMPARE(m_labels[2]->text(), QString("RAM TYPE:"));
     QCOMPARE(m_labels[3]->text(), QString("RAM SIZE:"));
-    QCOMPARE(rowsOf(m_item1), kGbaRomLabels);
-    QCOMPARE(rowsOf(m_item2), kSaveTypeLabels);
-    QCOMPARE(rowsOf(m_item3), (QStringList{"32 K", "64 K"}));
-    QCOMPARE(m_item1->currentText(), QString("8 Mb"));
-    QCOMPARE(m_item2->currentText(), QString("SRAM"));
-    QCOMPARE(m_item3->currentText(), QString("32 K"));
+    QCOMPARE(rowsOf(m_lists->item1), kGbaRomLabels);
+    QCOMPARE(rowsOf(m_lists->item2), kSaveTypeLabels);
+    QCOMPARE(rowsOf(m_lists->item3), (QStringList{"32 K", "64 K"}));
+    QCOMPARE(m_lists->item1->currentText(), QString("8 Mb"));
+    QCOMPARE(m_lists->item2->currentText(), QString("SRAM"));
+    QCOMPARE(m_lists->item3->currentText(), QString("32 K"));
     QCOMPARE(m_settings->getGbaRomSize(), 1048576);
     QCOMPARE(m_settings->getGbaRamType(), 0);
     QCOMPARE(m_settings->getGbaRamSize(), 32768);
@@ -205,7 +196,7 @@ void SettingsTest::userChoosesAMapper_data()
 void SettingsTest::userChoosesAMapper()
 {
     QFETCH(int, row);
-    choose(m_item1, row);
+    choose(m_lists->item1, row);
     QCOMPARE(m_settings->getMbcType(), row);
     QCOMPARE(m_settings->getMbcScript(), kScripts[row]);
     QCOMPARE(m_settings->getGbRomSize(), 32768);
@@ -224,7 +215,7 @@ void SettingsTest::userChoosesAGbRomSize()
 {
     QFETCH(int, row);
     QFETCH(int, size);
-    choose(m_item2, row);
+    choose(m_lists->item2, row);
     QCOMPARE(m_settings->getGbRomSize(), size);
     QCOMPARE(m_settings->getMbcType(), 4);
     QCOMPARE(m_settings->getGbRamSize(), 512);
@@ -245,7 +236,7 @@ void SettingsTest::userChoosesAGbRamSize()
 {
     QFETCH(int, row);
     QFETCH(int, size);
-    choose(m_item3, row);
+    choose(m_lists->item3, row);
     QCOMPARE(m_settings->getGbRamSize(), size);
     QCOMPARE(m_settings->getMbcType(), 4);
     QCOMPARE(m_settings->getGbRomSize(), 32768);
@@ -263,8 +254,8 @@ void SettingsTest::userChoosesAGbaRomSize()
 {
     QFETCH(int, row);
     QFETCH(int, size);
-    choose(m_system, 1);
-    choose(m_item1, row);
+    choose(m_lists->system, 1);
+    choose(m_lists->item1, row);
     QCOMPARE(m_settings->getGbaRomSize(), size);
     QCOMPARE(m_settings->getGbaRamType(), 0);
     QCOMPARE(m_settings->getGbaRamSize(), 32768);
@@ -287,11 +278,11 @@ void SettingsTest::userChoosesASaveType()
     QFETCH(QStringList, offered);
     QFETCH(int, firstRow);
     QFETCH(int, size);
-    choose(m_system, 1);
-    choose(m_item2, row);
+    choose(m_lists->system, 1);
+    choose(m_lists->item2, row);
     QCOMPARE(m_settings->getGbaRamType(), row);
-    QCOMPARE(rowsOf(m_item3), offered);
-    QCOMPARE(m_item3->currentIndex(), 0);
+    QCOMPARE(rowsOf(m_lists->item3), offered);
+    QCOMPARE(m_lists->item3->currentIndex(), 0);
     QCOMPARE(m_settings->gbaRamSizeRow, firstRow);
     QCOMPARE(m_settings->getGbaRamSize(), size);
 }
@@ -314,27 +305,27 @@ void SettingsTest::userChoosesASaveSize()
     QFETCH(int, saveType);
     QFETCH(int, row);
     QFETCH(int, size);
-    choose(m_system, 1);
-    choose(m_item2, saveType);
-    choose(m_item3, row);
+    choose(m_lists->system, 1);
+    choose(m_lists->item2, saveType);
+    choose(m_lists->item3, row);
     QCOMPARE(m_settings->getGbaRamSize(), size);
     QCOMPARE(m_settings->getGbaRamType(), saveType);
 }
 
 void SettingsTest::userTicksVerify()
 {
-    QTest::keyClick(m_verify, Qt::Key_Space);
+    QTest::keyClick(m_lists->verify, Qt::Key_Space);
     QCOMPARE(m_settings->getCheckType(), true);
-    QTest::keyClick(m_verify, Qt::Key_Space);
+    QTest::keyClick(m_lists->verify, Qt::Key_Space);
     QCOMPARE(m_settings->getCheckType(), false);
 }
 
 void SettingsTest::partlyCheckedIsNotChecked()
 {
-    m_verify->setChecked(true);
+    m_lists->verify->setChecked(true);
     QCOMPARE(m_settings->getCheckType(), true);
-    m_verify->setTristate(true);
-    m_verify->setCheckState(Qt::PartiallyChecked);
+    m_lists->verify->setTristate(true);
+    m_lists->verify->setCheckState(Qt::PartiallyChecked);
     QCOMPARE(m_settings->getCheckType(), false);
     m_settings->setCheck(2);
     QCOMPARE(m_settings->getCheckType(), true);
@@ -344,10 +335,10 @@ void SettingsTest::partlyCheckedIsNotChecked()
 
 void SettingsTest::changingARowFromTheProgramTriggersNoSlot()
 {
-    m_item1->setCurrentIndex(1);
-    m_item2->setCurrentIndex(3);
-    m_item3->setCurrentIndex(2);
-    m_system->setCurrentIndex(1);
+    m_lists->item1->setCurrentIndex(1);
+    m_lists->item2->setCurrentIndex(3);
+    m_lists->item3->setCurrentIndex(2);
+    m_lists->system->setCurrentIndex(1);
     QCOMPARE(m_settings->getSysType(), 0);
     QCOMPARE(m_settings->getMbcType(), 4);
     QCOMPARE(m_settings->getGbRomSize(), 32768);
@@ -381,20 +372,20 @@ void SettingsTest::rowsOutsideAListAreIgnored()
 
 void SettingsTest::switchingSystemsResetsTheNewOne()
 {
-    choose(m_item1, 1);
-    choose(m_item2, 8);
-    choose(m_item3, 4);
-    choose(m_system, 1);
-    choose(m_item1, 6);
-    choose(m_item2, 2);
-    choose(m_item3, 1);
-    choose(m_system, 0);
+    choose(m_lists->item1, 1);
+    choose(m_lists->item2, 8);
+    choose(m_lists->item3, 4);
+    choose(m_lists->system, 1);
+    choose(m_lists->item1, 6);
+    choose(m_lists->item2, 2);
+    choose(m_lists->item3, 1);
+    choose(m_lists->system, 0);
     QCOMPARE(m_settings->getMbcType(), 4);
     QCOMPARE(m_settings->getGbRomSize(), 32768);
     QCOMPARE(m_settings->getGbRamSize(), 512);
     QCOMPARE(m_labels[1]->text(), QString("MBC TYPE:"));
     QCOMPARE(m_labels[2]->text(), QString("ROM SIZE:"));
-    choose(m_system, 1);
+    choose(m_lists->system, 1);
     QCOMPARE(m_settings->getGbaRomSize(), 1048576);
     QCOMPARE(m_settings->getGbaRamType(), 0);
     QCOMPARE(m_settings->getGbaRamSize(), 32768);
@@ -416,9 +407,9 @@ void SettingsTest::unknownSystemEmptiesTheListsAndStopsTheSlots()
 {
     m_settings->setSysType(2);
     QCOMPARE(m_settings->getSysType(), 2);
-    QCOMPARE(m_item1->count(), 0);
-    QCOMPARE(m_item2->count(), 0);
-    QCOMPARE(m_item3->count(), 0);
+    QCOMPARE(m_lists->item1->count(), 0);
+    QCOMPARE(m_lists->item2->count(), 0);
+    QCOMPARE(m_lists->item3->count(), 0);
     QCOMPARE(m_labels[1]->text(), QString("MBC TYPE:"));
     QCOMPARE(m_settings->getMbcScript(), QString());
 
@@ -438,27 +429,27 @@ void SettingsTest::unknownSystemEmptiesTheListsAndStopsTheSlots()
 void SettingsTest::selectSysTypeShowsTheSystem()
 {
     m_settings->selectSysType(1);
-    QCOMPARE(m_system->currentIndex(), 1);
+    QCOMPARE(m_lists->system->currentIndex(), 1);
     QCOMPARE(m_settings->getSysType(), 1);
-    QCOMPARE(rowsOf(m_item1), kGbaRomLabels);
+    QCOMPARE(rowsOf(m_lists->item1), kGbaRomLabels);
     m_settings->selectSysType(0);
-    QCOMPARE(m_system->currentIndex(), 0);
+    QCOMPARE(m_lists->system->currentIndex(), 0);
     QCOMPARE(m_settings->getSysType(), 0);
-    QCOMPARE(rowsOf(m_item1), kMapperLabels);
+    QCOMPARE(rowsOf(m_lists->item1), kMapperLabels);
 }
 
 void SettingsTest::selectItem1FindsMappersAndGbaRomSizes()
 {
     for (int mapper = 0; mapper < kMapperLabels.size(); ++mapper) {
         m_settings->selectItem1(mapper);
-        QCOMPARE(m_item1->currentIndex(), mapper);
+        QCOMPARE(m_lists->item1->currentIndex(), mapper);
         QCOMPARE(m_settings->getMbcType(), mapper);
         QCOMPARE(m_settings->getMbcScript(), kScripts[mapper]);
     }
     m_settings->selectSysType(1);
     for (int row = 0; row < kGbaRomLabels.size(); ++row) {
         m_settings->selectItem1(1048576 << row);
-        QCOMPARE(m_item1->currentIndex(), row);
+        QCOMPARE(m_lists->item1->currentIndex(), row);
         QCOMPARE(m_settings->getGbaRomSize(), 1048576 << row);
     }
 }
@@ -467,17 +458,17 @@ void SettingsTest::selectItem2FindsRomSizesAndSaveTypes()
 {
     for (int row = 0; row < kGbRomLabels.size(); ++row) {
         m_settings->selectItem2(32768 << row);
-        QCOMPARE(m_item2->currentIndex(), row);
+        QCOMPARE(m_lists->item2->currentIndex(), row);
         QCOMPARE(m_settings->getGbRomSize(), 32768 << row);
     }
     m_settings->selectSysType(1);
     const QList<int> firstSizes = {32768, 65536, 512};
     for (int type = 0; type < 3; ++type) {
         m_settings->selectItem2(type);
-        QCOMPARE(m_item2->currentIndex(), type);
+        QCOMPARE(m_lists->item2->currentIndex(), type);
         QCOMPARE(m_settings->getGbaRamType(), type);
         QCOMPARE(m_settings->getGbaRamSize(), firstSizes[type]);
-        QCOMPARE(m_item3->count(), 2);
+        QCOMPARE(m_lists->item3->count(), 2);
     }
 }
 
@@ -486,7 +477,7 @@ void SettingsTest::selectItem3FindsSaveSizes()
     const QList<int> sizes = {512, 8192, 32768, 65536, 131072};
     for (int row = 0; row < sizes.size(); ++row) {
         m_settings->selectItem3(sizes[row]);
-        QCOMPARE(m_item3->currentIndex(), row);
+        QCOMPARE(m_lists->item3->currentIndex(), row);
         QCOMPARE(m_settings->getGbRamSize(), sizes[row]);
     }
 }
@@ -500,7 +491,7 @@ void SettingsTest::selectItem3OffersOnlyTheSizesOfTheSaveType()
             m_settings->selectItem2(type);
             m_settings->selectItem3(size);
             const int row = fitting[type].indexOf(size);
-            QCOMPARE(m_item3->currentIndex(), row < 0 ? 0 : row);
+            QCOMPARE(m_lists->item3->currentIndex(), row < 0 ? 0 : row);
             QCOMPARE(m_settings->getGbaRamSize(), row < 0 ? fitting[type][0] : size);
         }
     }
@@ -511,9 +502,9 @@ void SettingsTest::valuesInNoRowChangeNothing()
     m_settings->selectItem3(2048); // what a header with RAM code 1 asks for
     m_settings->selectItem1(7);
     m_settings->selectItem2(32769);
-    QCOMPARE(m_item1->currentIndex(), 4);
-    QCOMPARE(m_item2->currentIndex(), 0);
-    QCOMPARE(m_item3->currentIndex(), 0);
+    QCOMPARE(m_lists->item1->currentIndex(), 4);
+    QCOMPARE(m_lists->item2->currentIndex(), 0);
+    QCOMPARE(m_lists->item3->currentIndex(), 0);
     QCOMPARE(m_settings->getMbcType(), 4);
     QCOMPARE(m_settings->getGbRomSize(), 32768);
     QCOMPARE(m_settings->getGbRamSize(), 512);
@@ -522,8 +513,8 @@ void SettingsTest::valuesInNoRowChangeNothing()
     m_settings->selectItem1(0);
     m_settings->selectItem2(3);
     m_settings->selectItem3(0); // a game without known save memory
-    QCOMPARE(m_item1->currentIndex(), 0);
-    QCOMPARE(m_item2->currentIndex(), 0);
+    QCOMPARE(m_lists->item1->currentIndex(), 0);
+    QCOMPARE(m_lists->item2->currentIndex(), 0);
     QCOMPARE(m_settings->getGbaRomSize(), 1048576);
     QCOMPARE(m_settings->getGbaRamType(), 0);
     QCOMPARE(m_settings->getGbaRamSize(), 32768);

@@ -1,11 +1,10 @@
 // The settings box in use: the wheel that comes by, and what assistive programs say of it.
+#include "settings_lists.h"
 #include "test_class.h"
 #include "ui/settings.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QWheelEvent>
 #include <QtTest>
 
@@ -67,25 +66,14 @@ private slots:
 private:
     std::unique_ptr<Settings> m_box;
     Settings *m_settings = nullptr;
-    QComboBox *m_system = nullptr;
-    QComboBox *m_item1 = nullptr;
-    QComboBox *m_item2 = nullptr;
-    QComboBox *m_item3 = nullptr;
-    QCheckBox *m_verify = nullptr;
+    std::unique_ptr<SettingsLists> m_lists;
 };
 
 void SettingsUseTest::init()
 {
     m_box = std::make_unique<Settings>();
     m_settings = m_box.get();
-    const QList<QComboBox *> lists = m_settings->findChildren<QComboBox *>();
-    QCOMPARE(lists.size(), 4);
-    m_system = lists[0];
-    m_item1 = lists[1];
-    m_item2 = lists[2];
-    m_item3 = lists[3];
-    m_verify = m_settings->findChild<QCheckBox *>();
-    QVERIFY(m_verify);
+    m_lists = std::make_unique<SettingsLists>(*m_settings);
     m_settings->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_settings));
 }
@@ -94,12 +82,12 @@ void SettingsUseTest::wheelPassesAListWithoutFocus()
 {
     m_settings->selectItem2(1048576);
     QApplication::setActiveWindow(m_settings);
-    m_verify->setFocus();
-    QVERIFY(m_verify->hasFocus());
+    m_lists->verify->setFocus();
+    QVERIFY(m_lists->verify->hasFocus());
     WheelWatch around;
     m_settings->installEventFilter(&around);
     int turns = 0;
-    for (QComboBox *box : {m_system, m_item1, m_item2, m_item3}) {
+    for (QComboBox *box : {m_lists->system, m_lists->item1, m_lists->item2, m_lists->item3}) {
         const int row = box->currentIndex();
         for (const int notches : {-1, 1}) {
             turnWheel(box, notches);
@@ -115,22 +103,22 @@ void SettingsUseTest::wheelPassesAListWithoutFocus()
 void SettingsUseTest::wheelTurnsTheListWithTheFocus()
 {
     QApplication::setActiveWindow(m_settings);
-    m_item2->setFocus();
-    QVERIFY(m_item2->hasFocus());
-    turnWheel(m_item2, -1);
+    m_lists->item2->setFocus();
+    QVERIFY(m_lists->item2->hasFocus());
+    turnWheel(m_lists->item2, -1);
     QCOMPARE(m_settings->getGbRomSize(), 65536);
 }
 
 void SettingsUseTest::listsAreSpokenByTheirLabels()
 {
     const auto spoken = [this] {
-        return QStringList{spokenLabel(m_system), spokenLabel(m_item1), spokenLabel(m_item2),
-                           spokenLabel(m_item3)};
+        return QStringList{spokenLabel(m_lists->system), spokenLabel(m_lists->item1),
+                           spokenLabel(m_lists->item2), spokenLabel(m_lists->item3)};
     };
     QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "MBC TYPE:", "ROM SIZE:", "RAM SIZE:"}));
     m_settings->selectSysType(1);
     QCOMPARE(spoken(), (QStringList{"SYS TYPE:", "ROM SIZE:", "RAM TYPE:", "RAM SIZE:"}));
-    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(m_verify);
+    const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(m_lists->verify);
     QCOMPARE(face->text(QAccessible::Name), QString("Verify the data after writing"));
 }
 
