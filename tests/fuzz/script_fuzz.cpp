@@ -97,6 +97,10 @@ public:
     {
         return {DriveErrorCode::InputOutput, "no drive"};
     }
+    DriveStatus mayWrite(const char * /*path*/) override
+    {
+        return {DriveErrorCode::InputOutput, "no drive"};
+    }
     void releaseDrive() override {}
 };
 
