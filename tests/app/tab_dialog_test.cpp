@@ -291,7 +291,8 @@ void TabDialogTest::escapeDoesNothingDuringAJob()
     QVERIFY(isBusy(*m_tab));
     // An erase tells no progress, but for how long it has been running.
     QCOMPARE(m_tab->progress->maximum(), 0);
-    QVERIFY2(m_tab->progress->text().startsWith("Erasing; Cancel ends the wait 0:"), qPrintable(m_tab->progress->text()));
+    QVERIFY2(m_tab->progress->text().startsWith("Erasing; Cancel ends the wait 0:"),
+             qPrintable(m_tab->progress->text()));
     QCOMPARE(m_tab->worker->cancel_flag.load(), 0);
     QVERIFY(!m_tab->console->toPlainText().contains(kClosingLine));
 }
@@ -414,7 +415,7 @@ void TabDialogTest::secondCloseNeverLeavesAWrite()
     use(makeMbc5Cartridge(32 * 1024), kSaveScript);
     m_fixture->reader().setListener([&](const Operation &operation) {
         if (operation.kind == Operation::Kind::CommandRun &&
-            QThread::currentThread() != QCoreApplication::instance()->thread())
+            QThread::currentThread() == m_tab->worker)
             mayGoOn.acquire();
     });
     press(m_tab->writeRamButton, m_fixture->addFile("new.sav", QByteArray(0x8000, 's')));

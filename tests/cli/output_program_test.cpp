@@ -150,7 +150,7 @@ private slots:
         QTest::newRow("verify, missing") << "verify NAME.missing";
         QTest::newRow("DAT file") << "verify cart.gb --dat NAME";
         QTest::newRow("save of another size")
-            << "write-ram NAME --system gb --mapper mbc5 --ram-size 8K";
+            << "write-ram NAME --system gb --mapper mbc5 --ram-size 32K";
         QTest::newRow("dump into a missing folder") << "dump NAME.folder/x";
         QTest::newRow("file there already") << "dump NAME";
         QTest::newRow("backup into a file") << "backup NAME";

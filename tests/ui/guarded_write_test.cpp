@@ -19,6 +19,7 @@ namespace
 
 const QString kNotBegun = "refused: The write was not begun; the cartridge was read, which also "
                           "writes to its bus.";
+const QString kNotWritten = "refused: Nothing was written; the cartridge is as it was.";
 
 } // namespace
 
@@ -208,9 +209,7 @@ void GuardedWriteTest::badWriteIsNotBegun()
     const QByteArray save = window->bench().save();
     window->run(row.button, window->bench().addFile("new", row.file));
 
-    QCOMPARE(window->judgement(),
-             isRead ? kNotBegun
-                    : QString("refused: Nothing was written; the cartridge is as it was."));
+    QCOMPARE(window->judgement(), isRead ? kNotBegun : kNotWritten);
     const QString log = window->log();
     QVERIFY2(log.contains(reason), qPrintable(log));
     QVERIFY2(window->judgements().contains(advice), qPrintable(window->judgements()));
@@ -368,7 +367,7 @@ void GuardedWriteTest::folderThatCannotBeMadeRefuses()
     const QByteArray old = window->bench().save();
     window->bench().addFile("backups", "a file");
     window->run(row.button, window->bench().addFile("new", row.file));
-    QCOMPARE(window->judgement(), kNotBegun);
+    QCOMPARE(window->judgement(), kNotWritten);
     QVERIFY(window->log().contains("Cannot make the folder " + window->bench().path("backups") +
                                    " for the backup."));
     QVERIFY(window->judgements().contains("turn \"Guard writes\" off"));
