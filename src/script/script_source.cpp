@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 #include <utility>
 
 namespace
@@ -60,24 +61,33 @@ int ScriptSource::nextByte()
         return *m_wrapped++;
     if (m_position >= m_text.size())
         return 0;
-    const char byte = m_text[m_position];
+    const char byte = m_text.at(m_position); // operator[] would look for other owners
     note(byte);
     ++m_position;
     return static_cast<unsigned char>(byte);
 }
 
+// Called for every byte: without copies of the text.
 bool ScriptSource::startsDo() const
 {
-    return m_lastDo != m_position && m_text.mid(m_position, 2) == "do" &&
-           (m_position + 2 >= m_text.size() || !isWordByte(m_text[m_position + 2]));
+    return m_lastDo != m_position && isWordAt(m_position, "do") &&
+           (m_position + 2 >= m_text.size() || !isWordByte(m_text.at(m_position + 2)));
+}
+
+bool ScriptSource::isWordAt(int position, const char *word) const
+{
+    // A zero byte stands behind the text.
+    return std::strncmp(m_text.constData() + position, word, std::strlen(word)) == 0;
 }
 
 bool ScriptSource::endsLoopWord() const
 {
-    if (m_wordStart < 0 || (m_position < m_text.size() && isWordByte(m_text[m_position])))
+    if (m_wordStart < 0 || (m_position < m_text.size() && isWordByte(m_text.at(m_position))))
         return false;
-    const QByteArray word = m_text.mid(m_wordStart, m_position - m_wordStart);
-    return std::find(kLoopWords.begin(), kLoopWords.end(), word) != kLoopWords.end();
+    const auto length = static_cast<std::size_t>(m_position - m_wordStart);
+    return std::any_of(kLoopWords.begin(), kLoopWords.end(), [&](const char *word) {
+        return std::strlen(word) == length && isWordAt(m_wordStart, word);
+    });
 }
 
 // Follows what the compiler's own reader takes for words, texts and comments.

@@ -43,6 +43,7 @@ private:
     void note(char byte);
     bool startsDo() const;
     bool endsLoopWord() const;
+    bool isWordAt(int position, const char *word) const;
 
     QByteArray m_name;
     QByteArray m_text;
