@@ -215,12 +215,13 @@ ExitCode checkFlashFile(const QByteArray &file, const CartridgeValues &values, R
     }
 }
 
-// Asks the chip, and tells what it says. The job learns the chip's width.
+// Asks the chip, and tells what it says. The job learns the chip's width and size.
 ExitCode askChip(Reporter &reporter, CartridgeJob *job, FlashChipAnswer *chip)
 {
     const ProbedChip probed = probeFlashChipTwice();
     *chip = probed.chip;
     job->flashWidth = chip->isWide ? 1 : 0;
+    job->chipSize = static_cast<int>(chip->sizeBytes);
     if (probed.end != ProbeEnd::Asked) {
         Outcome failed;
         failed.trouble =

@@ -7,6 +7,8 @@
 
 #include <QThread>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -62,9 +64,10 @@ int longestEraseSeconds(int chipSize)
     return kSecondsForAny + static_cast<int>(qint64{kSecondsPerMebibyte} * chipSize / kMebibyte);
 }
 
-EraseWait waitForGbErase(JobListener &listener, int chipSize)
+EraseWait waitForGbErase(JobListener &listener, const CartridgeJob &job)
 {
-    return pollUntilErased(listener, chipSize > 0 ? chipSize : kLargestChip, [] {
+    const int size = job.chipSize > 0 ? std::max(job.chipSize, job.romSize) : kLargestChip;
+    return pollUntilErased(listener, size, [] {
         std::uint8_t byte = 0;
         deviceOps.gbRead(0, &byte, sizeof(byte));
         return byte;

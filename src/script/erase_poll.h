@@ -8,6 +8,7 @@
 #pragma once
 
 class JobListener;
+struct CartridgeJob;
 
 enum class EraseEnd { Erased, Cancelled, NoAnswer, TooLong };
 
@@ -17,8 +18,9 @@ struct EraseWait {
 };
 
 // Waits, once started by the script, for a GB flash cartridge's erase: byte 0 of the bus.
-// `chipSize`: in bytes; 0, not known, counts as the largest that a GB bus reaches.
-EraseWait waitForGbErase(JobListener &listener, int chipSize);
+// A chip of unknown size counts as the largest that a GB bus reaches, one that says less than is
+// to be written to it as that.
+EraseWait waitForGbErase(JobListener &listener, const CartridgeJob &job);
 
 // The same for the erase of a GBA FLASH save: byte 0 of the save, read as SRAM whatever save type
 // is bound.

@@ -200,7 +200,7 @@ JobEnd flashRom(HSQUIRRELVM v, RunningJob *job)
         erased == JobEnd::ScriptFailed)
         return erased;
     const QString scriptError = job->scriptError;
-    const JobEnd end = endOfErase(waitForGbErase(job->listener, job->job.chipSize), job);
+    const JobEnd end = endOfErase(waitForGbErase(job->listener, job->job), job);
     // A script that said why it sent nothing is the reason why nothing was erased.
     if (end != JobEnd::Done && !job->hasTouchedCartridge && !scriptError.isEmpty()) {
         job->scriptError = scriptError;

@@ -289,6 +289,7 @@ void MainTab::push_write_flash()
         if (!guarded->useReader([chip] { *chip = probeFlashChip(); }))
             return;
         worker->flash_width = chip->isWide ? 1 : 0;
+        worker->chip_size = static_cast<int>(chip->sizeBytes);
         reportFlashChip(this, *chip);
     }
     worker->operate = jobCode(kWriteFlashAction, settings->sysType);

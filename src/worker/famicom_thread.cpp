@@ -120,6 +120,7 @@ CartridgeJob FamicomThread::job() const
     job.ramSize = ram_size;
     job.saveType = save_type;
     job.flashWidth = flash_width;
+    job.chipSize = chip_size;
     return job;
 }
 

@@ -33,6 +33,7 @@ public:
     int ram_size = 0;                    // bytes
     int save_type = 0;                   // GBA: 0 SRAM, 1 FLASH, 2 EEP; unchanged by GB jobs
     int flash_width = 0;                 // GB flash chip: 0 = 8 bit, 1 = 16 bit
+    int chip_size = 0;                   // of the GB flash chip, bytes; 0: it does not say
     int data_pos = 0;                    // cursor into data_buf; bytes transferred so far
     bool verify = false;                 // copy of the setting; the worker does not read it
     unsigned char *data_buf = nullptr;   // transfer buffer; exists only during run()

@@ -27,6 +27,8 @@ constexpr int kFilesBeforeTheRead = 3; // the one that is read into; two command
 constexpr int kManySearches = 1000;
 constexpr int kMostMoments = 500;
 
+int looks = 0; // at a chip that is being erased
+
 using Command = ExitCode (*)(const CliOptions &, Reporter &);
 
 // The first look of an erase poll presses Ctrl-C; the next ones only come sooner than in life.
@@ -171,6 +173,26 @@ private slots:
         setPollWaiter(interruptTheErase);
         QCOMPARE(run(runFlash), ExitCode::Cancelled);
         checkEraseWasLeft(rom, "flash");
+    }
+
+    // Nobody asks to stop: the chip's own size says how long it may take.
+    void endlessEraseOfAChipIsGivenUp()
+    {
+        const QByteArray rom = stackedImage(GbImageSpec{kMbc5, 1024 * kKibi, 0, "OLD", 1});
+        putFile(path("new.gb"), stackedImage(GbImageSpec{kMbc5, 64 * kKibi, 0, "NEW", 2}));
+        prepare(CliRequest::Flash, path("new.gb"));
+        m_cartridge = {rom, {}, kManySearches};
+        m_cartridge.options.flash = FlashWidth::Word;
+        m_cartridge.options.flashChip.eraseNeverEnds = true;
+        looks = 0;
+        setPollWaiter([](unsigned long /*timeMs*/) { ++looks; });
+        QCOMPARE(run(runFlash), ExitCode::TransferFailed);
+        QCOMPARE(looks, 300 + 128); // seconds, of 1 MiB
+        QVERIFY2(m_messages.contains("the chip was not erased after 428 seconds"),
+                 qPrintable(m_messages));
+        const QStringList backups = filesIn("backups");
+        QCOMPARE(backups.size(), 1);
+        QVERIFY(contentOf(path("backups/" + backups[0])) == rom);
     }
 
     void endlessEraseOfASaveIsLeft()

@@ -545,6 +545,8 @@ void FileActionTest::flashChipIsProbed()
     const QString shown = m_tab->console->toPlainText();
     QCOMPARE(shown.left(plainLog(expected).size()), plainLog(expected));
     QCOMPARE(m_tab->worker->flash_width, 1);
+    const QString kibibytes = sizeLine.section(':', 1).remove("KB");
+    QCOMPARE(m_tab->worker->job().chipSize, kibibytes.toInt() * 1024);
     QCOMPARE(m_tab->worker->operate, 1);
     // Query, answer, back to read mode; a short read is a transfer of 1024 bytes.
     QCOMPARE(m_fixture->traffic().mid(0, 5),
