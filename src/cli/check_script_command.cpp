@@ -50,10 +50,11 @@ void tellTrial(const ScriptTrial &trial, Reporter &reporter)
 
 } // namespace
 
-ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &reporter)
+ExitCode runCheckScript(const CliOptions &options, Reporter &reporter)
 {
-    const ScriptKind *kind =
-        findScriptKind(kindName.isEmpty() ? QFileInfo(path).fileName() : kindName);
+    const QString &path = options.path;
+    const ScriptKind *kind = findScriptKind(
+        options.scriptKind.isEmpty() ? QFileInfo(path).fileName() : options.scriptKind);
     if (!QFileInfo(path).isFile()) {
         reporter.problem(path + QStringLiteral(": There is no such script file."));
         return ExitCode::FileError;
@@ -65,7 +66,9 @@ ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &
     }
     bool hasRight = false;
     ExitCode code = ExitCode::Done;
-    for (const ScriptTrial &trial : tryScript(path, *kind)) {
+    FileUse files;
+    files.isAllowed = options.allowsFiles;
+    for (const ScriptTrial &trial : tryScript(path, *kind, &files)) {
         tellTrial(trial, reporter);
         hasRight = hasRight || trial.outcome == TrialOutcome::Right;
         if (trial.isScriptError)
@@ -75,5 +78,9 @@ ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &
         else if (trial.outcome == TrialOutcome::Failed && code == ExitCode::Done)
             code = ExitCode::TransferFailed;
     }
+    if (files.wasRefused)
+        reporter.problem(
+            QStringLiteral("The script wants to use files, and was not let. Read it; if "
+                           "it does no harm, try it with --allow-files."));
     return code == ExitCode::Done && !hasRight ? ExitCode::TransferFailed : code;
 }

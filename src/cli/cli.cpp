@@ -117,7 +117,7 @@ ExitCode runCommand(const CliOptions &options, Reporter &reporter)
     case CliRequest::SelfTest:
         return runSelfTest(reporter, mapperFolder());
     case CliRequest::CheckScript:
-        return runCheckScript(options.path, options.scriptKind, reporter);
+        return runCheckScript(options, reporter);
     case CliRequest::Tidy:
         return runTidy(options, reporter);
     default:

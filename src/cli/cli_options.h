@@ -46,6 +46,7 @@ struct CliOptions {
     QString backupFolder; // empty: the default one
     int count = 0;        // Backup: end after so many cartridges; 0: never
     QString scriptKind;   // CheckScript: the shipped script for the same cartridges; may be empty
+    bool allowsFiles = false; // CheckScript: the script may use files
 };
 
 // `arguments`: all of the command line, program name first. A job that does not look at its

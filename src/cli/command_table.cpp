@@ -150,7 +150,8 @@ const std::vector<CommandRow> kCommands = {
      {"Says for each operation what the script does with a virtual cartridge: bytes moved, and "
       "device operations beside the least possible. The file's name tells the kind of cartridge, "
       "unless an option does."},
-     {&kSystemOption, &kMapperOption, &kJsonOption, &kQuietOption, &kHelpOption},
+     {&kSystemOption, &kMapperOption, &kAllowFilesOption, &kJsonOption, &kQuietOption,
+      &kHelpOption},
      {{"check-script gb_mbc5.nut", "The name says which cartridges it is for."},
       {"check-script mine.nut --mapper mbc3", "The same for a name of one's own."}},
      {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch}},

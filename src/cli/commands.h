@@ -60,9 +60,9 @@ ExitCode runScripts(Reporter &reporter, const QString &folder);
 // scripts'. Returns: Done, or DataMismatch if a job did not go as it should.
 ExitCode runSelfTest(Reporter &reporter, const QString &scriptFolder);
 
-// Tells about each operation of the script at `path`. `kindName` is the name of the shipped script
-// whose kind of cartridge is meant; empty: the script's own file name tells.
+// Tells about each operation of the script `options.path`. Where `options.scriptKind` is empty the
+// script's own file name tells the kind of cartridge.
 // Returns: Done if the script defines something and nothing that it defines went wrong (a refusal
 // of the script itself is no fault); DataMismatch if bytes were not where they belong;
 // TransferFailed if nothing worked; FileError or Usage if there is nothing to try.
-ExitCode runCheckScript(const QString &path, const QString &kindName, Reporter &reporter);
+ExitCode runCheckScript(const CliOptions &options, Reporter &reporter);

@@ -123,6 +123,7 @@ struct OptionReader {
         options.ignoresContradiction = isSet(kIgnoreContradictionOption);
         options.ignoresBlank = isSet(kIgnoreBlankOption);
         options.makesBackup = !isSet(kNoBackupOption);
+        options.allowsFiles = isSet(kAllowFilesOption);
     }
 
     // A value left out would take the option behind it: "--backup --json" is no folder.

@@ -92,6 +92,9 @@ inline constexpr OptionRow kIgnoreBlankOption = {
 inline constexpr char kRetiredForceOption[] = "force";
 inline constexpr const OptionRow *kIgnoringOptions[] = {
     &kIgnoreSizeOption, &kIgnoreContradictionOption, &kIgnoreBlankOption};
+inline constexpr OptionRow kAllowFilesOption = {
+    "allow-files", ValueKind::None,
+    "Let the script use files of this computer, as it could in a job. Read it first."};
 inline constexpr OptionRow kCountOption = {"count", ValueKind::Number, "End after N cartridges.",
                                            "go on until Ctrl-C"};
 

@@ -36,6 +36,7 @@ struct CartridgeJob {
     int chipSize = 0;   // of the GB flash chip; 0: not known
     // On a virtual cartridge: nothing can be lost, and a write may be left as well.
     bool isTrial = false;
+    bool mayUseFiles = true; // the script; other scripts it may load all the same
 };
 
 // What a code means. A code that is no operation is none of these.
@@ -100,6 +101,7 @@ struct JobResult {
     QString scriptPlace; // where that was: "gb_mbc5.nut, line 12"; empty if not known
     bool hasTouchedCartridge = false; // the script, or an erase, has used the bus
     bool hasWrittenToBus = false;     // and not only for reads: a bank switch, a chip's command
+    bool hasWantedFiles = false;      // the script, and it may not
     QString driveError;      // the last thing that the drive reported, in the system's words
     QString failedOperation; // what the first native that failed said, even if the script caught it
     QByteArray bytes; // of a job that reads: zeros where nothing arrived; empty without a buffer
@@ -126,6 +128,7 @@ struct RunningJob {
     int cursor = 0;                   // place in `data`, and bytes moved so far
     bool hasTouchedCartridge = false; // as in JobResult
     bool hasWrittenToBus = false;     // likewise
+    bool hasWantedFiles = false;      // likewise
     QString scriptError;              // as in JobResult, with the next two
     QString scriptPlace;
     QString failedOperation;

@@ -338,25 +338,6 @@ SQInteger setRootTable(HSQUIRRELVM v)
     return SQ_SUCCEEDED(sq_setroottable(v)) ? 1 : SQ_ERROR;
 }
 
-// The file class takes a pointer, too, for an open file; scripts have `dev`, which is none.
-void guardFiles(HSQUIRRELVM v)
-{
-    // Shared by all machines, and never closed.
-    static std::FILE *const empty = std::fopen(qPrintable(QProcess::nullDevice()), "rb");
-    sq_pushroottable(v);
-    sq_pushstring(v, "stdin", -1);
-    if (empty != nullptr && SQ_SUCCEEDED(sqstd_createfile(v, empty, SQFalse)))
-        sq_newslot(v, -3, SQFalse);
-    sq_settop(v, 1);
-    sq_pushregistrytable(v);
-    sq_pushstring(v, "std_file", -1);
-    sq_rawget(v, -2);
-    sq_pushstring(v, "constructor", -1);
-    sq_rawget(v, -2);
-    sq_setparamscheck(v, 3, "xss");
-    sq_settop(v, 1);
-}
-
 struct Replacement {
     const SQChar *name;
     SQFUNCTION function;
@@ -389,6 +370,55 @@ void replaceMethods(HSQUIRRELVM v, SQObjectType type, const Replacement (&rows)[
     sq_poptop(v);
 }
 
+// Has `name` read nothing, and write to nowhere.
+void emptyStream(HSQUIRRELVM v, const SQChar *name)
+{
+    // Shared by all machines, and never closed.
+    static std::FILE *const empty = std::fopen(qPrintable(QProcess::nullDevice()), "r+b");
+    sq_pushroottable(v);
+    sq_pushstring(v, name, -1);
+    if (empty != nullptr && SQ_SUCCEEDED(sqstd_createfile(v, empty, SQFalse)))
+        sq_newslot(v, -3, SQFalse);
+    sq_settop(v, 1);
+}
+
+SQInteger refuseFile(HSQUIRRELVM v)
+{
+    ownerOf(v).hasWantedFiles = true;
+    return sq_throwerror(v, "scripts may not use files here");
+}
+
+constexpr Replacement kFileWriters[] = {{"writeclosuretofile", refuseFile, 0, nullptr, false}};
+constexpr Replacement kOfFiles[] = {{"constructor", refuseFile, 0, nullptr, false}};
+
+// The class that makes files out of names stays where instances show it, so its constructor goes.
+void closeFiles(HSQUIRRELVM v)
+{
+    for (const SQChar *name : {"stdout", "stderr"})
+        emptyStream(v, name);
+    sq_pushroottable(v);
+    replace(v, kFileWriters);
+    sq_settop(v, 1);
+    sq_pushregistrytable(v);
+    sq_pushstring(v, "std_file", -1);
+    sq_rawget(v, -2);
+    replace(v, kOfFiles);
+    sq_settop(v, 1);
+}
+
+// The file class takes a pointer, too, for an open file; scripts have `dev`, which is none.
+void guardFiles(HSQUIRRELVM v)
+{
+    emptyStream(v, "stdin");
+    sq_pushregistrytable(v);
+    sq_pushstring(v, "std_file", -1);
+    sq_rawget(v, -2);
+    sq_pushstring(v, "constructor", -1);
+    sq_rawget(v, -2);
+    sq_setparamscheck(v, 3, "xss");
+    sq_settop(v, 1);
+}
+
 constexpr Replacement kGlobals[] = {{"array", makeArray, -2, ".n", false},
                                     {"compilestring", compileString, -2, ".ss", false},
                                     {"dofile", doFile, -2, ".sb", false},
@@ -416,6 +446,8 @@ void guardLibrary(HSQUIRRELVM v)
     replaceMethods(v, OT_CLOSURE, kOfFunctions);
     replaceMethods(v, OT_THREAD, kOfCoroutines);
     guardFiles(v);
+    if (!ownerOf(v).job.mayUseFiles)
+        closeFiles(v);
 }
 
 SQRESULT compileFile(HSQUIRRELVM v, const SQChar *path, bool tellsError)

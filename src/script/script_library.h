@@ -11,6 +11,9 @@
 // setdebughook and enabledebuginfo do nothing: the hook is taken. There is nobody to type into
 // `stdin`, so it is empty.
 //
+// In a job whose script may not use files, none can be opened or written; what is written to
+// `stdout` and `stderr` goes nowhere.
+//
 // Natives hold nothing that has to be destroyed while they use the machine, see script_limits.h.
 #pragma once
 

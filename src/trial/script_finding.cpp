@@ -23,9 +23,10 @@ QString firstLine(const QStringList &log)
 void lookAtOperations(const QString &path, bool isGba, ScriptFinding *finding)
 {
     bool hasRun = false;
+    FileUse noFiles;
     for (const ScriptOperation &operation : scriptOperations(isGba)) {
         QStringList log;
-        const ScriptLook look = lookAtScript(path, operation, &log);
+        const ScriptLook look = lookAtScript(path, operation, &noFiles, &log);
         if (look == ScriptLook::Defined)
             finding->operations << QLatin1String(operation.name);
         hasRun = hasRun || look == ScriptLook::Defined || look == ScriptLook::NotDefined;

@@ -69,15 +69,18 @@ QString entryNames(const ScriptOperation &operation)
     return names.join(QStringLiteral(" and "));
 }
 
-ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, QStringList *log)
+ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, FileUse *files,
+                        QStringList *log)
 {
     LookListener listener(log);
     RunningJob job({}, listener); // never run: it passes on what the script prints
+    job.job.mayUseFiles = files->isAllowed;
     ScriptLook look = ScriptLook::Threw;
     withMachine(job, [&](HSQUIRRELVM v) {
         look = lookWith(v, localPath(path), operation);
         if (scriptStop() != ScriptStop::None)
             *log << scriptStopText(scriptStop()) + QStringLiteral(" (%1)").arg(scriptStopPlace());
     });
+    files->wasRefused = files->wasRefused || job.hasWantedFiles;
     return look;
 }

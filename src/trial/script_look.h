@@ -21,6 +21,12 @@ const QList<ScriptOperation> &scriptOperations(bool isGba);
 // "cpu_dump", "cpu_erase and cpu_flash"
 QString entryNames(const ScriptOperation &operation);
 
+// Files that a script opens or writes by itself. Nobody may have read it yet.
+struct FileUse {
+    bool isAllowed = false;
+    bool wasRefused = false; // it has tried
+};
+
 enum class ScriptLook {
     NotCompiled, // or the file cannot be read; then nothing is logged
     Threw,       // its top level, for this operation
@@ -30,4 +36,5 @@ enum class ScriptLook {
 
 // Looks whether the script at `path` defines the operation. What it prints, and errors, are added
 // to `*log` as a job's log has them.
-ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, QStringList *log);
+ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, FileUse *files,
+                        QStringList *log);

@@ -1,6 +1,5 @@
 #include "trial/script_trial.h"
 
-#include "trial/script_look.h"
 #include "trial/trial_bench.h"
 #include "worker/job_words.h"
 
@@ -85,13 +84,15 @@ bool nothingWasSent(int operate, const DeviceOperations &used)
 
 // One job on one cartridge.
 void runTrial(const ScriptOperation &operation, const QString &scriptPath, const ScriptKind &kind,
-              ScriptTrial *trial)
+              FileUse *files, ScriptTrial *trial)
 {
     const int operate = operation.operate;
     TrialBench bench(cartridgeOf(kind, operate));
-    const CartridgeJob job = jobOf(operation, scriptPath, kind);
+    CartridgeJob job = jobOf(operation, scriptPath, kind);
+    job.mayUseFiles = files->isAllowed;
     const QByteArray moved = movedContent(bench, job);
     const TrialRun run = bench.run(job, isWriteJob(operate) ? moved : QByteArray());
+    files->wasRefused = files->wasRefused || run.result.hasWantedFiles;
     trial->log += run.log;
     trial->isScriptError = run.result.end == JobEnd::ScriptError;
     if (trial->isScriptError)
@@ -166,17 +167,17 @@ QString operationsText(const ScriptTrial &trial)
 
 } // namespace
 
-QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind)
+QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind, FileUse *files)
 {
     QList<ScriptTrial> trials;
     for (const ScriptOperation &operation : scriptOperations(kind.isGba)) {
         ScriptTrial trial;
         trial.operation = entryNames(operation);
-        const ScriptLook look = lookAtScript(scriptPath, operation, &trial.log);
+        const ScriptLook look = lookAtScript(scriptPath, operation, files, &trial.log);
         trial.outcome = outcomeOf(look);
         trial.isScriptError = look == ScriptLook::NotCompiled;
         if (trial.outcome == TrialOutcome::Right)
-            runTrial(operation, scriptPath, kind, &trial);
+            runTrial(operation, scriptPath, kind, files, &trial);
         trials << trial;
     }
     return trials;

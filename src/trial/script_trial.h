@@ -6,6 +6,7 @@
 #pragma once
 
 #include "trial/script_kinds.h"
+#include "trial/script_look.h"
 
 #include <QList>
 #include <QString>
@@ -32,7 +33,7 @@ struct ScriptTrial {
 };
 
 // Tries every operation of the kind's system, in the order of the job codes.
-QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind);
+QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind, FileUse *files);
 
 // What came of a trial, for people: the operation with its verdict, then indented what was moved,
 // with how many device operations, and what the job said unless all is right.

@@ -113,6 +113,7 @@ JobResult resultOf(const RunningJob &running, JobEnd end)
     result.failedOperation = running.failedOperation;
     result.hasTouchedCartridge = running.hasTouchedCartridge;
     result.hasWrittenToBus = running.hasWrittenToBus;
+    result.hasWantedFiles = running.hasWantedFiles;
     result.driveError = QString::fromLocal8Bit(lastDriveError().c_str());
     return result;
 }

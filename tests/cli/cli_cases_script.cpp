@@ -109,6 +109,16 @@ QVector<CliCase> scriptCases()
                  {holds("give --mapper")}});
     rows.append({"kind told", "check-script DIR/mine.nut --mapper none", "", mine, ExitCode::Done,
                  "scriptTrial"});
+    const Files files{{"gb_mbc0.nut", "file(\"target\", \"wb\");\n" + kGoodDump}};
+    rows.append({"files, closed",
+                 "check-script DIR/gb_mbc0.nut",
+                 "",
+                 files,
+                 ExitCode::TransferFailed,
+                 "scriptTrial",
+                 {holds("cpu_dump: refused, nothing was sent:"),
+                  holds("| AN ERROR HAS OCCURED [scripts may not use files here]")},
+                 {holds("try it with --allow-files.")}});
     rows.append({"no script",
                  "check-script DIR/none/gb_mbc5.nut",
                  "",

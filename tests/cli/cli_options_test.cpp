@@ -280,6 +280,8 @@ private slots:
         QVERIFY(parse("info --json").asJson);
         QVERIFY(parse("info --quiet").isQuiet);
         QVERIFY(parse("info --quick").isQuick);
+        QVERIFY(parse("check-script x.nut --allow-files").allowsFiles);
+        QVERIFY(!parse("check-script x.nut").allowsFiles);
         QVERIFY(!parse("dump f --no-verify").verifies);
         QVERIFY(parse("dump f --overwrite").overwrites);
         QVERIFY(parse("write-ram f --no-backup --ignore-size").ignoresSize);

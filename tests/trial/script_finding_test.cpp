@@ -152,8 +152,9 @@ void ScriptFindingTest::topLevelCannotReachTheReader()
     ScriptFolder folder;
     folder.write("gb_mbc0.nut", "cpu_dump <- 1; " + call);
     QStringList log;
+    FileUse files;
     const ScriptLook look =
-        lookAtScript(folder.filePath("gb_mbc0.nut"), scriptOperations(false).first(), &log);
+        lookAtScript(folder.filePath("gb_mbc0.nut"), scriptOperations(false).first(), &files, &log);
     setDriveBackend(nullptr);
     QVERIFY(look == ScriptLook::Threw);
     QVERIFY(log.join(QString()).contains("the top level of a script cannot use the cartridge"));

@@ -1,9 +1,12 @@
 // Trials of scripts: each way in which one can end, what is counted, and the lines about it.
 #include "trial/script_trial.h"
 
+#include "files.h"
 #include "script_folder.h"
 #include "test_class.h"
 
+#include <QDir>
+#include <QTemporaryDir>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(ScriptTrial)
@@ -15,11 +18,17 @@ namespace
 const QByteArray kFlash = "function cpu_flash(dev, size, _) { rom_write(dev, 0, size); }\n";
 
 // 32 KiB of ROM behind no mapper, 8 KiB of RAM.
-QList<ScriptTrial> tryPlain(const QByteArray &script)
+QList<ScriptTrial> tryPlain(const QByteArray &script, FileUse *files)
 {
     ScriptFolder folder;
     folder.write("gb_mbc0.nut", script);
-    return tryScript(folder.filePath("gb_mbc0.nut"), *findScriptKind("gb_mbc0.nut"));
+    return tryScript(folder.filePath("gb_mbc0.nut"), *findScriptKind("gb_mbc0.nut"), files);
+}
+
+QList<ScriptTrial> tryPlain(const QByteArray &script)
+{
+    FileUse files;
+    return tryPlain(script, &files);
 }
 
 ScriptTrial made(TrialOutcome outcome, int moved, int expected, bool hasLeast)
@@ -48,6 +57,8 @@ private slots:
     void scriptsEndAsTheyDeserve();
     void operationsOfTheScriptAreCounted();
     void bitsThatTheChipLacksAreNotCompared();
+    void filesAreClosedUnlessAllowed_data();
+    void filesAreClosedUnlessAllowed();
     void trialIsToldInLines_data();
     void trialIsToldInLines();
 };
@@ -56,7 +67,8 @@ void ScriptTrialTest::shippedScriptIsTriedInFull()
 {
     const ScriptKind &kind = *findScriptKind("gb_mbc5.nut");
     QStringList operations;
-    for (const ScriptTrial &trial : tryScript(SHIPPED_SCRIPTS "/gb_mbc5.nut", kind)) {
+    FileUse files;
+    for (const ScriptTrial &trial : tryScript(SHIPPED_SCRIPTS "/gb_mbc5.nut", kind, &files)) {
         operations << trial.operation;
         QCOMPARE(trial.outcome, TrialOutcome::Right);
         const bool isSave = trial.operation.startsWith("save");
@@ -132,11 +144,53 @@ void ScriptTrialTest::bitsThatTheChipLacksAreNotCompared()
     ScriptKind kind = *findScriptKind("gb_mbc2.nut");
     for (const char bits : {kind.saveBits, '\xFF'}) {
         kind.saveBits = bits;
-        const QList<ScriptTrial> trials = tryScript(SHIPPED_SCRIPTS "/gb_mbc2.nut", kind);
+        const QList<ScriptTrial> trials = tryScript(SHIPPED_SCRIPTS "/gb_mbc2.nut", kind, &files);
         QCOMPARE(trials.last().operation, QString("save_write"));
         QCOMPARE(trials.last().outcome, bits == '\xFF' ? TrialOutcome::Wrong : TrialOutcome::Right);
         QCOMPARE(trials.first().outcome, TrialOutcome::Right);
     }
+}
+
+// Ways to get at a file: PATH is one that exists, OTHER one that does not.
+void ScriptTrialTest::filesAreClosedUnlessAllowed_data()
+{
+    QTest::addColumn<QByteArray>("use");
+    QTest::newRow("reading") << QByteArray("file(\"PATH\", \"rb\");");
+    QTest::newRow("cutting") << QByteArray("file(\"PATH\", \"wb\");");
+    QTest::newRow("making") << QByteArray("file(\"OTHER\", \"wb\").writen(1, 'i');");
+    QTest::newRow("class of a stream")
+        << QByteArray("stdin.getclass()(\"OTHER\", \"wb\").writen(1, 'i');");
+    QTest::newRow("class that extends")
+        << QByteArray("class F extends file { constructor() { base.constructor(\"OTHER\", \"wb\"); "
+                      "} }\nF();");
+    QTest::newRow("second constructor") << QByteArray("stdin.constructor(\"OTHER\", \"wb\");");
+    QTest::newRow("compiled function")
+        << QByteArray("writeclosuretofile(\"OTHER\", function() { return 1; });");
+    QTest::newRow("caught") << QByteArray("try { file(\"PATH\", \"wb\"); } catch (e) {}");
+    QTest::newRow("in a coroutine")
+        << QByteArray("newthread(function() { file(\"PATH\", \"wb\"); }).call();");
+}
+
+void ScriptTrialTest::filesAreClosedUnlessAllowed()
+{
+    QFETCH(QByteArray, use);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("path");
+    putFile(path, "of the user");
+    use.replace("PATH", path.toUtf8()).replace("OTHER", folder.filePath("other").toUtf8());
+    for (const bool isTopLevel : {true, false}) {
+        const QByteArray script = isTopLevel ? use + "\nfunction cpu_dump(dev, size, _) {}\n"
+                                             : "function cpu_dump(dev, size, _) { " + use + "\n}\n";
+        FileUse files;
+        tryPlain(script, &files);
+        QVERIFY(files.wasRefused);
+        QCOMPARE(contentOf(path), QByteArray("of the user"));
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList("path"));
+    }
+    FileUse files;
+    files.isAllowed = true;
+    tryPlain(use + "\nfunction cpu_dump(dev, size, _) {}\n", &files);
+    QVERIFY(!files.wasRefused);
 }
 
 void ScriptTrialTest::trialIsToldInLines_data()
