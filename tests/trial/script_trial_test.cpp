@@ -144,6 +144,7 @@ void ScriptTrialTest::bitsThatTheChipLacksAreNotCompared()
     ScriptKind kind = *findScriptKind("gb_mbc2.nut");
     for (const char bits : {kind.saveBits, '\xFF'}) {
         kind.saveBits = bits;
+        FileUse files;
         const QList<ScriptTrial> trials = tryScript(SHIPPED_SCRIPTS "/gb_mbc2.nut", kind, &files);
         QCOMPARE(trials.last().operation, QString("save_write"));
         QCOMPARE(trials.last().outcome, bits == '\xFF' ? TrialOutcome::Wrong : TrialOutcome::Right);
