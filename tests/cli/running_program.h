@@ -71,6 +71,8 @@ public:
     }
     QString answers() { return QString::fromLocal8Bit(m_process.readAllStandardOutput()); }
 
+    qint64 processId() const { return m_process.processId(); }
+
     static bool sendSignal(qint64 process, int signal)
     {
         return process > 0 && ::kill(static_cast<pid_t>(process), signal) == 0;

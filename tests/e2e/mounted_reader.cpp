@@ -17,7 +17,9 @@ QString failure(const QString &what, QProcess &process)
 
 } // namespace
 
-MountedReader::MountedReader() = default;
+MountedReader::MountedReader() : MountedReader({VIRTUAL_READER_PROGRAM}) {}
+
+MountedReader::MountedReader(const QStringList &program) : m_program(program) {}
 
 MountedReader::~MountedReader()
 {
@@ -38,7 +40,7 @@ QString MountedReader::start(const QString &cartPath, const QString &savePath,
         arguments << "--cart" << cartPath;
     if (!savePath.isEmpty())
         arguments << "--save" << savePath;
-    m_process.start(VIRTUAL_READER_PROGRAM, arguments + options);
+    m_process.start(m_program.first(), m_program.mid(1) + arguments + options);
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(kMountMs))
             return failure("The virtual reader cannot be mounted (is FUSE there?)", m_process);
@@ -54,6 +56,11 @@ QString MountedReader::unmount()
     if (refusal.isEmpty() && !m_process.waitForFinished(kUnmountMs))
         return failure("The virtual reader does not end", m_process);
     return refusal;
+}
+
+bool MountedReader::waitForEnd()
+{
+    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(kUnmountMs);
 }
 
 QString MountedReader::declaration() const

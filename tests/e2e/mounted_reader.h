@@ -12,6 +12,8 @@ class MountedReader
 {
 public:
     MountedReader();
+    // Another program in the reader's place, with arguments before those of the reader.
+    explicit MountedReader(const QStringList &program);
     ~MountedReader();
 
     // Mounts a reader with this image in its slot, empty for none; sectors are as strict as a
@@ -31,11 +33,14 @@ public:
 
     // Of the reader's program, to stop it and let it go on.
     qint64 processId() const { return m_process.processId(); }
+    // Waits until the program has ended by itself. Returns: false if it does not.
+    bool waitForEnd();
 
     // Everything that reached the reader since it was mounted, in order.
     QVector<QJsonObject> operations() const;
 
 private:
+    QStringList m_program;
     QTemporaryDir m_folder;
     QTemporaryDir m_logFolder;
     QProcess m_process;
