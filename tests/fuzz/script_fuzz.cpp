@@ -6,6 +6,7 @@
 // that load the common ones find them. No file can be opened by a script: it may be anybody's.
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "rule.h"
 #include "script/erase_poll.h"
 #include "script/script_host.h"
 #include "script/script_limits.h"
@@ -15,7 +16,6 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace
@@ -26,14 +26,6 @@ constexpr int kJobBytes = 0x9000;
 constexpr int kShortSilenceMs = 30;
 constexpr unsigned kMostOperations = 2000; // then the user has enough
 constexpr int kJobCodes = 8;
-
-void require(bool condition, const char *rule)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "broken rule: %s\n", rule);
-    std::abort();
-}
 
 struct Reader {
     std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(kBusBytes, 0xFF);
