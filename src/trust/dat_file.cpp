@@ -152,9 +152,9 @@ bool isBefore(const DatEntry &a, const DatEntry &b)
     return a.sha1 < b.sha1;
 }
 
-bool refuse(QString *problem, const QString &path, const QString &reason)
+bool refuse(QString *problem, const QString &reason)
 {
-    *problem = QStringLiteral("%1: %2").arg(path, reason);
+    *problem = reason;
     return false;
 }
 
@@ -169,32 +169,38 @@ QString reasonOf(TagFault fault)
 
 } // namespace
 
-bool readDatFile(const QString &path, DatFile *dat, QString *problem)
+bool parseDat(const QByteArray &bytes, DatFile *dat, QString *problem)
 {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return refuse(problem, path, QStringLiteral("it is no ordinary file"));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return refuse(problem, path, file.errorString());
-    if (file.size() > kLargestDatBytes)
-        return refuse(problem, path,
-                      QStringLiteral("larger than %1 MiB, this is no DAT file")
-                          .arg(kLargestDatBytes / 1024 / 1024));
-    const QByteArray bytes = file.readAll();
     const TagFault fault = tagFaultOf(bytes);
     if (fault != TagFault::None)
-        return refuse(problem, path, reasonOf(fault));
+        return refuse(problem, reasonOf(fault));
     QXmlStreamReader xml(bytes);
     DatFile read;
     readDocument(&xml, &read);
     if (xml.hasError())
-        return refuse(problem, path,
-                      QStringLiteral("line %1: not a DAT file in its XML form: %2")
-                          .arg(QString::number(xml.lineNumber()), xml.errorString()));
+        return refuse(problem, QStringLiteral("line %1: not a DAT file in its XML form: %2")
+                                   .arg(QString::number(xml.lineNumber()), xml.errorString()));
     std::stable_sort(read.entries.begin(), read.entries.end(), isBefore);
     *dat = read;
     return true;
+}
+
+bool readDatFile(const QString &path, DatFile *dat, QString *problem)
+{
+    const auto refuseFile = [&](const QString &reason) {
+        return refuse(problem, QStringLiteral("%1: %2").arg(path, reason));
+    };
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return refuseFile(QStringLiteral("it is no ordinary file"));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return refuseFile(file.errorString());
+    if (file.size() > kLargestDatBytes)
+        return refuseFile(QStringLiteral("larger than %1 MiB, this is no DAT file")
+                              .arg(kLargestDatBytes / 1024 / 1024));
+    QString reason;
+    return parseDat(file.readAll(), dat, &reason) || refuseFile(reason);
 }
 
 const DatEntry *findInDat(const DatFile &dat, quint64 size, const Sha1Digest &sha1)
