@@ -19,7 +19,7 @@
 constexpr qint64 kLargestDatBytes = 64 * 1024 * 1024;
 
 struct DatEntry {
-    QString title;    // the game's name; of a game of several ROMs "game: ROM"
+    QString title;    // the game's name, of a game of several ROMs "game: ROM"; cut at 255 letters
     quint64 size = 0; // bytes
     Sha1Digest sha1{};
 };
