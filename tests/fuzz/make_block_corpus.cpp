@@ -74,6 +74,17 @@ QByteArray flashSteps(int first, int second, int programOpcode)
            unlock(first, second, 0x10) + bytesOf({kEndFile}) + readDump(0, 1) + bytesOf({kPower});
 }
 
+// One sector is named as often as the blocks have room.
+QByteArray longEraseSteps()
+{
+    QByteArray steps =
+        kStartGb + unlock(0x555, 0x2AA, 0x80) + gbWrite(0x555, 0xAA) + gbWrite(0x2AA, 0x55);
+    for (int block = 0; block < 40; ++block)
+        steps += gbSaveWrite(0x4000, 480, 0x30);
+    return steps + bytesOf({kEndFile}) + readDump(0x4000, 1) + readDump(0x4000, 1) +
+           readDump(0x4000, 1) + bytesOf({kPower});
+}
+
 // Writes, erases and reads the save with the commands of one kind of chip.
 QByteArray gbaSteps(int writeOpcode, int readOpcode)
 {
@@ -101,6 +112,7 @@ QVector<CorpusSample> samples()
     for (int cartridge = kRomOnly; cartridge <= kHuc1; ++cartridge)
         add(cartridge, gbSteps());
     add(kFlash8, flashSteps(0x555, 0x2AA, 14));
+    add(kFlash8, longEraseSteps());
     add(kFlash16, flashSteps(0xAAA, 0x555, 15));
     add(kFlashProtected, flashSteps(0x555, 0x2AA, 14));
     add(kFlashEndless, flashSteps(0xAAA, 0x555, 15));
