@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
+#include <string>
 #include <vector>
 
 namespace
@@ -35,6 +36,7 @@ struct Reader {
 
 Reader reader;
 bool isInScript = false;
+std::string findPrefix; // of the fuzzer's own files
 
 // What an operation answers that was to move `length` bytes.
 std::uint32_t answer(std::uint32_t length)
@@ -138,9 +140,24 @@ extern "C" {
 // The linker puts it in the place of fopen().
 std::FILE *__real_fopen(const char *path, const char *mode);
 std::FILE *__wrap_fopen(const char *path, const char *mode);
+int LLVMFuzzerInitialize(int *argc, char ***argv);
+
 std::FILE *__wrap_fopen(const char *path, const char *mode)
 {
-    return isInScript ? nullptr : __real_fopen(path, mode);
+    const bool isFind = !findPrefix.empty() && std::string(path).find(findPrefix) == 0;
+    return isInScript && !isFind ? nullptr : __real_fopen(path, mode);
+}
+
+// Where the fuzzer puts a script that has crashed: it does so while the script still runs.
+int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    const std::string option = "-artifact_prefix=";
+    for (int i = 1; i < *argc; ++i) {
+        const std::string argument = (*argv)[i];
+        if (argument.find(option) == 0)
+            findPrefix = argument.substr(option.size());
+    }
+    return 0;
 }
 }
 
