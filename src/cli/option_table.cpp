@@ -3,6 +3,7 @@
 #include "cart/setting_tables.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace
 {
@@ -146,7 +147,10 @@ QString nearWord(const QString &typed, const QStringList &words)
     QString nearest;
     int least = allowedSlips(sought) + 1;
     for (const QString &word : words) {
-        int slips = slipsBetween(sought, word);
+        // A word so much longer or shorter has as many slips at least.
+        int slips = std::abs(static_cast<int>(sought.size()) - static_cast<int>(word.size()));
+        if (slips < least)
+            slips = slipsBetween(sought, word);
         if (sought.size() >= kShortestBeginning && word.startsWith(sought))
             slips = std::min(slips, 1);
         if (slips < least) {

@@ -1,6 +1,9 @@
 #include "device/mount_table.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <memory>
 
 #include <libmount.h>
@@ -19,6 +22,22 @@ std::string numberOf(dev_t device)
     return std::to_string(major(device)) + ':' + std::to_string(minor(device));
 }
 
+// The lines that begin as rows do. The library takes the first line for an example of all others.
+std::string rowsOf(const std::string &text)
+{
+    std::string rows;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        const std::string line = text.substr(start, end - start);
+        start = end + 1;
+        unsigned id = 0;
+        unsigned parent = 0;
+        if (std::sscanf(line.c_str(), "%u %u", &id, &parent) == 2)
+            rows += line + '\n';
+    }
+    return rows;
+}
+
 // A folder is inside of itself.
 bool isInside(const std::string &folder, const std::string &around)
 {
@@ -29,20 +48,37 @@ bool isInside(const std::string &folder, const std::string &around)
 
 } // namespace
 
-std::vector<MountedVolume> readMountTable(const char *path)
+std::vector<MountedVolume> parseMountTable(const std::string &text)
 {
+    std::vector<MountedVolume> volumes;
+    std::string rows = rowsOf(text);
+    if (rows.empty()) // no stream has no bytes
+        return volumes;
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> stream(
+        ::fmemopen(rows.data(), rows.size(), "r"), &std::fclose);
     // Parsing touches no mount point; the library's own look at them needs a cache, and none is
     // set.
-    const std::unique_ptr<libmnt_table, decltype(&mnt_unref_table)> table(
-        mnt_new_table_from_file(path), &mnt_unref_table);
+    const std::unique_ptr<libmnt_table, decltype(&mnt_unref_table)> table(mnt_new_table(),
+                                                                          &mnt_unref_table);
     const std::unique_ptr<libmnt_iter, decltype(&mnt_free_iter)> place(
         mnt_new_iter(MNT_ITER_FORWARD), &mnt_free_iter);
-    std::vector<MountedVolume> volumes;
+    if (!stream || !table || !place ||
+        mnt_table_parse_stream(table.get(), stream.get(), "mountinfo") != 0)
+        return volumes;
     libmnt_fs *entry = nullptr;
-    while (table && place && mnt_table_next_fs(table.get(), place.get(), &entry) == 0)
-        volumes.push_back({numberOf(mnt_fs_get_devno(entry)), textOf(mnt_fs_get_source(entry)),
-                           textOf(mnt_fs_get_target(entry))});
+    while (mnt_table_next_fs(table.get(), place.get(), &entry) == 0) {
+        MountedVolume volume = {numberOf(mnt_fs_get_devno(entry)), textOf(mnt_fs_get_source(entry)),
+                                textOf(mnt_fs_get_target(entry))};
+        if (volume.folder.compare(0, 1, "/") == 0)
+            volumes.push_back(std::move(volume));
+    }
     return volumes;
+}
+
+std::vector<MountedVolume> readMountTable(const char *path)
+{
+    std::ifstream file(path);
+    return parseMountTable({std::istreambuf_iterator<char>(file), {}});
 }
 
 bool isHiddenMount(const std::vector<MountedVolume> &volumes, std::size_t index)

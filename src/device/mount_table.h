@@ -16,7 +16,10 @@ struct MountedVolume {
 };
 
 // Reads a table in the form of /proc/self/mountinfo, in the order in which the mounts were made. A
-// line that makes no sense is passed over; a table that cannot be read is empty.
+// line that makes no sense is passed over.
+std::vector<MountedVolume> parseMountTable(const std::string &text);
+
+// The same for the file at `path`; one that cannot be read is an empty table.
 std::vector<MountedVolume> readMountTable(const char *path);
 
 // Whether another mount was made later on the mount point of `volumes[index]` or around it: the

@@ -15,6 +15,12 @@ namespace
 // A DAT file needs five levels. Many more would only fill the memory.
 constexpr int kDeepestElement = 64;
 
+// In letters; no catalogue comes near it. The name of a game stands in the title of each of its
+// ROMs, so that a long one would be in the memory many times.
+constexpr int kLongestName = 255;
+
+const QLatin1String kNoDat("not a DAT file in its XML form: ");
+
 // One <rom>, with no entry if it tells nothing that a dump can be compared with.
 struct DatRom {
     QString name;
@@ -29,9 +35,17 @@ QString withoutControls(QString text)
     return text;
 }
 
+// The beginning of a name, in whole letters.
+QString shortened(const QString &name)
+{
+    const bool cutsLetter = name.size() > kLongestName && name[kLongestName].isLowSurrogate();
+    return name.left(cutsLetter ? kLongestName - 1 : kLongestName);
+}
+
 QString nameOf(const QXmlStreamReader &xml)
 {
-    return withoutControls(xml.attributes().value(QLatin1String("name")).toString());
+    const QString name = xml.attributes().value(QLatin1String("name")).toString();
+    return withoutControls(shortened(name));
 }
 
 std::optional<Sha1Digest> digestFromHex(const QString &text)
@@ -90,7 +104,7 @@ void addGame(const QString &game, const QVector<DatRom> &roms, DatFile *dat)
             continue;
         }
         dat->entries.append(*rom.entry);
-        dat->entries.last().title = titleOf(game, rom, roms.size() == 1);
+        dat->entries.last().title = shortened(titleOf(game, rom, roms.size() == 1));
     }
 }
 
@@ -110,7 +124,7 @@ void readHeader(QXmlStreamReader *xml, DatFile *dat)
 {
     while (xml->readNextStartElement()) {
         if (xml->name() == QLatin1String("name"))
-            dat->name = withoutControls(xml->readElementText());
+            dat->name = withoutControls(shortened(xml->readElementText()));
         else
             skipElement(xml);
     }
@@ -152,16 +166,15 @@ bool isBefore(const DatEntry &a, const DatEntry &b)
     return a.sha1 < b.sha1;
 }
 
-bool refuse(QString *problem, const QString &path, const QString &reason)
+bool refuse(QString *problem, const QString &reason)
 {
-    *problem = QStringLiteral("%1: %2").arg(path, reason);
+    *problem = reason;
     return false;
 }
 
 QString reasonOf(TagFault fault)
 {
-    const QString reason = QStringLiteral("not a DAT file in its XML form: ");
-    return reason +
+    return kNoDat +
            (fault == TagFault::Crowded
                 ? QStringLiteral("an element has more than %1 attributes").arg(kMostAttributes)
                 : QStringLiteral("the file declares a document type of its own"));
@@ -169,32 +182,42 @@ QString reasonOf(TagFault fault)
 
 } // namespace
 
-bool readDatFile(const QString &path, DatFile *dat, QString *problem)
+bool parseDat(const QByteArray &bytes, DatFile *dat, QString *problem)
 {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        return refuse(problem, path, QStringLiteral("it is no ordinary file"));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return refuse(problem, path, file.errorString());
-    if (file.size() > kLargestDatBytes)
-        return refuse(problem, path,
-                      QStringLiteral("larger than %1 MiB, this is no DAT file")
-                          .arg(kLargestDatBytes / 1024 / 1024));
-    const QByteArray bytes = file.readAll();
-    const TagFault fault = tagFaultOf(bytes);
+    const std::optional<QString> text = xmlText(bytes);
+    if (!text)
+        return refuse(problem, kNoDat + QStringLiteral("its bytes are no text in its encoding"));
+    const TagFault fault = tagFaultOf(*text);
     if (fault != TagFault::None)
-        return refuse(problem, path, reasonOf(fault));
-    QXmlStreamReader xml(bytes);
+        return refuse(problem, reasonOf(fault));
+    QXmlStreamReader xml(*text);
     DatFile read;
     readDocument(&xml, &read);
     if (xml.hasError())
-        return refuse(problem, path,
-                      QStringLiteral("line %1: not a DAT file in its XML form: %2")
-                          .arg(QString::number(xml.lineNumber()), xml.errorString()));
+        return refuse(problem,
+                      QStringLiteral("line %1: %2%3")
+                          .arg(QString::number(xml.lineNumber()), kNoDat, xml.errorString()));
     std::stable_sort(read.entries.begin(), read.entries.end(), isBefore);
     *dat = read;
     return true;
+}
+
+bool readDatFile(const QString &path, DatFile *dat, QString *problem)
+{
+    const auto refuseFile = [&](const QString &reason) {
+        return refuse(problem, QStringLiteral("%1: %2").arg(path, reason));
+    };
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return refuseFile(QStringLiteral("it is no ordinary file"));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return refuseFile(file.errorString());
+    if (file.size() > kLargestDatBytes)
+        return refuseFile(QStringLiteral("larger than %1 MiB, this is no DAT file")
+                              .arg(kLargestDatBytes / 1024 / 1024));
+    QString reason;
+    return parseDat(file.readAll(), dat, &reason) || refuseFile(reason);
 }
 
 const DatEntry *findInDat(const DatFile &dat, quint64 size, const Sha1Digest &sha1)

@@ -12,13 +12,14 @@
 
 #include "cart/known_dumps.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
 constexpr qint64 kLargestDatBytes = 64 * 1024 * 1024;
 
 struct DatEntry {
-    QString title;    // the game's name; of a game of several ROMs "game: ROM"
+    QString title;    // the game's name, of a game of several ROMs "game: ROM"; cut at 255 letters
     quint64 size = 0; // bytes
     Sha1Digest sha1{};
 };
@@ -29,9 +30,12 @@ struct DatFile {
     int leftOut = 0;           // ROMs marked as bad or missing, or without size or SHA-1
 };
 
-// Reads the file at `path`, which must be an ordinary one of kLargestDatBytes at most, without the
-// faults of dat_tags.h.
-// Returns: false with the reason in `*problem`, with path and line number; `*dat` is as before.
+// Reads what a DAT file holds, without the faults of dat_tags.h.
+// Returns: false with the reason in `*problem`, with the line number; `*dat` is as before.
+[[nodiscard]] bool parseDat(const QByteArray &bytes, DatFile *dat, QString *problem);
+
+// The same for the file at `path`, which must be an ordinary one of kLargestDatBytes at most; the
+// reason begins with the path.
 [[nodiscard]] bool readDatFile(const QString &path, DatFile *dat, QString *problem);
 
 // The first entry with this size and SHA-1. A binary search.

@@ -1,11 +1,15 @@
 #include "trust/dat_tags.h"
 
 #include <QTextCodec>
+#include <QXmlStreamReader>
 
 #include <array>
 
 namespace
 {
+
+// A declaration is shorter.
+constexpr int kDeclarationBytes = 1024;
 
 struct Section {
     const char *begin;
@@ -15,20 +19,24 @@ struct Section {
 // What may hold anything, quotes and brackets too.
 constexpr std::array<Section, 3> kOpaque = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
 
-QByteArray asUtf8(const QByteArray &xml)
+const QTextCodec *codecOf(const QByteArray &bytes)
 {
-    const QTextCodec *codec = QTextCodec::codecForUtfText(xml, nullptr);
-    return codec == nullptr ? xml : codec->toUnicode(xml).toUtf8();
+    if (const QTextCodec *marked = QTextCodec::codecForUtfText(bytes, nullptr))
+        return marked;
+    QXmlStreamReader xml(bytes.left(kDeclarationBytes));
+    xml.readNext();
+    const QTextCodec *declared = QTextCodec::codecForName(xml.documentEncoding().toLatin1());
+    return declared == nullptr ? QTextCodec::codecForName("UTF-8") : declared;
 }
 
 // Where the section that begins at `at` ends; `at` itself if none begins there.
-int behindSection(const QByteArray &xml, int at)
+int behindSection(const QString &xml, int at)
 {
     for (const Section &section : kOpaque) {
-        const auto length = static_cast<int>(qstrlen(section.begin));
-        if (qstrncmp(xml.constData() + at, section.begin, qstrlen(section.begin)) != 0)
+        const QLatin1String begin(section.begin);
+        if (!xml.midRef(at, begin.size()).startsWith(begin))
             continue;
-        const int end = xml.indexOf(section.end, at + length);
+        const int end = xml.indexOf(QLatin1String(section.end), at + begin.size());
         return end < 0 ? xml.size() : end;
     }
     return at;
@@ -38,19 +46,19 @@ int behindSection(const QByteArray &xml, int at)
 class Tag
 {
 public:
-    Tag(const QByteArray &xml, int at) : m_xml(xml), m_at(at) {}
+    Tag(const QString &xml, int at) : m_xml(xml), m_at(at) {}
 
     TagFault goToEnd()
     {
-        const bool isDeclaration = m_at + 1 < m_xml.size() && m_xml[m_at + 1] == '!';
-        for (; m_at < m_xml.size() && m_xml[m_at] != '>'; ++m_at) {
-            const char letter = m_xml[m_at];
-            m_attributes += letter == '=' ? 1 : 0;
+        const bool isDeclaration = m_at + 1 < m_xml.size() && m_xml[m_at + 1] == QLatin1Char('!');
+        for (; m_at < m_xml.size() && m_xml[m_at] != QLatin1Char('>'); ++m_at) {
+            const QChar letter = m_xml[m_at];
+            m_attributes += letter == QLatin1Char('=') ? 1 : 0;
             if (m_attributes > kMostAttributes)
                 return TagFault::Crowded;
-            if (isDeclaration && letter == '[')
+            if (isDeclaration && letter == QLatin1Char('['))
                 return TagFault::Declarations;
-            if (letter == '"' || letter == '\'')
+            if (letter == QLatin1Char('"') || letter == QLatin1Char('\''))
                 m_at = behindQuote(letter);
         }
         return TagFault::None;
@@ -60,29 +68,39 @@ public:
 
 private:
     // The closing quote; the last byte if there is none.
-    int behindQuote(char quote) const
+    int behindQuote(QChar quote) const
     {
         const int found = m_xml.indexOf(quote, m_at + 1);
         return found < 0 ? m_xml.size() - 1 : found;
     }
 
-    const QByteArray &m_xml;
+    const QString &m_xml;
     int m_at;
     int m_attributes = 0;
 };
 
 } // namespace
 
-TagFault tagFaultOf(const QByteArray &xml)
+std::optional<QString> xmlText(const QByteArray &bytes)
 {
-    const QByteArray text = asUtf8(xml);
-    for (int at = text.indexOf('<'); at >= 0; at = text.indexOf('<', at)) {
-        const int behind = behindSection(text, at);
+    QTextCodec::ConverterState state;
+    QString text = codecOf(bytes)->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0)
+        return std::nullopt;
+    if (text.startsWith(QChar(QChar::ByteOrderMark)))
+        text.remove(0, 1);
+    return text;
+}
+
+TagFault tagFaultOf(const QString &xml)
+{
+    for (int at = xml.indexOf(QLatin1Char('<')); at >= 0; at = xml.indexOf(QLatin1Char('<'), at)) {
+        const int behind = behindSection(xml, at);
         if (behind != at) {
             at = behind;
             continue;
         }
-        Tag tag(text, at);
+        Tag tag(xml, at);
         const TagFault fault = tag.goToEnd();
         if (fault != TagFault::None)
             return fault;

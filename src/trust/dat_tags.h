@@ -1,9 +1,20 @@
 // A look at the tags of an XML file before a parser sees them.
 //
-// Thread: pure function; any thread.
+// The look and the parser have to see the same text, so the bytes are made into text here, once:
+// some encodings hide every bracket from whoever takes the bytes for letters.
+//
+// Thread: pure functions; any thread.
 #pragma once
 
 #include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+// The text of an XML file: in the encoding of its byte order mark; without one in that which it
+// declares; else in UTF-8, as for an encoding that is not known.
+// Returns: nothing if the bytes are no text in it.
+std::optional<QString> xmlText(const QByteArray &bytes);
 
 // Of one element; DAT files have ten at most.
 constexpr int kMostAttributes = 64;
@@ -18,5 +29,5 @@ enum class TagFault {
     Declarations
 };
 
-// The first fault. `xml`: UTF-8, UTF-16 with its mark, or another encoding that has ASCII in it.
-TagFault tagFaultOf(const QByteArray &xml);
+// The first fault.
+TagFault tagFaultOf(const QString &xml);

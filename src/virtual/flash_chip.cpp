@@ -107,7 +107,7 @@ void FlashChip::takeCommand(std::uint32_t address, std::uint8_t value)
 {
     m_state = nextState(address, value);
     if (m_state == State::SectorWindow) {
-        m_sectors.push_back(cellOf(address) / m_facts.sectorSize);
+        addSector(cellOf(address) / m_facts.sectorSize);
     } else if (m_state == State::Busy) {
         for (std::uint32_t i = 0; i < m_facts.sizeBytes / m_facts.sectorSize; ++i)
             m_sectors.push_back(i);
@@ -115,6 +115,12 @@ void FlashChip::takeCommand(std::uint32_t address, std::uint8_t value)
     } else {
         m_sectors.clear(); // of a sector erase that was broken off
     }
+}
+
+void FlashChip::addSector(std::uint32_t sector)
+{
+    if (std::find(m_sectors.begin(), m_sectors.end(), sector) == m_sectors.end())
+        m_sectors.push_back(sector);
 }
 
 bool FlashChip::isAt(Place place, std::uint32_t address) const

@@ -96,6 +96,8 @@ private:
     void takeCommand(std::uint32_t address, std::uint8_t value);
     State nextState(std::uint32_t address, std::uint8_t value) const;
     void writeWhileBusy(std::uint8_t value);
+    // A sector that is named twice is erased once.
+    void addSector(std::uint32_t sector);
     void startErase();
     void startProgram(std::uint32_t cell, std::uint8_t value);
     void startWork(unsigned polls);

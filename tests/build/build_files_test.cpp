@@ -143,6 +143,8 @@ void BuildFilesTest::unknownArgumentsAreRefused_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("test") << "test" << QStringList{"--no-such-option"};
     QTest::newRow("run") << "run" << QStringList{"anything"};
+    QTest::newRow("fuzz") << "tests/fuzz/run" << QStringList{"anything"};
+    QTest::newRow("fuzz, unknown target") << "tests/fuzz/run" << QStringList{"1", "no_such_fuzz"};
     QTest::newRow("setup") << "tools/setup.sh" << QStringList{"anything"};
     QTest::newRow("setup, nothing said") << "tools/setup.sh" << QStringList{};
 }

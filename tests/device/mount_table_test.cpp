@@ -78,6 +78,9 @@ void MountTableTest::nonsenseIsPassedOver_data()
     QTest::newRow("too few fields") << QByteArray("40 21 8:17 / /half\n");
     QTest::newRow("no numbers") << QByteArray("a b c:d / /x rw - vfat /dev/sdb1 rw\n");
     QTest::newRow("no dash") << QByteArray("40 21 8:17 / /x rw vfat /dev/sdb1 rw\n");
+    QTest::newRow("another form") << QByteArray("/dev/sdb1 /x vfat rw 0 0\n");
+    QTest::newRow("a third form") << QByteArray("Filename\tType\tSize\tUsed\tPriority\n");
+    QTest::newRow("no path") << QByteArray("40 21 8:17 / x rw - vfat /dev/sdb1 rw\n");
     QTest::newRow("long") << QByteArray(100000, 'x') + "\n";
     QTest::newRow("zeros") << QByteArray("40 21 8:17\0 / /x\n", 17);
 }
@@ -86,9 +89,9 @@ void MountTableTest::nonsenseIsPassedOver()
 {
     QFETCH(QByteArray, line);
     const std::vector<MountedVolume> volumes =
-        read("21 1 8:1 / / rw - ext4 /dev/sda1 rw\n" + line +
-             "41 21 8:17 / /media/READER rw - vfat /dev/sdb1 rw\n");
-    QVERIFY(!volumes.empty());
+        read(line + "21 1 8:1 / / rw - ext4 /dev/sda1 rw\n" + line +
+             "41 21 8:17 / /media/READER rw - vfat /dev/sdb1 rw\n" + line);
+    QCOMPARE(volumes.size(), std::size_t{2});
     QCOMPARE(volumes.front().folder, std::string("/"));
     QCOMPARE(volumes.back().folder, std::string("/media/READER"));
 }

@@ -3,10 +3,9 @@
 #include "cart/gb_header.h"
 #include "cart/gba_header.h"
 #include "constants/boot_logos.h"
+#include "rule.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace
@@ -23,14 +22,6 @@ constexpr std::size_t kGbaLogoOffset = 0x04;
 
 // No decoder leaves this size, so a record that holds it was not filled.
 constexpr std::int32_t kPresetRomSize = 12345;
-
-void require(bool condition, const char *rule)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "broken rule: %s\n", rule);
-    std::abort();
-}
 
 // The input cut or filled up with zeros to `length` bytes, in a block of exactly that length.
 Bytes blockOf(const std::uint8_t *data, std::size_t size, std::size_t length)

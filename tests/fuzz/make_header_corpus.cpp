@@ -2,12 +2,11 @@
 //
 // usage: make_header_corpus FOLDER
 //
-// Puts one file for each header into FOLDER, and their paths, separated by commas, into
-// FOLDER/list.
+// Puts one file for each header into FOLDER, and a list of them.
+#include "corpus_folder.h"
 #include "header_bytes.h"
 #include "virtual/image_generator.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <cstdio>
@@ -18,11 +17,6 @@ namespace
 {
 
 constexpr int kGbHeaderLength = 0x150;
-
-struct Sample {
-    QString name;
-    QByteArray bytes;
-};
 
 const GbImageSpec kGbImages[] = {
     {0x00, 0x8000, 0, "ROM ONLY", 1},
@@ -53,7 +47,7 @@ const QByteArray kGameCodes[] = {"AC9E",
                                  QByteArray("AW\0P", 4),
                                  QByteArray(4, '\0')};
 
-bool addGbHeaders(QVector<Sample> *samples)
+bool addGbHeaders(QVector<CorpusSample> *samples)
 {
     for (const GbImageSpec &spec : kGbImages) {
         ByteVector image;
@@ -68,30 +62,10 @@ bool addGbHeaders(QVector<Sample> *samples)
     return true;
 }
 
-void addGbaHeaders(QVector<Sample> *samples)
+void addGbaHeaders(QVector<CorpusSample> *samples)
 {
     for (const QByteArray &code : kGameCodes)
         samples->append({"gba_" + QString::fromLatin1(code.toHex()), makeGbaHeader(code)});
-}
-
-bool writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    if (!isWritten)
-        std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
-    return isWritten;
-}
-
-bool writeAll(const QDir &folder, const QVector<Sample> &samples)
-{
-    QStringList paths;
-    for (const Sample &sample : samples) {
-        paths.append(folder.filePath(sample.name));
-        if (!writeBytes(paths.last(), sample.bytes))
-            return false;
-    }
-    return writeBytes(folder.filePath("list"), QFile::encodeName(paths.join(',')));
 }
 
 } // namespace
@@ -102,10 +76,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: make_header_corpus FOLDER\n");
         return 2;
     }
-    const QDir folder(QFile::decodeName(argv[1]));
-    QVector<Sample> samples = {{"empty_slot", QByteArray(kGbHeaderLength, '\xFF')}};
+    QVector<CorpusSample> samples = {{"empty_slot", QByteArray(kGbHeaderLength, '\xFF')}};
     if (!addGbHeaders(&samples))
         return 1;
     addGbaHeaders(&samples);
-    return folder.mkpath(".") && writeAll(folder, samples) ? 0 : 1;
+    return writeCorpus(QFile::decodeName(argv[1]), samples) ? 0 : 1;
 }

@@ -6,6 +6,7 @@
 // that load the common ones find them. No file can be opened by a script: it may be anybody's.
 #include "device/device_link.h"
 #include "device/device_ops.h"
+#include "rule.h"
 #include "script/erase_poll.h"
 #include "script/script_host.h"
 #include "script/script_limits.h"
@@ -15,7 +16,7 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
-#include <cstdlib>
+#include <string>
 #include <vector>
 
 namespace
@@ -27,14 +28,6 @@ constexpr int kShortSilenceMs = 30;
 constexpr unsigned kMostOperations = 2000; // then the user has enough
 constexpr int kJobCodes = 8;
 
-void require(bool condition, const char *rule)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "broken rule: %s\n", rule);
-    std::abort();
-}
-
 struct Reader {
     std::vector<std::uint8_t> memory = std::vector<std::uint8_t>(kBusBytes, 0xFF);
     unsigned operations = 0;
@@ -43,6 +36,7 @@ struct Reader {
 
 Reader reader;
 bool isInScript = false;
+std::string findPrefix; // of the fuzzer's own files
 
 // What an operation answers that was to move `length` bytes.
 std::uint32_t answer(std::uint32_t length)
@@ -146,9 +140,24 @@ extern "C" {
 // The linker puts it in the place of fopen().
 std::FILE *__real_fopen(const char *path, const char *mode);
 std::FILE *__wrap_fopen(const char *path, const char *mode);
+int LLVMFuzzerInitialize(int *argc, char ***argv);
+
 std::FILE *__wrap_fopen(const char *path, const char *mode)
 {
-    return isInScript ? nullptr : __real_fopen(path, mode);
+    const bool isFind = !findPrefix.empty() && std::string(path).find(findPrefix) == 0;
+    return isInScript && !isFind ? nullptr : __real_fopen(path, mode);
+}
+
+// Where the fuzzer puts a script that has crashed: it does so while the script still runs.
+int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    const std::string option = "-artifact_prefix=";
+    for (int i = 1; i < *argc; ++i) {
+        const std::string argument = (*argv)[i];
+        if (argument.find(option) == 0)
+            findPrefix = argument.substr(option.size());
+    }
+    return 0;
 }
 }
 

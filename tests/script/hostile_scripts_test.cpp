@@ -38,6 +38,7 @@ private slots:
 
     void unreadableTextIsRefused_data();
     void unreadableTextIsRefused();
+    void scriptThatConfusesTheCompilerEnds();
     void wrongScriptsEnd_data();
     void wrongScriptsEnd();
     void deepDataGo_data();
@@ -122,6 +123,14 @@ void HostileScriptsTest::unreadableTextIsRefused()
         QCOMPARE(m_bench.end, JobEnd::ScriptError);
         QVERIFY2(m_bench.scriptError.contains(error), qPrintable(m_bench.scriptError));
     }
+}
+
+// An assignment to a comparison is compiled, and then an assertion of the library fails.
+void HostileScriptsTest::scriptThatConfusesTheCompilerEnds()
+{
+    run("for (a < b -= c;;) {}");
+    QCOMPARE(m_bench.end, JobEnd::ScriptError);
+    QCOMPARE(m_bench.scriptError, QString("the script is more than its compiler can cope with"));
 }
 
 void HostileScriptsTest::wrongScriptsEnd_data()

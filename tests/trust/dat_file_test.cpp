@@ -75,6 +75,9 @@ private slots:
     void emptyListIsADatFile();
     void brokenFilesAreRefused_data();
     void brokenFilesAreRefused();
+    void bytesThatAreNoTextAreRefused_data();
+    void bytesThatAreNoTextAreRefused();
+    void longNamesAreCut();
     void entitiesAreRefused_data();
     void entitiesAreRefused();
     void crowdedTagsAreRefused_data();
@@ -274,9 +277,6 @@ void DatFileTest::brokenFilesAreRefused_data()
         << QByteArray(whole).replace("Game\"", "A & B\"") << 5 << QString();
     QTest::newRow("text behind the end") << whole + "more" << 7 << QString();
     QTest::newRow("second root") << whole + "<datafile/>" << 7 << QString();
-    // Noticed as soon as that part of the file is decoded.
-    QTest::newRow("wrong encoding")
-        << QByteArray(whole).replace("Game\"", "Pok\xE9mon\"") << 1 << QString();
     QTest::newRow("element in the name")
         << QByteArray(whole).replace("Hand-made", "<b>Hand</b>-made") << 4 << QString();
 }
@@ -292,6 +292,36 @@ void DatFileTest::brokenFilesAreRefused()
     QVERIFY2(m_problem.startsWith(start + reason), qPrintable(m_problem));
     QVERIFY2(m_problem.size() > start.size(), qPrintable(m_problem));
     QCOMPARE(m_dat.name, QString("as before"));
+}
+
+void DatFileTest::bytesThatAreNoTextAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    const QByteArray whole = datafile(game("Game", rom("a", hexOf('\1'))));
+    QTest::newRow("not UTF-8") << QByteArray(whole).replace("Game\"", "Pok\xE9mon\"");
+    QTest::newRow("half a letter") << whole + "\xC3";
+    QTest::newRow("half a letter of UTF-16") << QByteArray("\xFF\xFE<\0d", 5);
+}
+
+void DatFileTest::bytesThatAreNoTextAreRefused()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(!read(text));
+    QVERIFY2(m_problem.contains("no text in its encoding"), qPrintable(m_problem));
+    QCOMPARE(m_dat.name, QString("as before"));
+}
+
+// One name and a file full of ROMs would fill any memory.
+void DatFileTest::longNamesAreCut()
+{
+    const QByteArray name = QByteArray(254, 'x') + "\xF0\x9F\x8E\xAE";
+    QVERIFY2(read(datafile(game(name, rom("a", hexOf('\1'))) +
+                           game("G", rom(name, hexOf('\2')) + rom("b", hexOf('\3'))))),
+             qPrintable(m_problem));
+    QCOMPARE(titlesOf(m_dat), (QStringList{"G: b", "G: " + QString(252, 'x'), QString(254, 'x')}));
+    QVERIFY2(read(datafile({}).replace("Hand-made games", QByteArray(256, 'x'))),
+             qPrintable(m_problem));
+    QCOMPARE(m_dat.name, QString(255, 'x'));
 }
 
 void DatFileTest::entitiesAreRefused_data()
@@ -358,6 +388,12 @@ void DatFileTest::crowdedTagsAreRefused_data()
     QTest::newRow("UTF-16") << QByteArray(reinterpret_cast<const char *>(wide.utf16()),
                                           2 * wide.size())
                             << false;
+    const QByteArray declared = "<?xml version=\"1.0\" encoding=\"UTF-7\"?>";
+    QTest::newRow("in an encoding without brackets") << declared + with("<game" + crowd + "/>")
+                                                                       .replace('<', "+ADw-")
+                                                                       .replace('=', "+AD0-")
+                                                                       .replace('>', "+AD4-")
+                                                     << false;
     QTest::newRow("many in a comment") << with("<!-- <game" + crowd + "/> -->") << true;
     QTest::newRow("many in a value")
         << with("<game name='" + QByteArray("=").repeated(1000) + "'/>") << true;

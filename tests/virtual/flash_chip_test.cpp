@@ -95,6 +95,7 @@ private slots:
     void chipEraseTakesItsPolls();
     void eraseShowsItsStatus();
     void sectorEraseTakesTheNamedSectors();
+    void sectorNamedTwiceIsErasedOnce();
     void resetInTheSectorWindowErasesNothing();
     void resetDoesNotStopAnErase();
     void wrongSequencesAreIgnored_data();
@@ -224,6 +225,19 @@ void FlashChipTest::sectorEraseTakesTheNamedSectors()
         QCOMPARE(int(chip.read(sector * kSector)), 0xFF);
         QCOMPARE(int(chip.read(sector * kSector + kSector - 1)), 0xFF);
     }
+}
+
+// Else each more name would cost the work of a sector: a few command files were minutes.
+void FlashChipTest::sectorNamedTwiceIsErasedOnce()
+{
+    FlashChip chip(kByteChip, polls(2), ByteVector(kSize, 0x3C));
+    startSectorErase(chip, kByteChip, kSector);
+    send(chip, {{kSector + 1, 0x30}, {3 * kSector, 0x30}});
+    chip.read(0);
+    chip.powerCycle(); // half way
+    QCOMPARE(int(chip.read(kSector)), 0xFF);
+    QCOMPARE(int(chip.read(3 * kSector)), 0x00);
+    QCOMPARE(count(chip, 0xFF), std::size_t(kSector));
 }
 
 void FlashChipTest::resetInTheSectorWindowErasesNothing()
