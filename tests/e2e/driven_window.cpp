@@ -103,8 +103,7 @@ QString DrivenWindow::answerDialog(WindowButton button, const QString &caption, 
     const QString dialog = isOpen ? m_desktop.focusWindow(caption) : QString();
     if (dialog.isEmpty())
         return "No dialog \"" + caption + "\" comes.";
-    m_desktop.type(dialogPath(path));
-    return QTest::qWaitFor([&] { return answered(caption, dialog); }, kStepMs)
+    return QTest::qWaitFor([&] { return answered(caption, dialog, path); }, kStepMs)
                ? QString()
                : "The dialog \"" + caption + "\" stays open.";
 }
@@ -119,10 +118,10 @@ bool DrivenWindow::opened(WindowButton button, const QString &caption)
         kDialogMs);
 }
 
-// Presses the key that the dialog waits for, or the question whether to replace a file, which has
-// its caption. Keys can get lost: a list of completions takes a Return for itself, and a window
-// that has just come may miss what is pressed. So the caller tries again.
-bool DrivenWindow::answered(const QString &caption, const QString &dialog)
+// Names the file to the dialog, or presses the key that the question whether to replace a file,
+// which has its caption. Keys can get lost: a list of completions takes a Return for itself, and a
+// window that has just come may miss what is pressed. So the caller tries again.
+bool DrivenWindow::answered(const QString &caption, const QString &dialog, const QString &path)
 {
     const auto windows = [&] {
         return m_desktop.xdotool({"search", "--onlyvisible", "--name", caption})
@@ -131,9 +130,13 @@ bool DrivenWindow::answered(const QString &caption, const QString &dialog)
     const QStringList before = windows();
     QStringList questions = before;
     questions.removeAll(dialog);
-    if (!before.isEmpty())
-        m_desktop.xdotool({"windowfocus", "--sync", questions.value(0, dialog), "key",
-                           questions.isEmpty() ? "Return" : "alt+y"});
+    if (!questions.isEmpty()) {
+        m_desktop.xdotool({"windowfocus", "--sync", questions[0], "key", "alt+y"});
+    } else if (!before.isEmpty()) {
+        m_desktop.xdotool({"windowfocus", "--sync", dialog, "key", "End", "shift+Home"});
+        m_desktop.type(dialogPath(path));
+        m_desktop.press({"Return"});
+    }
     static_cast<void>(QTest::qWaitFor([&] { return windows() != before; }, kDialogMs));
     return windows().isEmpty();
 }
