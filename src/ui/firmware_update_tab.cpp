@@ -17,6 +17,8 @@ void createWidgets(FirmwareUpdateTab *tab)
 {
     tab->console = new Console(tab);
     tab->progress = new QProgressBar(tab);
+    tab->progress->setAccessibleName(FirmwareUpdateTab::tr("Progress"));
+    tab->progress->setAccessibleDescription(FirmwareUpdateTab::tr("How far the update has come"));
     tab->updateButton = new QPushButton(FirmwareUpdateTab::tr("Update Firmware"), tab);
     // An Enter that was meant for something else must not start an update.
     tab->updateButton->setAutoDefault(false);

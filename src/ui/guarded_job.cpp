@@ -8,6 +8,7 @@
 #include "trust/left_behind.h"
 #include "trust/old_file.h"
 #include "trust/words.h"
+#include "ui/announcement.h"
 #include "ui/careful_thread.h"
 #include "ui/console.h"
 #include "ui/job_bar.h"
@@ -15,7 +16,6 @@
 #include "worker/famicom_thread.h"
 #include "worker/log_text.h"
 
-#include <QAccessible>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -364,10 +364,12 @@ void GuardedJob::tell(const QStringList &entries)
         return;
     for (const QString &entry : entries)
         m_tab->info(entry);
-    m_tab->console->setAccessibleDescription(
-        QTextDocumentFragment::fromHtml(entries.value(0)).toPlainText());
-    QAccessibleEvent alert(m_tab->console, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    const QString words = QTextDocumentFragment::fromHtml(entries.value(0)).toPlainText();
+    m_tab->console->setAccessibleDescription(words);
+    // Of the window: with the tab it would begin to show again whenever the user comes back to it.
+    if (m_announcement == nullptr)
+        m_announcement = new Announcement(m_tab->window());
+    m_announcement->say(words);
 }
 
 void GuardedJob::runSteps(Stage stage, const std::function<void(TrustListener &)> &steps,

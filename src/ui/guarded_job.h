@@ -17,6 +17,7 @@
 
 #include <functional>
 
+class Announcement;
 class CarefulThread;
 class DriveBackend;
 class MainTab;
@@ -123,6 +124,7 @@ private:
     void tellIfReaderHangs();
 
     MainTab *m_tab;
+    Announcement *m_announcement = nullptr; // from the first one on
     CarefulThread *m_thread;
     CarefulThread *m_lookThread;
     std::function<void()> m_behindLook;

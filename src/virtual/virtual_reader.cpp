@@ -55,6 +55,12 @@ std::string VirtualReader::runRefusal()
     return m_runs == m_config.fault.failedCommand ? "it was asked to fail" : "";
 }
 
+bool VirtualReader::failsNextRun() const
+{
+    const ReaderFault &fault = m_config.fault;
+    return m_isGone || m_runs + 1 == fault.pulledAt || m_runs + 1 == fault.failedCommand;
+}
+
 bool VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size)
 {
     m_commandFile.assign(bytes, bytes + size);

@@ -56,6 +56,8 @@ public:
     // executed all the same.
     // Returns: false if the run failed as a whole, which only a ReaderFault makes it.
     bool commandFileWritten(const std::uint8_t *bytes, std::size_t size);
+    // Whether the next run is one that fails.
+    bool failsNextRun() const;
 
     // Pulled out, see ReaderFault.
     bool isGone() const { return m_isGone; }

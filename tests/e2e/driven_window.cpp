@@ -11,6 +11,14 @@ namespace
 constexpr int kStepMs = 60000;
 constexpr int kDialogMs = 2000; // until the button is pressed again
 const QString kTitle = "GB Driver 3.0 build";
+// The program for Windows that is to run in the place of the one that was built; empty: none.
+const QString kUnderWine = qEnvironmentVariable("GBDRIVER_WINDOW_UNDER_WINE");
+
+// A path of this machine as the program's dialogs take it.
+QString dialogPath(const QString &path)
+{
+    return kUnderWine.isEmpty() ? path : "Z:" + QString(path).replace('/', '\\');
+}
 
 } // namespace
 
@@ -35,7 +43,10 @@ QString DrivenWindow::start(const QString &declaration)
         environment.insert("GBDRIVER_DRIVES", declaration);
     environment.remove("GBDRIVER_VIRTUAL_READER");
     m_program.setProcessEnvironment(environment);
-    m_program.start(WINDOW_PROGRAM, QStringList());
+    if (kUnderWine.isEmpty())
+        m_program.start(WINDOW_PROGRAM, QStringList());
+    else
+        m_program.start(UNDER_WINE_SCRIPT, {kUnderWine});
     m_window = m_desktop.focusWindow(kTitle);
     if (!m_window.isEmpty())
         return QString();
@@ -46,6 +57,8 @@ QString DrivenWindow::start(const QString &declaration)
 
 void DrivenWindow::pressInSettings(const QStringList &keys)
 {
+    // A window that has just come may miss keys; one that copies its log does not.
+    static_cast<void>(logWith("Velora Driver Series"));
     m_desktop.press(keys);
 }
 
@@ -90,8 +103,7 @@ QString DrivenWindow::answerDialog(WindowButton button, const QString &caption, 
     const QString dialog = isOpen ? m_desktop.focusWindow(caption) : QString();
     if (dialog.isEmpty())
         return "No dialog \"" + caption + "\" comes.";
-    m_desktop.type(path);
-    return QTest::qWaitFor([&] { return answered(caption, dialog); }, kStepMs)
+    return QTest::qWaitFor([&] { return answered(caption, dialog, path); }, kStepMs)
                ? QString()
                : "The dialog \"" + caption + "\" stays open.";
 }
@@ -106,10 +118,10 @@ bool DrivenWindow::opened(WindowButton button, const QString &caption)
         kDialogMs);
 }
 
-// Presses the key that the dialog waits for, or the question whether to replace a file, which has
-// its caption. Keys can get lost: a list of completions takes a Return for itself, and a window
-// that has just come may miss what is pressed. So the caller tries again.
-bool DrivenWindow::answered(const QString &caption, const QString &dialog)
+// Names the file to the dialog, or presses the key that the question whether to replace a file,
+// which has its caption. Keys can get lost: a list of completions takes a Return for itself, and a
+// window that has just come may miss what is pressed. So the caller tries again.
+bool DrivenWindow::answered(const QString &caption, const QString &dialog, const QString &path)
 {
     const auto windows = [&] {
         return m_desktop.xdotool({"search", "--onlyvisible", "--name", caption})
@@ -118,9 +130,13 @@ bool DrivenWindow::answered(const QString &caption, const QString &dialog)
     const QStringList before = windows();
     QStringList questions = before;
     questions.removeAll(dialog);
-    if (!before.isEmpty())
-        m_desktop.xdotool({"windowfocus", "--sync", questions.value(0, dialog), "key",
-                           questions.isEmpty() ? "Return" : "alt+y"});
+    if (!questions.isEmpty()) {
+        m_desktop.xdotool({"windowfocus", "--sync", questions[0], "key", "alt+y"});
+    } else if (!before.isEmpty()) {
+        m_desktop.xdotool({"windowfocus", "--sync", dialog, "key", "End", "shift+Home"});
+        m_desktop.type(dialogPath(path));
+        m_desktop.press({"Return"});
+    }
     static_cast<void>(QTest::qWaitFor([&] { return windows() != before; }, kDialogMs));
     return windows().isEmpty();
 }

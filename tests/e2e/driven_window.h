@@ -51,7 +51,7 @@ public:
 
 private:
     bool opened(WindowButton button, const QString &caption);
-    bool answered(const QString &caption, const QString &dialog);
+    bool answered(const QString &caption, const QString &dialog, const QString &path);
 
     Desktop m_desktop;
     QTemporaryDir m_runtimeFolder;

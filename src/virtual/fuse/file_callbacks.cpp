@@ -202,7 +202,11 @@ void onWrite(fuse_req_t request, fuse_ino_t, const char *bytes, std::size_t leng
     }
     resizeCommandFile(state, std::max(state.commandFile.size(), start + length));
     std::copy_n(bytes, length, state.commandFile.begin() + offset);
-    fuse_reply_write(request, length);
+    // A device fails while data go to it, and not everybody asks whether a file was closed well.
+    if (state.reader.reader().failsNextRun())
+        fuse_reply_err(request, takeEffect(state));
+    else
+        fuse_reply_write(request, length);
 }
 
 void onFlush(fuse_req_t request, fuse_ino_t, fuse_file_info *info)
