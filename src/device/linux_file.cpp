@@ -127,8 +127,10 @@ DriveStatus statusFromErrno(int error, const char *operation, const std::string 
     case EROFS:
     case EBUSY:
     case EISDIR:
-    case EWOULDBLOCK:
         code = DriveErrorCode::Refused;
+        break;
+    case EWOULDBLOCK: // a lock is another program's
+        code = DriveErrorCode::InUse;
         break;
     case ENODEV:
     case ENXIO:

@@ -196,7 +196,7 @@ void UserFileTest::fileInUseIsNotLeftBehind()
     QCOMPARE(useOfTemporary(temporary), TemporaryUse::InUse);
     QVERIFY(removeTemporary(temporary).code == DriveErrorCode::Refused);
     std::unique_ptr<DriveFile> second;
-    QVERIFY(openUserFileForWrite(path(), &second).code == DriveErrorCode::Refused);
+    QVERIFY(openUserFileForWrite(path(), &second).code == DriveErrorCode::InUse);
     QVERIFY(file->close().ok());
     QVERIFY(content() == kNew);
 }

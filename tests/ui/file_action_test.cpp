@@ -4,6 +4,7 @@
 #include "log_check.h"
 #include "reader_fixture.h"
 
+#include "script/erase_poll.h"
 #include "test_class.h"
 #include "ui/guarded_job.h"
 #include "ui/settings.h"
@@ -468,6 +469,7 @@ void FileActionTest::existingFileIsReplaced()
 void FileActionTest::actionsAreDisabledUntilTheJobEnds()
 {
     use(makeFlashCartridge(0x11)); // never reads as erased
+    setPollWaiter(nullptr);        // or the wait were given up before Cancel is pressed
     addScripts(kIdleScript);
     const QString path = m_fixture->addFile("rom.gb", "rom");
     press(&MainTab::flashButton, path);
