@@ -204,7 +204,9 @@ bool readScriptFile(const QByteArray &path, QByteArray *text, QString *fault)
         *fault = QStringLiteral("cannot open the file");
         return false;
     }
-    *text = file.read(kLongestScript + 1);
+    // The buffer stays as large as what was asked for; one byte more shows that a file is too
+    // large.
+    *text = file.read(std::min(file.size(), kLongestScript) + 1);
     *fault = faultOf(*text);
     if (text->startsWith("\xEF\xBB\xBF"))
         text->remove(0, 3);

@@ -125,7 +125,7 @@ void DriveLinuxUserFileTest::lockedFileKeepsItsContent()
     const DriveStatus refused = writeThrough(m_backend.get(), path("game.gb"), "new");
     const QByteArray during = contentOf(path("game.gb"));
     QCOMPARE(::close(holder), 0);
-    QVERIFY(refused.code == DriveErrorCode::Refused);
+    QVERIFY(refused.code == DriveErrorCode::InUse);
     QCOMPARE(during, QByteArray("precious"));
     QVERIFY(writeThrough(m_backend.get(), path("game.gb"), "new").ok());
     QCOMPARE(contentOf(path("game.gb")), QByteArray("new"));
@@ -137,7 +137,7 @@ void DriveLinuxUserFileTest::twoWritersAtATimeAreRefused()
     std::unique_ptr<DriveFile> second;
     QVERIFY(m_backend->openForWrite(path("game.gb").constData(), &first).ok());
     QVERIFY(m_backend->openForWrite(path("game.gb").constData(), &second).code ==
-            DriveErrorCode::Refused);
+            DriveErrorCode::InUse);
     QVERIFY(second == nullptr);
     QVERIFY(first->close().ok());
     QVERIFY(m_backend->openForWrite(path("game.gb").constData(), &second).ok());
