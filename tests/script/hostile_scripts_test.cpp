@@ -328,6 +328,8 @@ void HostileScriptsTest::endlessScriptsAreEndedWhereWanted_data()
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("while") << QByteArray("while (true);");
     QTest::newRow("for") << QByteArray("for (;;);");
+    QTest::newRow("behind attributes that begin with a comment")
+        << QByteArray("class C <//**/ x = 1 /> {} while (true);");
     QTest::newRow("do") << QByteArray("do {} while (true)");
     QTest::newRow("do behind something") << QByteArray("local n = 0; do n++ while (true)");
     QTest::newRow("do in a branch")
