@@ -1,5 +1,6 @@
 #include "script/script_library.h"
 
+#include "script/compiler_traps.h"
 #include "script/job.h"
 #include "script/script_limits.h"
 
@@ -230,6 +231,15 @@ SQInteger nextByte(SQUserPointer source)
     return static_cast<ScriptSource *>(source)->nextByte();
 }
 
+void noteError(RunningJob &job, const QString &error, const QString &source, int line, int column)
+{
+    job.scriptError = source +
+                      QStringLiteral(" line = (%1) column = (%2) : error ").arg(line).arg(column) +
+                      error;
+    job.scriptPlace = placeText(source, line);
+    job.isThrown = false;
+}
+
 void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *source, SQInteger line,
                          SQInteger column)
 {
@@ -239,12 +249,7 @@ void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *sourc
     const int realLine = text == nullptr ? compiledLine : text->lineOf(compiledLine);
     const int realColumn = text == nullptr ? static_cast<int>(column)
                                            : text->columnOf(compiledLine, static_cast<int>(column));
-    job.scriptError =
-        QString::fromUtf8(source) +
-        QStringLiteral(" line = (%1) column = (%2) : error ").arg(realLine).arg(realColumn) +
-        QString::fromUtf8(error);
-    job.scriptPlace = placeText(QString::fromUtf8(source), realLine);
-    job.isThrown = false;
+    noteError(job, QString::fromUtf8(error), QString::fromUtf8(source), realLine, realColumn);
 }
 
 // Throws what is wrong with a text, as the compiler says it of a place in it.
@@ -262,6 +267,12 @@ SQRESULT throwFault(HSQUIRRELVM v, bool tellsError)
 SQRESULT compileLast(HSQUIRRELVM v, bool tellsError)
 {
     ScriptSource *source = ownerOf(v).sources.last();
+    const CompilerTrap trap = findCompilerTrap(source->text());
+    if (trap.error != nullptr) {
+        noteError(ownerOf(v), QString::fromUtf8(trap.error), QString::fromUtf8(source->name()),
+                  trap.line, trap.column);
+        return throwFault(v, tellsError);
+    }
     return SQ_SUCCEEDED(sq_compile(v, nextByte, source, source->name().constData(), SQTrue))
                ? SQ_OK
                : throwFault(v, tellsError);
@@ -280,10 +291,12 @@ bool addFile(RunningJob &job, const SQChar *path)
         job.sources.add(path, text);
         return true;
     }
-    job.scriptPlace = isRead ? placeText(QString::fromLocal8Bit(path), 1) : QString();
-    job.scriptError = isRead ? QString::fromLocal8Bit(path) +
-                                   QStringLiteral(" line = (1) column = (1) : error ") + fault
-                             : fault;
+    if (isRead) {
+        noteError(job, fault, QString::fromLocal8Bit(path), 1, 1);
+        return false;
+    }
+    job.scriptPlace.clear();
+    job.scriptError = fault;
     job.isThrown = false;
     return false;
 }

@@ -7,7 +7,6 @@
 
 #include <csetjmp>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -187,17 +186,6 @@ void sq_vm_free(void *memory, SQUnsignedInteger size)
     std::free(block);
 }
 
-// Where assert() of the C library ends up; the program's own goes before the library's. Elsewhere
-// it means what it always does.
-extern "C" void __assert_fail(const char *condition, const char *file, unsigned line,
-                              const char *function) noexcept
-{
-    if (currentRun != nullptr && currentRun->canEscape)
-        giveUp(*currentRun, ScriptStop::Broken);
-    std::fprintf(stderr, "%s:%u: %s: Assertion `%s' failed.\n", file, line, function, condition);
-    std::abort();
-}
-
 bool runWithinLimits(RunningJob &job, const std::function<void()> &work)
 {
     ScriptThread thread([&] {
@@ -252,8 +240,6 @@ QString scriptStopText(ScriptStop stop)
             .arg(kScriptMemoryBytes / (1024 * 1024));
     case ScriptStop::Depth:
         return QStringLiteral("the script is nested too deeply");
-    case ScriptStop::Broken:
-        return QStringLiteral("the script is more than its compiler can cope with");
     case ScriptStop::Silence:
         return QStringLiteral("the script did nothing with the cartridge for %1 seconds")
             .arg(kSilenceMs / 1000);

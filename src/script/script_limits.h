@@ -3,7 +3,6 @@
 // runs a loop for ever. So
 // - a machine's memory is bounded. The library's allocation functions are ours, see the source;
 // - it runs on a stack of its own, deep enough for everything that fits into that memory;
-// - an assertion of the library that fails ends the machine and not the program;
 // - what happens in it is counted by the library's debug hook, so that it can be ended.
 // A machine that goes over a limit is given up in the middle: nothing of it may be used any more.
 // Its memory goes as a whole. What else it had, an open file, stays until the program ends.
@@ -27,7 +26,6 @@ enum class ScriptStop {
     Memory,  // it needs more than there is for it
     Depth,   // its text, its calls or its data are nested too deeply
     Silence, // it called no native for a while, and its end was wanted
-    Broken,  // the library met what it holds impossible, such as "for (a < b -= c;;)"
 };
 
 // Runs `work` on a stack of its own, within the limits, and waits for it.

@@ -1,26 +1,24 @@
 #include "script/script_source.h"
 
+#include "script/script_tokens.h"
+
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <cstring>
 #include <utility>
 
 namespace
 {
 
-constexpr std::array<const char *, 4> kLoopWords = {"while", "for", "foreach", "do"};
-
 // The compiler draws the mark of "do" and that of its body together, before the loop, unless
 // something stands between them. This does, and means nothing else.
 constexpr const char *kBeforeDo = "for(local __one_do=true;__one_do;__one_do=false)";
 
-bool isWordByte(char byte)
+bool beginsLoop(Token token)
 {
-    return std::isalnum(static_cast<unsigned char>(byte)) != 0 || byte == '_';
+    return token == Token::While || token == Token::For || token == Token::Foreach ||
+           token == Token::Do;
 }
 
 // What the library would run, or stumble over.
@@ -43,102 +41,47 @@ QString faultOf(const QByteArray &text)
 ScriptSource::ScriptSource(QByteArray name, QByteArray text)
     : m_name(std::move(name)), m_text(std::move(text))
 {
+    ScriptTokens tokens(m_text);
+    for (Token token = tokens.next(); token != Token::End; token = tokens.next()) {
+        if (beginsLoop(token))
+            m_words.push_back({tokens.begin(), tokens.end(), token == Token::Do});
+    }
 }
 
 int ScriptSource::nextByte()
 {
-    if (endsLoopWord()) {
+    if (isBehindWord()) {
         m_added.push_back({m_compiledLine, m_position - m_lineStart});
         ++m_compiledLine;
-        m_wordStart = -1;
+        ++m_word;
+        m_isWrapped = false;
         return '\n';
     }
-    if (m_wordStart < 0 && m_in == In::Code && startsDo()) {
+    if (isAtDo() && !m_isWrapped) {
         m_wrapped = kBeforeDo;
-        m_lastDo = m_position;
+        m_isWrapped = true;
     }
     if (*m_wrapped != '\0')
         return *m_wrapped++;
     if (m_position >= m_text.size())
         return 0;
     const char byte = m_text.at(m_position); // operator[] would look for other owners
-    note(byte);
     ++m_position;
+    if (byte == '\n') {
+        ++m_compiledLine;
+        m_lineStart = m_position;
+    }
     return static_cast<unsigned char>(byte);
 }
 
-// Called for every byte: without copies of the text.
-bool ScriptSource::startsDo() const
+bool ScriptSource::isAtDo() const
 {
-    return m_lastDo != m_position && isWordAt(m_position, "do") &&
-           (m_position + 2 >= m_text.size() || !isWordByte(m_text.at(m_position + 2)));
+    return m_word < m_words.size() && m_words[m_word].isDo && m_words[m_word].begin == m_position;
 }
 
-bool ScriptSource::isWordAt(int position, const char *word) const
+bool ScriptSource::isBehindWord() const
 {
-    // A zero byte stands behind the text.
-    return std::strncmp(m_text.constData() + position, word, std::strlen(word)) == 0;
-}
-
-bool ScriptSource::endsLoopWord() const
-{
-    if (m_wordStart < 0 || (m_position < m_text.size() && isWordByte(m_text.at(m_position))))
-        return false;
-    const auto length = static_cast<std::size_t>(m_position - m_wordStart);
-    return std::any_of(kLoopWords.begin(), kLoopWords.end(), [&](const char *word) {
-        return std::strlen(word) == length && isWordAt(m_wordStart, word);
-    });
-}
-
-// Follows what the compiler's own reader takes for words, texts and comments.
-void ScriptSource::note(char byte)
-{
-    const char last = std::exchange(m_last, byte);
-    if (byte == '\n') {
-        ++m_compiledLine;
-        m_lineStart = m_position + 1;
-    }
-    switch (m_in) {
-    case In::Code:
-        if (!isWordByte(byte))
-            m_wordStart = -1;
-        else if (m_wordStart < 0)
-            m_wordStart = m_position;
-        if (byte == '#' || (last == '/' && byte == '/'))
-            m_in = In::LineComment;
-        else if (last == '/' && byte == '*')
-            m_in = In::BlockComment;
-        else if (byte == '"')
-            m_in = last == '@' ? In::VerbatimText : In::Text;
-        else if (byte == '\'')
-            m_in = In::Character;
-        if (m_in != In::Code)
-            m_last = 0;
-        return;
-    case In::LineComment:
-        if (byte == '\n')
-            m_in = In::Code;
-        return;
-    case In::BlockComment:
-        if (last == '*' && byte == '/') {
-            m_in = In::Code;
-            m_last = 0;
-        }
-        return;
-    case In::Text:
-    case In::Character:
-        if (last == '\\')
-            m_last = 0;
-        else if (byte == (m_in == In::Text ? '"' : '\''))
-            m_in = In::Code;
-        return;
-    case In::VerbatimText: // two quotes are one of the text: it ends and begins again
-        if (byte == '"') {
-            m_in = In::Code;
-            m_last = '@';
-        }
-        return;
-    }
+    return m_word < m_words.size() && m_words[m_word].end == m_position;
 }
 
 int ScriptSource::lineOf(int compiledLine) const

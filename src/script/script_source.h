@@ -24,6 +24,7 @@ public:
     ScriptSource(QByteArray name, QByteArray text);
 
     const QByteArray &name() const { return m_name; }
+    const QByteArray &text() const { return m_text; }
     // The next byte for the compiler, 0 behind the last.
     int nextByte();
 
@@ -34,27 +35,28 @@ public:
     QByteArray lineText(int line) const;
 
 private:
-    enum class In { Code, LineComment, BlockComment, Text, VerbatimText, Character };
+    struct LoopWord {
+        int begin;
+        int end;
+        bool isDo;
+    };
     struct AddedEnd {
         int compiledLine; // that it ends
         int column;       // of the text, behind the loop's word
     };
 
-    void note(char byte);
-    bool startsDo() const;
-    bool endsLoopWord() const;
-    bool isWordAt(int position, const char *word) const;
+    bool isAtDo() const;
+    bool isBehindWord() const;
 
     QByteArray m_name;
     QByteArray m_text;
     int m_position = 0;
     int m_compiledLine = 1;
     int m_lineStart = 0;
-    In m_in = In::Code;
-    char m_last = 0; // byte of m_in; 0 behind one that has been dealt with
-    int m_wordStart = -1;
-    int m_lastDo = -1;          // place of the last "do"
-    const char *m_wrapped = ""; // what goes before it, as far as it is still to be handed over
+    std::vector<LoopWord> m_words; // all of the text
+    std::size_t m_word = 0;        // the first that has not been handed over
+    bool m_isWrapped = false;      // that one, a "do"
+    const char *m_wrapped = "";    // what goes before it, as far as it is to come
     std::vector<AddedEnd> m_added;
 };
 

@@ -38,7 +38,9 @@ private slots:
 
     void unreadableTextIsRefused_data();
     void unreadableTextIsRefused();
-    void scriptThatConfusesTheCompilerEnds();
+    void trapsOfTheCompilerAreRefused_data();
+    void trapsOfTheCompilerAreRefused();
+    void trapIsToldWithItsPlace();
     void wrongScriptsEnd_data();
     void wrongScriptsEnd();
     void deepDataGo_data();
@@ -125,12 +127,137 @@ void HostileScriptsTest::unreadableTextIsRefused()
     }
 }
 
-// An assignment to a comparison is compiled, and then an assertion of the library fails.
-void HostileScriptsTest::scriptThatConfusesTheCompilerEnds()
+void HostileScriptsTest::trapsOfTheCompilerAreRefused_data()
 {
-    run("for (a < b -= c;;) {}");
+    QTest::addColumn<QByteArray>("statement");
+    QTest::addColumn<QString>("error");
+    const auto add = [](const QByteArray &statement, const QString &error) {
+        QTest::newRow(statement) << statement << error;
+    };
+    const QString noTarget = "an assignment to what is no variable or slot";
+    for (const char *left : {"a + v",
+                             "a - v",
+                             "a * v",
+                             "a / v",
+                             "a % v",
+                             "a < v",
+                             "a > v",
+                             "a <= v",
+                             "a >= v",
+                             "a == v",
+                             "a != v",
+                             "a <=> v",
+                             "a && v",
+                             "a || v",
+                             "a & v",
+                             "a | v",
+                             "a ^ v",
+                             "a << v",
+                             "a >> v",
+                             "a >>> v",
+                             "a in v",
+                             "a instanceof v",
+                             "-v",
+                             "- -v",
+                             "!v",
+                             "~v",
+                             "typeof v",
+                             "clone v",
+                             "resume v",
+                             "-a.v",
+                             "v++",
+                             "a.v--",
+                             "a[0]++",
+                             "a < {}",
+                             "a < @(x) x + v",
+                             "a < function() {}",
+                             "a < function(); ",
+                             "a < class extends v {}.b",
+                             "a < {}.b",
+                             "a < function() if (a) v; .b",
+                             "v\n+\nv",
+                             "a /* = */ < v",
+                             "x = a < v"})
+        add(QByteArray(left) + " = a", noTarget);
+    for (const char *sign : {"<-", "+=", "-=", "*=", "/=", "%="})
+        add("a < v " + QByteArray(sign) + " a", noTarget);
+    for (const char *around : {"for (%;;) {}",
+                               "for (;%;) {}",
+                               "for (;;%) {}",
+                               "while (%) {}",
+                               "do {} while (%)",
+                               "foreach (x in %) {}",
+                               "if (%) {}",
+                               "if (a) {} else %",
+                               "switch (%) {}",
+                               "switch (a) { case %: }",
+                               "switch (a) { default: % }",
+                               "try { % } catch (e) {}",
+                               "try {} catch (e) %",
+                               "throw %",
+                               "return %",
+                               "yield %",
+                               "local x = %",
+                               "f(1 %)",
+                               "f(a, %)",
+                               "[1 %]",
+                               "a[%]",
+                               "x = { x = 1 y = % }",
+                               "x = { [%] = 1 }",
+                               "x = { \"k\": % }",
+                               "function g(x = %) {}",
+                               "x = @() %",
+                               "class C { x = %; }",
+                               "class C extends % {}",
+                               "class C </ x = % /> {}",
+                               "class C { constructor() { % } }",
+                               "a ? % : 1",
+                               "a ? 1 : %",
+                               "(%)",
+                               "x = %",
+                               "class C <//* '\n */ x = % /> {}",
+                               "x = 5 <<// '\n%"})
+        add(QByteArray(around).replace("%", "a < v -= a"), noTarget);
+    for (const char *text : {"base++", "base--", "++base", "--base", "delete base", "class base {}",
+                             "x = ++base", "++\nbase"})
+        add(text, "'base' cannot be modified");
+    for (const char *text :
+         {"delete -v", "delete !v", "++-v", "--typeof v", "class -v {}", "++v++", "++v--"})
+        add(text, "no variable or slot that could be changed");
+    add("class C { </ x = 1 /> [v] = 2 }", "attributes need a member that has a name");
+}
+
+// Where they did harm: in a function that has nothing but the variable of another.
+void HostileScriptsTest::trapsOfTheCompilerAreRefused()
+{
+    QFETCH(QByteArray, statement);
+    QFETCH(QString, error);
+    const QByteArray inFunction = "local v = 1;\nlocal f = function() {\n" + statement + "\n};";
+    UserFolder folder;
+    const QByteArray other = folder.addFile("other.nut", inFunction).toLocal8Bit();
+    for (const QByteArray &body :
+         {inFunction, "compilestring(@\"" + QByteArray(inFunction).replace('"', "\"\"") + "\");",
+          "dofile(@\"" + other + "\");", "loadfile(@\"" + other + "\");"}) {
+        run(body);
+        QCOMPARE(m_bench.end, JobEnd::ScriptError);
+        QVERIFY2(m_bench.scriptError.endsWith(" : error " + error),
+                 qPrintable(m_bench.scriptError));
+    }
+    m_bench.setScript(statement);
+    QVERIFY(!m_bench.run(GB_READ_ROM));
+    QVERIFY2(m_bench.scriptError.endsWith(" : error " + error), qPrintable(m_bench.scriptError));
+}
+
+void HostileScriptsTest::trapIsToldWithItsPlace()
+{
+    const QString path = m_bench.setScript("local a = @\"\n\" /*\n*/; while (a)\n  a < 2 -= 1;\n");
+    QVERIFY(!m_bench.run(GB_READ_ROM));
     QCOMPARE(m_bench.end, JobEnd::ScriptError);
-    QCOMPARE(m_bench.scriptError, QString("the script is more than its compiler can cope with"));
+    QCOMPARE(m_bench.scriptError,
+             path +
+                 " line = (4) column = (9) : error an assignment to what is no variable or slot");
+    QCOMPARE(m_bench.scriptPlace, QString("mapper.nut, line 4"));
+    QCOMPARE(m_bench.logs(), (QStringList{m_bench.scriptError + "\n", "dump core script error\n"}));
 }
 
 void HostileScriptsTest::wrongScriptsEnd_data()
@@ -304,6 +431,41 @@ void HostileScriptsTest::harmlessScriptsRun_data()
         {"false", "true"});
     add("stdin", "print(stdin.eos() == null); try stdin.readn('b') catch (e) print(e);",
         {"false", "io error"});
+    add("assignments",
+        "local x = -1, t = { a = 1 + 2 b = 3, \"c\": 4, [\"d\"] = -5 }; local y = x = t.a = 7;\n"
+        "t.n <- x - 1; t[\"a\"] += 2 * -x; t.b -= -1 - x; (x < 3 ? t : t).c = 8; x = y + 1\n"
+        "y = x; local z = y < x ? x = 1 : y = 2; ::r <- !x\n::r = z\n"
+        "foreach (v in [x, y, z, t.a, t.b, t.c, t.d, t.n, ::r]) print(v);",
+        {"8", "2", "2", "-7", "11", "8", "-5", "6", "2"});
+    add("counting",
+        "local i = 0, t = { n = 1 }; local o = @() i++ + 1; i++\n++i; --t.n; t.n-- - i; i = -i++\n"
+        "++i; t[\"n\"]++; if (i < 0) ++i; print(o()); print(i); print(t.n); print(-i++); "
+        "print([i++ ++i, -1, -2].len());",
+        {"1", "1", "0", "-1", "4"});
+    add("functions",
+        "local f = @(x, y = -1 + 2) x + y; print(f(1)); print((@(x) x = 5)(1)); "
+        "local g = function(x) return x - 1; print(g(-1)); local t = {}; "
+        "t.f <- function(x) { return x < 1 && x > -1 }; t.v <- t.f(0); print(t.v); "
+        "local h = true && function() { return 3 }; h = h; print(h()); "
+        "local e; e = function() { local q = 1; e = 2 }; e(); print(e);",
+        {"2", "5", "-2", "true", "3", "2"});
+    add("statements",
+        "local x = 2, n = 0; switch (x) { case 1 + 1: n = 3; case -3: n += 1; break; default: n = "
+        "9 "
+        "}\nif (x < 3) n *= 2; else n = 0; if (!n) { n = 1 } n %= 5; { n -= 1 } "
+        "for (local i = 0, j = 9; i < j && n < 99; i++, j -= 2) n = n + i; do n += 1 while (n < "
+        "7)\n"
+        "try throw x + n\ncatch (e) n = e; while (x in [1, 2, 3] && x < 5) x += 5; "
+        "delete { a = 1 }.a; print(n); print(x);",
+        {"9", "7"});
+    add("classes",
+        "class A </ k = 1 + 1 /> { </ n = -1 /> v = 1; static s = 2 - 1; [\"k\"] = 4; "
+        "constructor(x = 3) { v = x } function f() { return v } };\n"
+        "class B extends A { function f() { return -base.f() } function g() { local b = base; "
+        "return b == A } }; local b = B(); b.v = b.f() - 1; print(b.v); print(b.g()); print(b.k); "
+        "print(b instanceof A && typeof b == \"instance\"); local c = clone b; c.v = 1; "
+        "print(b.v);",
+        {"-4", "true", "4", "true", "-4"});
     add("loops",
         "local n = 0; for (local i = 0; i < 3; i++) n++; while (n < 5) n++; do n++ while (n < 9)\n"
         "foreach (x in [1, 2]) n += x; print(n); print(\"while for do\"); /* for */ print(@\"do "
@@ -328,6 +490,8 @@ void HostileScriptsTest::endlessScriptsAreEndedWhereWanted_data()
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("while") << QByteArray("while (true);");
     QTest::newRow("for") << QByteArray("for (;;);");
+    QTest::newRow("behind attributes that begin with a comment")
+        << QByteArray("class C <//**/ x = 1 /> {} while (true);");
     QTest::newRow("do") << QByteArray("do {} while (true)");
     QTest::newRow("do behind something") << QByteArray("local n = 0; do n++ while (true)");
     QTest::newRow("do in a branch")
