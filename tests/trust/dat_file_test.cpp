@@ -404,8 +404,10 @@ void DatFileTest::crowdedTagsAreRefused()
     QFETCH(QByteArray, text);
     QFETCH(bool, isRead);
     QVERIFY2(read(text) == isRead, qPrintable(m_problem));
+    // Not every Qt knows all encodings.
     QVERIFY2(isRead || m_problem.contains("more than 64 attributes") ||
-                 m_problem.contains("document type of its own"),
+                 m_problem.contains("document type of its own") ||
+                 m_problem.contains("Encoding UTF-7 is unsupported"),
              qPrintable(m_problem));
 }
 
