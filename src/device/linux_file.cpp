@@ -91,6 +91,19 @@ private:
     std::uint32_t m_offset = 0;
 };
 
+// A pipe would wait for its writer, and only a later read refuses a folder.
+DriveStatus ordinaryFileStatus(int descriptor, const std::string &path)
+{
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0)
+        return statusFromErrno(errno, "open", path);
+    if (S_ISDIR(status.st_mode))
+        return statusFromErrno(EISDIR, "open", path);
+    if (!S_ISREG(status.st_mode))
+        return {DriveErrorCode::Refused, "Cannot open \"" + path + "\": it is no ordinary file"};
+    return {};
+}
+
 } // namespace
 
 FileDescriptor::FileDescriptor(FileDescriptor &&other) noexcept
@@ -155,22 +168,26 @@ DriveStatus statusFromErrno(int error, const char *operation, const std::string 
 DriveStatus openLinuxFileForRead(const std::string &path, Buffering buffering,
                                  std::unique_ptr<DriveFile> *file)
 {
+    constexpr int kReading = O_RDONLY | O_NONBLOCK; // which only a pipe notices
     CachePolicy policy = CachePolicy::Cached;
     int descriptor = -1;
     if (buffering == Buffering::Unbuffered) {
         policy = CachePolicy::Direct;
-        descriptor = openRetrying(path, O_RDONLY | O_DIRECT);
+        descriptor = openRetrying(path, kReading | O_DIRECT);
         if (descriptor < 0 && errno == EINVAL) {
             policy = CachePolicy::DropFirst;
-            descriptor = openRetrying(path, O_RDONLY);
+            descriptor = openRetrying(path, kReading);
         }
     } else {
-        descriptor = openRetrying(path, O_RDONLY);
+        descriptor = openRetrying(path, kReading);
     }
     if (descriptor < 0)
         return statusFromErrno(errno, "open", path);
-    *file = std::make_unique<LinuxReadFile>(FileDescriptor(descriptor), path, policy);
-    return {};
+    FileDescriptor opened(descriptor);
+    const DriveStatus status = ordinaryFileStatus(descriptor, path);
+    if (status.ok())
+        *file = std::make_unique<LinuxReadFile>(std::move(opened), path, policy);
+    return status;
 }
 
 DriveStatus mayWriteLinuxFile(const std::string &path)

@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 class DriveLinuxUserFileTest : public QObject
@@ -33,6 +34,8 @@ private slots:
     void refusedPaths_data();
     void refusedPaths();
     void devicesAreWrittenLikeFiles();
+    void onlyOrdinaryFilesAreRead_data();
+    void onlyOrdinaryFilesAreRead();
     void userFileIsReadBack();
     void writtenFileIsReadBack();
 
@@ -200,6 +203,31 @@ void DriveLinuxUserFileTest::devicesAreWrittenLikeFiles()
 {
     QVERIFY(writeThrough(m_backend.get(), "/dev/null", "content").ok());
     QVERIFY(writeThrough(m_backend.get(), "/dev/full", "content").code == DriveErrorCode::Full);
+}
+
+void DriveLinuxUserFileTest::onlyOrdinaryFilesAreRead_data()
+{
+    QTest::addColumn<QString>("name");
+    // As seen from the test's folder.
+    QTest::newRow("pipe that nobody writes") << "pipe";
+    QTest::newRow("link to it") << "link";
+    QTest::newRow("folder") << ".";
+    QTest::newRow("device without an end") << "zero";
+}
+
+// At once: neither waits the call, nor fails the first read only.
+void DriveLinuxUserFileTest::onlyOrdinaryFilesAreRead()
+{
+    QFETCH(QString, name);
+    QCOMPARE(::mkfifo(path("pipe").constData(), 0600), 0);
+    QVERIFY(QFile::link(m_folder->filePath("pipe"), m_folder->filePath("link")));
+    QVERIFY(QFile::link("/dev/zero", m_folder->filePath("zero")));
+    for (const Buffering buffering : {Buffering::Buffered, Buffering::Unbuffered}) {
+        std::unique_ptr<DriveFile> file;
+        const DriveStatus status = m_backend->openForRead(path(name).constData(), buffering, &file);
+        QVERIFY2(status.code == DriveErrorCode::Refused, status.message.c_str());
+        QVERIFY(file == nullptr);
+    }
 }
 
 void DriveLinuxUserFileTest::userFileIsReadBack()
