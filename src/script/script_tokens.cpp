@@ -129,10 +129,11 @@ char ScriptTokens::byteAt(int position) const
 // Passes `operators` if they stand here.
 bool ScriptTokens::skips(const char *operators)
 {
-    const auto length = static_cast<int>(std::strlen(operators));
-    // A zero byte stands behind the text.
-    if (std::strncmp(m_text + m_position, operators, static_cast<std::size_t>(length)) != 0)
-        return false;
+    int length = 0;
+    for (; operators[length] != '\0'; ++length) {
+        if (byteAt(m_position + length) != operators[length])
+            return false;
+    }
     m_position += length;
     return true;
 }
