@@ -45,20 +45,24 @@ void VirtualReader::insertCartridge(std::unique_ptr<Cartridge> cartridge)
     m_cartridge = cartridge != nullptr ? std::move(cartridge) : std::make_unique<NoCartridge>();
 }
 
-// The reason if nothing of the next command file is executed; empty otherwise.
-std::string VirtualReader::runRefusal()
+bool VirtualReader::isGoneAt(std::uint32_t run) const
 {
-    ++m_runs;
-    m_isGone = m_isGone || m_runs == m_config.fault.pulledAt;
-    if (m_isGone)
-        return kGone;
-    return m_runs == m_config.fault.failedCommand ? "it was asked to fail" : "";
+    return m_isGone || run == m_config.fault.pulledAt;
 }
 
 bool VirtualReader::failsNextRun() const
 {
-    const ReaderFault &fault = m_config.fault;
-    return m_isGone || m_runs + 1 == fault.pulledAt || m_runs + 1 == fault.failedCommand;
+    return isGoneAt(m_runs + 1) || m_runs + 1 == m_config.fault.failedCommand;
+}
+
+// The reason if nothing of the next command file is executed; empty otherwise.
+std::string VirtualReader::runRefusal()
+{
+    const bool fails = failsNextRun();
+    m_isGone = isGoneAt(++m_runs);
+    if (!fails)
+        return {};
+    return m_isGone ? kGone : "it was asked to fail";
 }
 
 bool VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size)

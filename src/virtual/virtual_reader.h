@@ -56,7 +56,7 @@ public:
     // executed all the same.
     // Returns: false if the run failed as a whole, which only a ReaderFault makes it.
     bool commandFileWritten(const std::uint8_t *bytes, std::size_t size);
-    // Whether the next run is one that fails.
+    // Whether the next commandFileWritten() will return false. Changes nothing.
     bool failsNextRun() const;
 
     // Pulled out, see ReaderFault.
@@ -83,6 +83,7 @@ public:
 private:
     enum class Bus { None, Gb, Gba };
 
+    bool isGoneAt(std::uint32_t run) const;
     BlockRecord executeBlock(const std::uint8_t *bytes, std::size_t size);
     std::string busRefusal(const DecodedBlock &block) const;
     // The reason if the command has no effect; empty if it was executed.

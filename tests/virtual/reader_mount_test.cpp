@@ -1,101 +1,24 @@
 // The mounted reader, used through plain system calls by a process that knows nothing of it.
-#include "virtual/image_generator.h"
-#include "virtual/save_file.h"
-
-#include "command_blocks.h"
 #include "files.h"
+#include "mount_bench.h"
 #include "test_class.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
-#include <fcntl.h>
-#include <signal.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <memory>
-#include <string>
 
 using namespace virtual_reader;
 
-namespace
-{
-
-constexpr int kDeadlineMs = 20000;
-constexpr std::size_t kMiB = 1024 * 1024;
-
-// Page-aligned memory, as unbuffered reads want it.
-class AlignedBuffer
-{
-public:
-    explicit AlignedBuffer(std::size_t size)
-        : m_bytes(
-              static_cast<std::uint8_t *>(std::aligned_alloc(4096, (size + 4095) / 4096 * 4096)))
-    {
-        std::fill_n(m_bytes.get(), size, std::uint8_t{0});
-    }
-    std::uint8_t *data() { return m_bytes.get(); }
-
-private:
-    struct Free {
-        void operator()(std::uint8_t *bytes) const { std::free(bytes); }
-    };
-    std::unique_ptr<std::uint8_t, Free> m_bytes;
-};
-
-// A descriptor that closes itself.
-class Descriptor
-{
-public:
-    Descriptor(const QString &path, int flags)
-        : m_descriptor(::open(QFile::encodeName(path).constData(), flags, 0644)), m_errno(errno)
-    {
-    }
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    operator int() const { return m_descriptor; }
-    int openError() const { return m_errno; }
-    int close()
-    {
-        const int result = m_descriptor >= 0 ? ::close(m_descriptor) : 0;
-        m_descriptor = -1;
-        return result;
-    }
-
-private:
-    int m_descriptor;
-    int m_errno;
-};
-
-bool isMounted(const QString &folder)
-{
-    QFile mounts("/proc/self/mountinfo");
-    if (!mounts.open(QIODevice::ReadOnly))
-        qFatal("cannot read the list of mounts");
-    return mounts.readAll().contains(" " + QFile::encodeName(folder) + " ");
-}
-
-} // namespace
-
-class ReaderMountTest : public QObject
+class ReaderMountTest : public QObject, private MountBench
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void init() { QCOMPARE(prepare(), QString()); }
+    void cleanup() { QVERIFY(isDone()); }
+
     void showsExactlyThreeFiles();
     void consecutiveUnbufferedReadsBothReachTheReader();
     void bufferedReadsAreNeverStale();
@@ -117,116 +40,7 @@ private slots:
     void commandFileHasALimit();
     void saveFileIsWrittenBackBeforeCloseReturns();
     void identityAndLabelAreTakenOver();
-    void signalsUnmount_data();
-    void signalsUnmount();
-    void unmountingFromOutsideEndsTheProgram();
-    void backgroundProcessServesAfterTheParentEnded();
-    void badMountPointsAreExplained_data();
-    void badMountPointsAreExplained();
-    void imageIsMade();
-
-private:
-    QString file(const char *name) const { return m_mountPoint + "/" + name; }
-    QString path(const char *name) const { return m_folder->filePath(name); }
-    bool mountReader(QStringList arguments = {});
-    bool unmount(int signal = SIGTERM);
-    bool send(const ByteVector &run);
-    ByteVector readDump(off_t offset, std::size_t length);
-    QList<QJsonObject> logLines(const QString &operation) const;
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<QProcess> m_program;
-    QString m_mountPoint;
-    ByteVector m_image;
 };
-
-void ReaderMountTest::initTestCase()
-{
-    QVERIFY2(QFile::exists("/dev/fuse"), "this test needs FUSE: /dev/fuse is missing");
-    QVERIFY2(QFile::exists(READER_PROGRAM), "gbdriver-virtual-reader is not built");
-    m_image = gbImage({0x1B, kMiB, 32 * 1024, "MOUNTED", 17});
-}
-
-void ReaderMountTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-    QVERIFY(QDir(m_folder->path()).mkdir("mnt"));
-    m_mountPoint = QDir(path("mnt")).canonicalPath();
-    std::string error;
-    QVERIFY2(replaceFile(path("game.gb").toStdString(), m_image, &error), error.c_str());
-}
-
-void ReaderMountTest::cleanup()
-{
-    if (m_program != nullptr)
-        QVERIFY(unmount());
-    m_folder.reset();
-}
-
-bool ReaderMountTest::mountReader(QStringList arguments)
-{
-    arguments =
-        QStringList{"--mount", m_mountPoint, "--cart", path("game.gb"), "--log", path("log")} +
-        arguments;
-    m_program = std::make_unique<QProcess>();
-    m_program->setProcessChannelMode(QProcess::MergedChannels);
-    m_program->start(READER_PROGRAM, arguments);
-    QByteArray output;
-    while (!output.contains('\n') && m_program->waitForReadyRead(kDeadlineMs))
-        output += m_program->readAll();
-    if (output == "mounted " + QFile::encodeName(m_mountPoint) + "\n")
-        return true;
-    qWarning("%s", output.constData());
-    return false;
-}
-
-bool ReaderMountTest::unmount(int signal)
-{
-    if (m_program->state() == QProcess::Running)
-        ::kill(static_cast<pid_t>(m_program->processId()), signal);
-    const bool ended =
-        m_program->waitForFinished(kDeadlineMs) || m_program->state() == QProcess::NotRunning;
-    const bool clean = ended && m_program->exitStatus() == QProcess::NormalExit &&
-                       m_program->exitCode() == 0 && !isMounted(m_mountPoint);
-    if (!clean)
-        qWarning("%s", m_program->readAll().constData());
-    m_program.reset();
-    return clean;
-}
-
-bool ReaderMountTest::send(const ByteVector &run)
-{
-    Descriptor command(file("CMD.CMD"), O_WRONLY | O_TRUNC);
-    return ::write(command, run.data(), run.size()) == ssize_t(run.size()) && command.close() == 0;
-}
-
-ByteVector ReaderMountTest::readDump(off_t offset, std::size_t length)
-{
-    AlignedBuffer buffer(length);
-    Descriptor dump(file("DUMP.ROM"), O_RDONLY | O_DIRECT);
-    const ssize_t count = ::pread(dump, buffer.data(), length, offset);
-    return count < 0 ? ByteVector() : ByteVector(buffer.data(), buffer.data() + count);
-}
-
-// The operations of one kind in the log so far; a line that is no JSON object fails the test.
-QList<QJsonObject> ReaderMountTest::logLines(const QString &operation) const
-{
-    QFile log(path("log"));
-    if (!log.open(QIODevice::ReadOnly))
-        qFatal("no log");
-    QList<QJsonObject> result;
-    for (const QByteArray &line : log.readAll().split('\n')) {
-        if (line.isEmpty())
-            continue;
-        const QJsonObject object = QJsonDocument::fromJson(line).object();
-        if (object.isEmpty())
-            qFatal("no JSON: %s", line.constData());
-        if (object["op"] == operation)
-            result.append(object);
-    }
-    return result;
-}
 
 void ReaderMountTest::showsExactlyThreeFiles()
 {
@@ -525,78 +339,6 @@ void ReaderMountTest::identityAndLabelAreTakenOver()
     QFile mounts("/proc/self/mountinfo");
     QVERIFY(mounts.open(QIODevice::ReadOnly));
     QVERIFY(mounts.readAll().contains(" fuse.gbdriver A,LABEL "));
-}
-
-void ReaderMountTest::signalsUnmount_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGINT") << SIGINT;
-    QTest::newRow("SIGHUP") << SIGHUP;
-}
-
-void ReaderMountTest::signalsUnmount()
-{
-    QFETCH(int, signal);
-    QVERIFY(mountReader());
-    QVERIFY(isMounted(m_mountPoint));
-    QVERIFY(unmount(signal)); // looks at the exit code and at the mounts
-}
-
-void ReaderMountTest::unmountingFromOutsideEndsTheProgram()
-{
-    QVERIFY(mountReader());
-    QCOMPARE(QProcess::execute("fusermount3", {"-u", m_mountPoint}), 0);
-    QVERIFY(m_program->waitForFinished(kDeadlineMs));
-    QCOMPARE(m_program->exitCode(), 0);
-    m_program.reset();
-}
-
-void ReaderMountTest::backgroundProcessServesAfterTheParentEnded()
-{
-    QVERIFY(mountReader({"--background"}));
-    QVERIFY(m_program->waitForFinished(kDeadlineMs));
-    QCOMPARE(m_program->exitCode(), 0);
-    m_program.reset();
-    QVERIFY(isMounted(m_mountPoint));
-    QVERIFY(send(selectGb()));
-    QCOMPARE(logLines("command").size(), 1);
-    QCOMPARE(QProcess::execute("fusermount3", {"-u", m_mountPoint}), 0);
-    QVERIFY(!isMounted(m_mountPoint));
-}
-
-void ReaderMountTest::badMountPointsAreExplained_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("missing") << "none"
-                             << "none: No such file or directory";
-    QTest::newRow("a file") << "game.gb"
-                            << "game.gb: it is not a folder";
-}
-
-void ReaderMountTest::badMountPointsAreExplained()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, reason);
-    QProcess program;
-    program.start(READER_PROGRAM, {"--mount", m_folder->filePath(name)});
-    QVERIFY(program.waitForFinished(kDeadlineMs));
-    QCOMPARE(program.exitCode(), 1);
-    const QByteArray text = program.readAllStandardError();
-    QVERIFY2(text.contains(reason.toUtf8()), text.constData());
-}
-
-void ReaderMountTest::imageIsMade()
-{
-    const QStringList arguments = {
-        "--make-image", path("made.gb"), "--type",  "0x1B",    "--rom-size", "1M",
-        "--ram-size",   "32K",           "--title", "MOUNTED", "--seed",     "17"};
-    QCOMPARE(QProcess::execute(READER_PROGRAM, arguments), 0);
-    QVERIFY(contentOf(path("made.gb")) == toByteArray(m_image));
-    QCOMPARE(QProcess::execute(READER_PROGRAM, {"--make-image", path("x.gb"), "--rom-size", "5"}),
-             1);
-    QVERIFY(!QFile::exists(path("x.gb")));
 }
 
 GBDRIVER_TEST(ReaderMountTest, core)

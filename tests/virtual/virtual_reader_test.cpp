@@ -64,8 +64,6 @@ private slots:
     void readsStopAtTheEndOfTheFile();
     void strictSectorsRefuseWhatADiskRefuses_data();
     void strictSectorsRefuseWhatADiskRefuses();
-    void failedCommandDoesNothing();
-    void readerThatWasPulledOutAnswersNothing();
     void countersAndListenerSeeEveryOperation();
     void operationsAreNotKeptUnlessAsked();
     void jsonLinesHaveAllFields();
@@ -467,42 +465,6 @@ void VirtualReaderTest::strictSectorsRefuseWhatADiskRefuses()
     QCOMPARE(count.has_value(), served);
     QCOMPARE(bench.reader.operations().back().refusal.empty(), served);
     QCOMPARE(bench.reader.counters().refusedReads, quint64(served ? 0 : 1));
-}
-
-void VirtualReaderTest::failedCommandDoesNothing()
-{
-    VirtualReaderConfig config;
-    config.fault.failedCommand = 2;
-    Bench bench(config);
-    const ByteVector open = selectGb();
-    const ByteVector write = gbWriteBlock(0x2000, 3);
-    QVERIFY(bench.reader.commandFileWritten(open.data(), open.size()));
-    bench.log.gbWrites.clear();
-    QVERIFY(!bench.reader.commandFileWritten(write.data(), write.size()));
-    QVERIFY(bench.log.gbWrites.empty());
-    QVERIFY(text(operationJson(bench.reader.operations().back()))
-                .endsWith("\"blocks\":[],\"refused\":\"it was asked to fail\"}"));
-    QVERIFY(!bench.reader.isGone());
-    QVERIFY(bench.reader.commandFileWritten(write.data(), write.size()));
-    QCOMPARE(int(bench.log.gbWrites.size()), 1);
-}
-
-void VirtualReaderTest::readerThatWasPulledOutAnswersNothing()
-{
-    VirtualReaderConfig config;
-    config.fault.pulledAt = 2;
-    Bench bench(config);
-    const ByteVector open = selectGb();
-    QVERIFY(bench.reader.commandFileWritten(open.data(), open.size()));
-    QCOMPARE(int(bench.read(ReaderFile::Driver, 0x8000, 512).size()), 512);
-    for (int run = 0; run < 2; ++run) {
-        QVERIFY(!bench.reader.commandFileWritten(open.data(), open.size()));
-        QVERIFY(bench.reader.isGone());
-        ByteVector bytes(512);
-        QVERIFY(!bench.reader.readFile(ReaderFile::Driver, 0x8000, bytes.data(), 512, false));
-        QCOMPARE(text(bench.reader.operations().back().refusal),
-                 QString("the reader was pulled out"));
-    }
 }
 
 void VirtualReaderTest::countersAndListenerSeeEveryOperation()
