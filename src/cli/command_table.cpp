@@ -38,7 +38,7 @@ const std::vector<CommandRow> kCommands = {
       {"dump game.gba --reads 3 --dat hacks.dat", "Three reads, and a DAT file of one's own."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified, Code::InUse}},
+      Code::Unverified, Code::ScriptError, Code::InUse}},
 
     {"read-ram",
      CliRequest::ReadRam,
@@ -56,7 +56,7 @@ const std::vector<CommandRow> kCommands = {
        "A GBA cartridge whose game is not known."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified, Code::InUse}},
+      Code::Unverified, Code::ScriptError, Code::InUse}},
 
     {"write-ram",
      CliRequest::WriteRam,
@@ -74,7 +74,7 @@ const std::vector<CommandRow> kCommands = {
       {"write-ram game.sav --backup saves", "The backup goes into the folder \"saves\"."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::InUse}},
+      Code::ScriptError, Code::InUse}},
 
     {"flash",
      CliRequest::Flash,
@@ -89,7 +89,7 @@ const std::vector<CommandRow> kCommands = {
       {"flash game.gb --system gb --mapper mbc5", "An empty cartridge, which has no header."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::InUse}},
+      Code::ScriptError, Code::InUse}},
 
     {"verify",
      CliRequest::Verify,
@@ -113,7 +113,7 @@ const std::vector<CommandRow> kCommands = {
      {{"backup games", "Until Ctrl-C."}, {"backup games --count 10", "Ten cartridges."}},
      {Code::Done, Code::Usage, Code::NoReader, Code::NoAnswer, Code::NotRecognised,
       Code::TransferFailed, Code::FileError, Code::DataMismatch, Code::Refused, Code::Cancelled,
-      Code::Unverified, Code::InUse}},
+      Code::Unverified, Code::ScriptError, Code::InUse}},
 
     {"drives",
      CliRequest::Drives,
@@ -154,7 +154,8 @@ const std::vector<CommandRow> kCommands = {
       &kHelpOption},
      {{"check-script gb_mbc5.nut", "The name says which cartridges it is for."},
       {"check-script mine.nut --mapper mbc3", "The same for a name of one's own."}},
-     {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch}},
+     {Code::Done, Code::Usage, Code::TransferFailed, Code::FileError, Code::DataMismatch,
+      Code::ScriptError}},
 
     {"tidy",
      CliRequest::Tidy,

@@ -61,8 +61,10 @@ ExitCode runScripts(Reporter &reporter, const QString &folder);
 ExitCode runSelfTest(Reporter &reporter, const QString &scriptFolder);
 
 // Tells about each operation of the script `options.path`. Where `options.scriptKind` is empty the
-// script's own file name tells the kind of cartridge.
+// script's own file name tells the kind of cartridge. Unless `options.allowsFiles`, it gets at no
+// files.
 // Returns: Done if the script defines something and nothing that it defines went wrong (a refusal
-// of the script itself is no fault); DataMismatch if bytes were not where they belong;
-// TransferFailed if nothing worked; FileError or Usage if there is nothing to try.
+// of the script itself is no fault); ScriptError if it is wrong; DataMismatch if bytes were not
+// where they belong; TransferFailed if nothing worked; FileError or Usage if there is nothing to
+// try.
 ExitCode runCheckScript(const CliOptions &options, Reporter &reporter);

@@ -1,6 +1,7 @@
 // The built program, case by case: exit code, answers, events and what is left on the computer.
 #include "cli_cases.h"
 
+#include "cli/command_table.h"
 #include "test_class.h"
 
 #include <QJsonArray>
@@ -30,6 +31,7 @@ private slots:
     void script() { check(); }
     void everyCodeHasARow();
 #ifdef VALIDATOR
+    void codesAreDocumented();
     void eventsAreDescribed();
 #endif
 
@@ -40,10 +42,12 @@ private:
         const QStringList problems = problemsOf(row, &m_runs);
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
         m_codes << row.code;
+        m_ends << qMakePair(row.arguments.section(' ', 0, 0), row.code);
     }
 
     QVector<EventRun> m_runs;
     QList<ExitCode> m_codes;
+    QVector<QPair<QString, ExitCode>> m_ends; // of commands
 };
 
 // cli_flash_test provokes Cancelled, cli_faulty_reader_test what a reader does that does not
@@ -57,6 +61,22 @@ void CliCasesTest::everyCodeHasARow()
 }
 
 #ifdef VALIDATOR
+// A command's help and manual page name all codes that it was seen to end with.
+void CliCasesTest::codesAreDocumented()
+{
+    int commands = 0;
+    for (const auto &end : m_ends) {
+        const CommandRow *row = findCommand(end.first);
+        if (row == nullptr) // a case of usage
+            continue;
+        ++commands;
+        const bool isListed = std::find(row->exitCodes.begin(), row->exitCodes.end(), end.second) !=
+                              row->exitCodes.end();
+        QVERIFY2(isListed, qPrintable(end.first + ' ' + rowOf(end.second).word));
+    }
+    QVERIFY(commands > 0);
+}
+
 void CliCasesTest::eventsAreDescribed()
 {
     QStringList seen;
