@@ -114,7 +114,8 @@ public:
     // than the letter. Returns: text for people; empty if the letter says it all.
     virtual std::string drivePlace(const char * /*root*/) { return {}; }
 
-    // Opens an existing file for reading; other readers and writers are allowed meanwhile.
+    // Opens an existing file for reading; other readers and writers are allowed meanwhile. Refused
+    // at once if it is a folder, pipe or device.
     // `*file` is set only on success and belongs to the caller.
     virtual DriveStatus openForRead(const char *path, Buffering buffering,
                                     std::unique_ptr<DriveFile> *file) = 0;

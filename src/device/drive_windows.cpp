@@ -46,6 +46,11 @@ public:
             buffering == Buffering::Unbuffered ? FILE_FLAG_NO_BUFFERING : FILE_ATTRIBUTE_NORMAL;
         const HANDLE handle = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                           nullptr, OPEN_EXISTING, flags, nullptr);
+        if (handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_DISK) {
+            CloseHandle(handle);
+            return {DriveErrorCode::Refused,
+                    std::string("Cannot open \"") + path + "\": it is no ordinary file"};
+        }
         return adopt(handle, path, buffering, file);
     }
 

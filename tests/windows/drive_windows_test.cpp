@@ -84,6 +84,8 @@ private slots:
     void driveGoneBetweenTwoCommands();
     void filesOfAnyNameWork_data();
     void filesOfAnyNameWork();
+    void onlyOrdinaryFilesAreRead_data();
+    void onlyOrdinaryFilesAreRead();
 
 private:
     std::unique_ptr<DriveFolders> m_drives;
@@ -336,6 +338,28 @@ void DriveWindowsTest::filesOfAnyNameWork()
     QByteArray bytes(4, '\0');
     QCOMPARE(readFileAt(path.constData(), bytes.data(), 4, 3), 4U);
     QCOMPARE(bytes, QByteArray("tent"));
+}
+
+void DriveWindowsTest::onlyOrdinaryFilesAreRead_data()
+{
+    QTest::addColumn<QByteArray>("path");
+    QTest::newRow("device") << QByteArray("NUL");
+    QTest::newRow("folder") << QByteArray("C:\\windows");
+    QTest::newRow("pipe that nobody writes") << QByteArray("\\\\.\\pipe\\gbdriver-test");
+}
+
+// At once.
+void DriveWindowsTest::onlyOrdinaryFilesAreRead()
+{
+    QFETCH(QByteArray, path);
+    const HANDLE pipe = CreateNamedPipeA("\\\\.\\pipe\\gbdriver-test", PIPE_ACCESS_OUTBOUND,
+                                         PIPE_TYPE_BYTE, 1, 16, 16, 0, nullptr);
+    QVERIFY(pipe != INVALID_HANDLE_VALUE);
+    std::unique_ptr<DriveFile> file;
+    const DriveStatus status = m_backend->openForRead(path.constData(), Buffering::Buffered, &file);
+    CloseHandle(pipe);
+    QVERIFY2(status.code == DriveErrorCode::Refused, status.message.c_str());
+    QVERIFY(file == nullptr);
 }
 
 GBDRIVER_TEST(DriveWindowsTest, none)
