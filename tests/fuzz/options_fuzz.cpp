@@ -31,7 +31,7 @@ bool isSame(const CliOptions &a, const CliOptions &b)
            a.overwrites == b.overwrites && a.ignoresSize == b.ignoresSize &&
            a.ignoresContradiction == b.ignoresContradiction && a.ignoresBlank == b.ignoresBlank &&
            a.makesBackup == b.makesBackup && a.backupFolder == b.backupFolder &&
-           a.count == b.count && a.scriptKind == b.scriptKind;
+           a.count == b.count && a.scriptKind == b.scriptKind && a.allowsFiles == b.allowsFiles;
 }
 
 bool isSize(const std::optional<int> &size)
@@ -136,6 +136,7 @@ QStringList saidAgain(const CliOptions &options)
     if (!options.backupFolder.isEmpty())
         addValue(&words, kBackupOption, options.backupFolder);
     addNumber(&words, kCountOption, options.count);
+    addSwitch(&words, kAllowFilesOption, options.allowsFiles);
     if (!options.path.isEmpty())
         words << QStringLiteral("--") << options.path;
     return words;
