@@ -3,8 +3,8 @@
 #include "device/device_commands.h"
 #include "device/device_link.h"
 #include "device/device_ops.h"
-#include "script/job.h"
 #include "script/script_limits.h"
+#include "script/script_owner.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -30,12 +30,6 @@ struct Transfer {
     std::uint32_t address = 0;
     std::uint32_t length = 0;
 };
-
-// The machine's own job. Not by way of `dev`, which two of the natives do not look at.
-RunningJob &ownerOf(HSQUIRRELVM v)
-{
-    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-}
 
 SQRESULT getJob(HSQUIRRELVM v, RunningJob **job)
 {

@@ -5,8 +5,10 @@
 #include "device/local_path.h"
 #include "script/erase_poll.h"
 #include "script/natives.h"
+#include "script/script_compile.h"
 #include "script/script_library.h"
 #include "script/script_limits.h"
+#include "script/script_owner.h"
 #include "script/script_report.h"
 
 #include <QObject>
@@ -36,11 +38,11 @@ void printToLog(HSQUIRRELVM v, const SQChar *format, ...)
     std::vsnprintf(text, sizeof(text) - 1, format, arguments);
     va_end(arguments);
     // Coroutines of a script are machines of their own; only the shared pointer reaches them.
-    auto *owner = static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-    if (++owner->printedLines < kMostPrintedLines)
-        owner->listener.onLine(QString::fromUtf8(text));
-    else if (owner->printedLines == kMostPrintedLines)
-        owner->listener.onLine(QStringLiteral("(what the script prints is not shown any more)"));
+    RunningJob &owner = ownerOf(v);
+    if (++owner.printedLines < kMostPrintedLines)
+        owner.listener.onLine(QString::fromUtf8(text));
+    else if (owner.printedLines == kMostPrintedLines)
+        owner.listener.onLine(QStringLiteral("(what the script prints is not shown any more)"));
 }
 
 // What the script threw, or the machine for it, as far as it is a text.

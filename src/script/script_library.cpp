@@ -1,14 +1,10 @@
 #include "script/script_library.h"
 
-#include "script/compiler_traps.h"
-#include "script/job.h"
+#include "script/script_compile.h"
+#include "script/script_files.h"
 #include "script/script_limits.h"
+#include "script/script_owner.h"
 
-#include <QProcess>
-
-#include <sqstdio.h>
-
-#include <cstdio>
 #include <cstring>
 
 namespace
@@ -18,14 +14,6 @@ namespace
 constexpr SQInteger kMostElements = static_cast<SQInteger>(kScriptMemoryBytes / sizeof(SQObject));
 constexpr SQInteger kCoroutineSlots = 64; // to begin with
 constexpr SQInteger kMostArguments = 1000;
-constexpr int kLongestError = 500;
-// Of all texts that a machine compiles; they stay until it is closed.
-constexpr qint64 kMostText = kScriptMemoryBytes;
-
-RunningJob &ownerOf(HSQUIRRELVM v)
-{
-    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-}
 
 // --- Arrays ---
 
@@ -223,125 +211,7 @@ SQInteger doNothing(HSQUIRRELVM /*v*/)
     return 0;
 }
 
-// --- Compiling ---
-
-SQInteger nextByte(SQUserPointer source)
-{
-    checkScriptDepth(); // the compiler calls itself for everything that is nested
-    return static_cast<ScriptSource *>(source)->nextByte();
-}
-
-void noteError(RunningJob &job, const QString &error, const QString &source, int line, int column)
-{
-    job.scriptError = source +
-                      QStringLiteral(" line = (%1) column = (%2) : error ").arg(line).arg(column) +
-                      error;
-    job.scriptPlace = placeText(source, line);
-    job.isThrown = false;
-}
-
-void reportCompilerError(HSQUIRRELVM v, const SQChar *error, const SQChar *source, SQInteger line,
-                         SQInteger column)
-{
-    RunningJob &job = ownerOf(v);
-    const int compiledLine = static_cast<int>(line);
-    const ScriptSource *text = job.sources.last();
-    const int realLine = text == nullptr ? compiledLine : text->lineOf(compiledLine);
-    const int realColumn = text == nullptr ? static_cast<int>(column)
-                                           : text->columnOf(compiledLine, static_cast<int>(column));
-    noteError(job, QString::fromUtf8(error), QString::fromUtf8(source), realLine, realColumn);
-}
-
-// Throws what is wrong with a text, as the compiler says it of a place in it.
-SQRESULT throwFault(HSQUIRRELVM v, bool tellsError)
-{
-    RunningJob &job = ownerOf(v);
-    if (tellsError)
-        job.listener.onLine(job.scriptError + QLatin1Char('\n'));
-    char copy[kLongestError];
-    qstrncpy(copy, job.scriptError.toUtf8().constData(), sizeof(copy));
-    return sq_throwerror(v, copy);
-}
-
-// Compiles the text that was added last.
-SQRESULT compileLast(HSQUIRRELVM v, bool tellsError)
-{
-    ScriptSource *source = ownerOf(v).sources.last();
-    const CompilerTrap trap = findCompilerTrap(source->text());
-    if (trap.error != nullptr) {
-        noteError(ownerOf(v), QString::fromUtf8(trap.error), QString::fromUtf8(source->name()),
-                  trap.line, trap.column);
-        return throwFault(v, tellsError);
-    }
-    return SQ_SUCCEEDED(sq_compile(v, nextByte, source, source->name().constData(), SQTrue))
-               ? SQ_OK
-               : throwFault(v, tellsError);
-}
-
-// Reads a file for compileLast(). Returns: false if it cannot be compiled; the job says why, and
-// where, but of a file that is not there.
-bool addFile(RunningJob &job, const SQChar *path)
-{
-    QByteArray text;
-    QString fault;
-    const bool isRead = readScriptFile(path, &text, &fault);
-    if (isRead && fault.isEmpty() && job.sources.totalBytes() + text.size() > kMostText)
-        fault = QStringLiteral("the script compiles too much text");
-    if (fault.isEmpty()) {
-        job.sources.add(path, text);
-        return true;
-    }
-    if (isRead) {
-        noteError(job, fault, QString::fromLocal8Bit(path), 1, 1);
-        return false;
-    }
-    job.scriptPlace.clear();
-    job.scriptError = fault;
-    job.isThrown = false;
-    return false;
-}
-
-// (text [, name])
-SQInteger compileString(HSQUIRRELVM v)
-{
-    const SQChar *text = nullptr;
-    const SQChar *name = "unnamedbuffer";
-    sq_getstring(v, 2, &text);
-    if (sq_gettop(v) > 2)
-        sq_getstring(v, 3, &name);
-    const SQInteger size = sq_getsize(v, 2);
-    if (size > kLongestScript || ownerOf(v).sources.totalBytes() + size > kMostText)
-        return sq_throwerror(v, "the text is too large for a script");
-    ownerOf(v).sources.add(name, QByteArray(text, static_cast<int>(size)));
-    return SQ_SUCCEEDED(compileLast(v, false)) ? 1 : SQ_ERROR;
-}
-
-SQBool tellsErrors(HSQUIRRELVM v)
-{
-    SQBool tells = SQFalse;
-    if (sq_gettop(v) > 2)
-        sq_getbool(v, 3, &tells);
-    return tells;
-}
-
-// (path [, tells errors])
-SQInteger loadFile(HSQUIRRELVM v)
-{
-    const SQChar *path = nullptr;
-    sq_getstring(v, 2, &path);
-    return SQ_SUCCEEDED(compileFile(v, path, tellsErrors(v) == SQTrue)) ? 1 : SQ_ERROR;
-}
-
-// (path [, tells errors])
-SQInteger doFile(HSQUIRRELVM v)
-{
-    if (loadFile(v) != 1)
-        return SQ_ERROR;
-    sq_push(v, 1);
-    return SQ_SUCCEEDED(sq_call(v, 1, SQTrue, SQTrue)) ? 1 : SQ_ERROR;
-}
-
-// --- Files and tables ---
+// --- Tables ---
 
 // An error, because the compiler takes the root table for a table.
 SQInteger setRootTable(HSQUIRRELVM v)
@@ -383,55 +253,6 @@ void replaceMethods(HSQUIRRELVM v, SQObjectType type, const Replacement (&rows)[
     sq_poptop(v);
 }
 
-// Has `name` read nothing, and write to nowhere.
-void emptyStream(HSQUIRRELVM v, const SQChar *name)
-{
-    // Shared by all machines, and never closed.
-    static std::FILE *const empty = std::fopen(qPrintable(QProcess::nullDevice()), "r+b");
-    sq_pushroottable(v);
-    sq_pushstring(v, name, -1);
-    if (empty != nullptr && SQ_SUCCEEDED(sqstd_createfile(v, empty, SQFalse)))
-        sq_newslot(v, -3, SQFalse);
-    sq_settop(v, 1);
-}
-
-SQInteger refuseFile(HSQUIRRELVM v)
-{
-    ownerOf(v).hasWantedFiles = true;
-    return sq_throwerror(v, "scripts may not use files here");
-}
-
-constexpr Replacement kFileWriters[] = {{"writeclosuretofile", refuseFile, 0, nullptr, false}};
-constexpr Replacement kOfFiles[] = {{"constructor", refuseFile, 0, nullptr, false}};
-
-// The class that makes files out of names stays where instances show it, so its constructor goes.
-void closeFiles(HSQUIRRELVM v)
-{
-    for (const SQChar *name : {"stdout", "stderr"})
-        emptyStream(v, name);
-    sq_pushroottable(v);
-    replace(v, kFileWriters);
-    sq_settop(v, 1);
-    sq_pushregistrytable(v);
-    sq_pushstring(v, "std_file", -1);
-    sq_rawget(v, -2);
-    replace(v, kOfFiles);
-    sq_settop(v, 1);
-}
-
-// The file class takes a pointer, too, for an open file; scripts have `dev`, which is none.
-void guardFiles(HSQUIRRELVM v)
-{
-    emptyStream(v, "stdin");
-    sq_pushregistrytable(v);
-    sq_pushstring(v, "std_file", -1);
-    sq_rawget(v, -2);
-    sq_pushstring(v, "constructor", -1);
-    sq_rawget(v, -2);
-    sq_setparamscheck(v, 3, "xss");
-    sq_settop(v, 1);
-}
-
 constexpr Replacement kGlobals[] = {{"array", makeArray, -2, ".n", false},
                                     {"compilestring", compileString, -2, ".ss", false},
                                     {"dofile", doFile, -2, ".sb", false},
@@ -459,18 +280,4 @@ void guardLibrary(HSQUIRRELVM v)
     replaceMethods(v, OT_CLOSURE, kOfFunctions);
     replaceMethods(v, OT_THREAD, kOfCoroutines);
     guardFiles(v);
-    if (!ownerOf(v).job.mayUseFiles)
-        closeFiles(v);
-}
-
-SQRESULT compileFile(HSQUIRRELVM v, const SQChar *path, bool tellsError)
-{
-    if (!addFile(ownerOf(v), path))
-        return throwFault(v, tellsError && !ownerOf(v).scriptPlace.isEmpty());
-    return compileLast(v, tellsError);
-}
-
-void keepCompileErrors(HSQUIRRELVM v)
-{
-    sq_setcompilererrorhandler(v, reportCompilerError);
 }

@@ -6,13 +6,8 @@
 //   newthread                  a native in the place of a function
 //   thread.call                a coroutine that runs already
 //   getstackinfos, also of a coroutine: a level below 0
-//   compilestring, loadfile, dofile: what is no text, see script_source.h
-//   file                       what is no name of a file
-// setdebughook and enabledebuginfo do nothing: the hook is taken. There is nobody to type into
-// `stdin`, so it is empty.
-//
-// In a job whose script may not use files, none can be opened or written; what is written to
-// `stdout` and `stderr` goes nowhere.
+//   compilestring, loadfile, dofile: what is no text, see script_compile.h
+// setdebughook and enabledebuginfo do nothing: the hook is taken. Files: script_files.h.
 //
 // Natives hold nothing that has to be destroyed while they use the machine, see script_limits.h.
 #pragma once
@@ -21,11 +16,3 @@
 
 // Puts them into a machine that has an owner and the I/O library, see createVm().
 void guardLibrary(HSQUIRRELVM v);
-
-// Compiles the file at `path` (8 bits) and pushes the function. Its top level is not run.
-// `tellsError`: whether the compiler's error is told in the log; it is kept as the owner's
-// `scriptError` anyway, and thrown.
-SQRESULT compileFile(HSQUIRRELVM v, const SQChar *path, bool tellsError);
-
-// Has compile errors told and kept in the form of the library.
-void keepCompileErrors(HSQUIRRELVM v);

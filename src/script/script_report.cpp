@@ -1,5 +1,7 @@
 #include "script/script_report.h"
 
+#include "script/script_owner.h"
+
 namespace
 {
 
@@ -8,11 +10,6 @@ constexpr SQInteger kMostFunctions = 40;
 constexpr SQInteger kLocalLevels = 10;
 constexpr int kMostLocals = 100;
 constexpr std::size_t kLongestLine = 1022;
-
-RunningJob &ownerOf(HSQUIRRELVM v)
-{
-    return *static_cast<RunningJob *>(sq_getsharedforeignptr(v));
-}
 
 // The value on top of the stack.
 QString valueText(HSQUIRRELVM v)

@@ -35,6 +35,7 @@ enum class ScriptLook {
 };
 
 // Looks whether the script at `path` defines the operation. What it prints, and errors, are added
-// to `*log` as a job's log has them.
+// to `*log` as a job's log has them; `*files` says what it may do, and learns whether it was
+// refused.
 ScriptLook lookAtScript(const QString &path, const ScriptOperation &operation, FileUse *files,
                         QStringList *log);

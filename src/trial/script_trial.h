@@ -32,7 +32,8 @@ struct ScriptTrial {
     QStringList log; // of the job
 };
 
-// Tries every operation of the kind's system, in the order of the job codes.
+// Tries every operation of the kind's system, in the order of the job codes. `*files` says what the
+// script may do with files, and learns whether it was refused any.
 QList<ScriptTrial> tryScript(const QString &scriptPath, const ScriptKind &kind, FileUse *files);
 
 // What came of a trial, for people: the operation with its verdict, then indented what was moved,

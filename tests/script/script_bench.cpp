@@ -37,3 +37,9 @@ bool ScriptBench::run(int operate)
     scriptPlace = running.scriptPlace;
     return end == JobEnd::Done;
 }
+
+bool ScriptBench::runDump(const QByteArray &body)
+{
+    setScript("function cpu_dump(dev, a, b)\n{\n" + body + "\n}\n");
+    return run(GB_READ_ROM);
+}

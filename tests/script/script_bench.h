@@ -23,9 +23,11 @@ public:
     // Runs the script part of the job with operation code `operate`; only what happens from here on
     // is recorded. Returns: whether it is Done.
     bool run(int operate);
+    // Runs `body` as the GB ROM dump of a script; it begins in line 3.
+    bool runDump(const QByteArray &body);
 
-    JobEnd end = JobEnd::Done;     // what the host returned
-    QString scriptError;           // and what it kept of the script's error
+    JobEnd end = JobEnd::Done; // what the host returned
+    QString scriptError;       // and what it kept of the script's error
     QString scriptPlace;
     unsigned char *data = nullptr; // the job's transfer buffer
 
