@@ -43,8 +43,9 @@ QString DrivenWindow::start(const QString &declaration)
         environment.insert("GBDRIVER_DRIVES", declaration);
     environment.remove("GBDRIVER_VIRTUAL_READER");
     m_program.setProcessEnvironment(environment);
+    const QStringList command = m_starter + QStringList{WINDOW_PROGRAM};
     if (kUnderWine.isEmpty())
-        m_program.start(WINDOW_PROGRAM, QStringList());
+        m_program.start(command.first(), command.mid(1));
     else
         m_program.start(UNDER_WINE_SCRIPT, {kUnderWine});
     m_window = m_desktop.focusWindow(kTitle);

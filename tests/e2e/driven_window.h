@@ -15,6 +15,9 @@ enum class WindowButton { Info, Dump, Flash, ReadRam, WriteRam, ReadAgain };
 class DrivenWindow
 {
 public:
+    DrivenWindow() = default;
+    // The program is started by another one, with these arguments before it.
+    explicit DrivenWindow(const QStringList &starter) : m_starter(starter) {}
     ~DrivenWindow();
 
     // Starts the X server and the program, and waits for the window.
@@ -53,6 +56,7 @@ private:
     bool opened(WindowButton button, const QString &caption);
     bool answered(const QString &caption, const QString &dialog, const QString &path);
 
+    QStringList m_starter;
     Desktop m_desktop;
     QTemporaryDir m_runtimeFolder;
     QProcess m_program;
