@@ -1,10 +1,12 @@
 #include "cli/known_tables.h"
 
 #include "cli/telling.h"
+#include "trust/dat_folder.h"
 
-#include <QFileInfo>
+namespace
+{
 
-bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &reporter)
+bool readNamed(const QStringList &paths, QVector<DatFile> *tables, Reporter &reporter)
 {
     for (const QString &path : paths) {
         DatFile table;
@@ -18,9 +20,20 @@ bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &re
             reporter.log(QStringLiteral("%1: %2 entries without a SHA-1 or marked as bad are left "
                                         "out.")
                              .arg(path, QString::number(table.leftOut)));
-        if (table.name.isEmpty())
-            table.name = QFileInfo(path).fileName();
         tables->append(table);
     }
+    return true;
+}
+
+} // namespace
+
+bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &reporter)
+{
+    if (!readNamed(paths, tables, reporter))
+        return false;
+    const DatFolder kept = readDatFolder(datFolder());
+    for (const QString &problem : kept.problems)
+        reporter.log(QStringLiteral("Not looked up: ") + problem);
+    *tables += kept.tables;
     return true;
 }

@@ -8,5 +8,7 @@
 
 #include <QStringList>
 
-// Reads the DAT files at `paths`. Returns: false with the problem told.
+// Reads the DAT files at `paths`, then those of the user's folder (datFolder()).
+// Returns: false with the problem told. In the folder a file that cannot be read is told and left
+// out.
 bool readTables(const QStringList &paths, QVector<DatFile> *tables, Reporter &reporter);

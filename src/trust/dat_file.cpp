@@ -217,7 +217,11 @@ bool readDatFile(const QString &path, DatFile *dat, QString *problem)
         return refuseFile(QStringLiteral("larger than %1 MiB, this is no DAT file")
                               .arg(kLargestDatBytes / 1024 / 1024));
     QString reason;
-    return parseDat(file.readAll(), dat, &reason) || refuseFile(reason);
+    if (!parseDat(file.readAll(), dat, &reason))
+        return refuseFile(reason);
+    if (dat->name.isEmpty())
+        dat->name = info.fileName();
+    return true;
 }
 
 const DatEntry *findInDat(const DatFile &dat, quint64 size, const Sha1Digest &sha1)

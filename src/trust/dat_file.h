@@ -35,7 +35,7 @@ struct DatFile {
 [[nodiscard]] bool parseDat(const QByteArray &bytes, DatFile *dat, QString *problem);
 
 // The same for the file at `path`, which must be an ordinary one of kLargestDatBytes at most; the
-// reason begins with the path.
+// reason begins with the path. A file that calls itself nothing gets its own name.
 [[nodiscard]] bool readDatFile(const QString &path, DatFile *dat, QString *problem);
 
 // The first entry with this size and SHA-1. A binary search.

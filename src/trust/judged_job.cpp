@@ -1,6 +1,7 @@
 #include "trust/judged_job.h"
 
 #include "trust/cartridge_task.h"
+#include "trust/dat_folder.h"
 #include "trust/flash_check.h"
 #include "trust/known_titles.h"
 #include "trust/pending_file.h"
@@ -72,8 +73,14 @@ JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, Car
     read.outcome.state = state;
     read.sha1 = QCryptographicHash::hash(read.bytes, QCryptographicHash::Sha1);
     std::optional<RomEvidence> rom;
-    if (!movesSave(job.operate))
+    DatFolder own;
+    if (!movesSave(job.operate)) {
         rom = evidenceOf(read.bytes, read.sha1, {});
+        if (!rom->known) {
+            own = readDatFolder(datFolder());
+            rom->known = findKnown(rom->size, read.sha1, own.tables);
+        }
+    }
     const bool isKnown = rom && rom->known;
     if (second == SecondRead::Always || (second == SecondRead::OfWhatIsUnknown && !isKnown))
         readAgain(job, 1, *listener, &read);
@@ -87,6 +94,7 @@ JudgedJob judgeFile(const CartridgeJob &job, const QString &path, int reads, Car
     judged.bytes = read.bytes.size();
     judged.sha1 = read.sha1;
     judged.reads = read.reads;
+    judged.tableProblems = own.problems;
     return judged;
 }
 

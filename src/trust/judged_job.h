@@ -23,9 +23,10 @@ struct JudgedJob {
     int bytes = 0;   // that were read or written
     QByteArray sha1; // of what was read; 20 bytes
     int reads = 0;
-    bool isCompared = false; // what was written was read back
-    qint64 fileBytes = 0;    // of a written file, which may have more than fit
-    WriteMismatch mismatch;  // of Trouble::Mismatch
+    bool isCompared = false;   // what was written was read back
+    qint64 fileBytes = 0;      // of a written file, which may have more than fit
+    WriteMismatch mismatch;    // of Trouble::Mismatch
+    QStringList tableProblems; // of the user's DAT files, see DatFolder
 };
 
 // A dump or a save that was read. `readsAgain`: what no table knows is read a second time, and

@@ -15,21 +15,22 @@ Sha1Digest digestOf(const QByteArray &sha1)
     return digest;
 }
 
-std::optional<KnownTitle> findKnown(const QVector<DatFile> &tables, std::uint32_t size,
-                                    const Sha1Digest &sha1)
+} // namespace
+
+std::optional<KnownTitle> findKnown(std::uint32_t size, const QByteArray &sha1,
+                                    const QVector<DatFile> &tables)
 {
-    const std::optional<KnownDump> row = findKnownDump(size, sha1);
+    const Sha1Digest digest = digestOf(sha1);
+    const std::optional<KnownDump> row = findKnownDump(size, digest);
     // What the catalogue itself doubts proves nothing.
     if (row && !row->isDoubted)
         return KnownTitle{QString::fromUtf8(row->title), QStringLiteral("known dumps")};
     for (const DatFile &table : tables) {
-        if (const DatEntry *entry = findInDat(table, size, sha1))
+        if (const DatEntry *entry = findInDat(table, size, digest))
             return KnownTitle{entry->title, table.name};
     }
     return std::nullopt;
 }
-
-} // namespace
 
 RomEvidence evidenceOf(const QByteArray &rom, const QByteArray &sha1,
                        const QVector<DatFile> &tables)
@@ -38,6 +39,6 @@ RomEvidence evidenceOf(const QByteArray &rom, const QByteArray &sha1,
     RomEvidence evidence;
     evidence.size = size;
     evidence.checks = checkDump(reinterpret_cast<const std::uint8_t *>(rom.constData()), size);
-    evidence.known = findKnown(tables, size, digestOf(sha1));
+    evidence.known = findKnown(size, sha1, tables);
     return evidence;
 }

@@ -1,5 +1,6 @@
 #include "ui/backup_task.h"
 
+#include "trust/dat_folder.h"
 #include "trust/judgement_words.h"
 #include "ui/judgement_text.h"
 
@@ -72,8 +73,11 @@ CartridgeBackupResult backUpCartridge(const QString &folder, TrustListener &list
     result.report = detectCartridge([](const QString &) {});
     if (!isRecognised(result.report))
         return result;
+    const DatFolder own = readDatFolder(datFolder());
+    result.tableProblems = own.problems;
     CartridgeBackupPlan plan;
     plan.folder = folder;
+    plan.tables = own.tables;
     plan.program = QStringLiteral("gbdriver " GBDRIVER_VERSION);
     CartridgeBackup backup(result.report, plan, listener);
     result.rom = backup.backUpRom();
@@ -100,6 +104,8 @@ QStringList backupEntries(const CartridgeBackupResult &result)
     }
     QStringList entries;
     append(tr("ROM"), result.rom, &entries);
+    for (const QString &problem : result.tableProblems)
+        entries << tableProblemEntry(problem);
     if (result.written.trouble == Trouble::Stopped) {
         if (result.rom.outcome.trouble != Trouble::Stopped)
             entries << judgementEntry(JudgementKind::Stopped,

@@ -10,7 +10,8 @@ struct CartridgeBackupResult {
     CartridgeReport report; // of the cartridge in the slot
     BackedUpMemory rom;
     BackedUpMemory save;
-    Outcome written; // the report beside the files
+    Outcome written;           // the report beside the files
+    QStringList tableProblems; // of the user's DAT files, see DatFolder
 };
 
 // Looks at the cartridge and backs it up into `folder`, which exists.

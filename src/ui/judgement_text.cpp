@@ -183,6 +183,11 @@ QString adviceEntry(const QString &advice)
     return QStringLiteral("<span style=\"white-space: pre-wrap;\">%1</span>").arg(markupOf(advice));
 }
 
+QString tableProblemEntry(const QString &problem)
+{
+    return adviceEntry(tr("Not looked up: %1").arg(problem));
+}
+
 QString judgementEntry(JudgementKind kind, const QString &line)
 {
     return entryOf(toneOf(kind), line);
@@ -209,6 +214,8 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
                                   "moved. Choose the larger size.")
                                    .arg(notes.savedBytes)
                                    .arg(judged.bytes));
+    for (const QString &problem : judged.tableProblems)
+        entries << tableProblemEntry(problem);
     if (!notes.oldFilePath.isEmpty())
         entries << adviceEntry(
             tr("The file that was there before is in %1").arg(notes.oldFilePath));

@@ -42,6 +42,9 @@ QString judgementEntry(JudgementKind kind, const QString &line);
 // One entry in the colour of warnings; `warning` is plain text.
 QString warningEntry(const QString &warning);
 
+// One entry about a DAT file that could not be used; `problem` begins with its path.
+QString tableProblemEntry(const QString &problem);
+
 // One entry of plain text below a judgement. Markup in any case: text without would take the
 // colours of the entry before.
 QString adviceEntry(const QString &advice);
