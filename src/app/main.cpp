@@ -1,8 +1,10 @@
 #include "app/application.h"
 #include "device/standard_streams.h"
+#include "device/system_encoding.h"
 
 int main(int argc, char **argv)
 {
     fillStandardStreams();
+    useSystemEncoding();
     return startApplication(argc, argv);
 }

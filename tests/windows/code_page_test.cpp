@@ -1,5 +1,6 @@
 // Names of the user's files on their way through the system's 8-bit calls: those that its code page
-// holds, and those that it does not. The tests run with Western European.
+// holds, and those that it does not. The tests run with Western European, as on older Windows; the
+// programs themselves speak UTF-8.
 #include "job_bench.h"
 #include "program_run.h"
 #include "test_class.h"
@@ -66,6 +67,9 @@ private slots:
     void commandLineRefusesAForeignName();
     void otherNamesWork_data();
     void otherNamesWork();
+    void everyNameWorksInUtf8_data() { addForeignNames(); }
+    void everyNameWorksInUtf8();
+    void titlesKeepTheirAccentsInUtf8();
 };
 
 void CodePageTest::foreignNameIsNotSaved()
@@ -108,7 +112,7 @@ void CodePageTest::commandLineRefusesAForeignName()
     const QTemporaryDir folder;
     const QString name = folder.filePath(QString::fromUtf8(u8"Jeu d'été 日本.sav"));
     const ProgramResult result = runProgram(
-        CLI_PROGRAM,
+        CODE_PAGE_CLI_PROGRAM,
         QStringList{"read-ram", name, "--system", "gb", "--mapper", "mbc5", "--ram-size", "32K"},
         {"demo", ""});
     QCOMPARE(codeOf(result), ExitCode::FileError);
@@ -142,6 +146,35 @@ void CodePageTest::otherNamesWork()
     bench.cartridge().looksUntilErased = 0;
     QVERIFY(bench.run(GB_WRITE_FLASH));
     QCOMPARE(bench.job.rom_size, kSize);
+}
+
+void CodePageTest::everyNameWorksInUtf8()
+{
+    QFETCH(QString, name);
+    const QTemporaryDir folder;
+    const QDir names(folder.filePath(QString::fromUtf8(u8"Jeux de 花子")));
+    QVERIFY(names.mkpath("."));
+    for (const QString command : {"read-ram", "write-ram"}) {
+        const ProgramResult result =
+            runProgram(CLI_PROGRAM,
+                       QStringList{command, names.filePath(name), "--system", "gb", "--mapper",
+                                   "mbc5", "--ram-size", "32K"} +
+                           (command == "read-ram" ? QStringList() : QStringList{"--no-backup"}),
+                       {"demo", ""});
+        QVERIFY2(codeOf(result) == ExitCode::Done, qPrintable(result.err));
+    }
+    QCOMPARE(names.entryList(QDir::Files), QStringList{name});
+}
+
+// What the program prints is read in the code page of this test, and put back from it.
+void CodePageTest::titlesKeepTheirAccentsInUtf8()
+{
+    const QTemporaryDir folder;
+    const QString cart = folder.filePath("cart.gba");
+    putFile(cart, gbaImage("BPRE", 1024 * 1024));
+    const ProgramResult result = runProgram(CLI_PROGRAM, "info", {"cart=" + cart, ""});
+    QVERIFY2(result.out.toLocal8Bit().contains(u8"Pokémon - FireRed Version (USA)"),
+             qPrintable(result.out + result.err));
 }
 
 GBDRIVER_TEST(CodePageTest, core)

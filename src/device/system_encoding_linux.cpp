@@ -1,0 +1,3 @@
+#include "device/system_encoding.h"
+
+void useSystemEncoding() {}
