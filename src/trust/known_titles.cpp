@@ -2,6 +2,8 @@
 
 #include "cart/known_dumps.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace
@@ -21,7 +23,8 @@ std::optional<KnownTitle> findKnown(const QVector<DatFile> &tables, std::uint32_
     const std::optional<KnownDump> row = findKnownDump(size, sha1);
     // What the catalogue itself doubts proves nothing.
     if (row && !row->isDoubted)
-        return KnownTitle{QString::fromUtf8(row->title), QStringLiteral("known dumps")};
+        return KnownTitle{QString::fromUtf8(row->title),
+                          QCoreApplication::translate("Words", "known dumps")};
     for (const DatFile &table : tables) {
         if (const DatEntry *entry = findInDat(table, size, sha1))
             return KnownTitle{entry->title, table.name};
