@@ -97,7 +97,7 @@ void DumpDifferencesTest::banksAreNamed()
 void DumpDifferencesTest::manyRangesAreCutShort()
 {
     QCOMPARE(describeBanks(everySecondBank(8), k4KibBlockWords),
-             QString("blocks 1, 3, 5, 7, 9, 11, 13, 15 of 16"));
+             QString("4 KiB blocks 1, 3, 5, 7, 9, 11, 13, 15 of 16"));
     BankDifferences differences = everySecondBank(32);
     QCOMPARE(describeBanks(differences, kBankWords),
              QString("banks 1, 3, 5, 7, 9, 11, 13, 15 and 24 more of 64"));

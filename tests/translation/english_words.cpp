@@ -11,7 +11,7 @@ QStringList englishWords(QString text, const QStringList &foreign)
         "TAMA",   "VIRTUAL", "x",      "E",    "CMD",  "DUMP",   "DMP",   "READER"};
     for (const QString &there : foreign)
         text.remove(there);
-    text.remove(QRegularExpression("\\b[0-9a-f]{40}\\b|\\b0x[0-9A-F]+\\b"));
+    text.remove(QRegularExpression("\\b[0-9a-f]{40}\\b|\\b0x[0-9A-Fa-f]+\\b|\\b[0-9A-F]{2}\\b"));
     static const QRegularExpression word("[A-Za-z]+");
     QStringList words;
     for (auto all = word.globalMatch(text); all.hasNext();) {
