@@ -45,6 +45,8 @@ TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
     const QFileInfo fileInfo(fileName);
 
     tabWidget = new QTabWidget;
+    // The window has room for the whole row of tabs and what stands in the corner, in any language.
+    tabWidget->setUsesScrollButtons(false);
     m_mainTab = new MainTab;
     tabWidget->addTab(m_mainTab, tr("GB"));
     tabWidget->addTab(new FirmwareUpdateTab, tr("Update"));
