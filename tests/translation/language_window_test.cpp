@@ -148,7 +148,7 @@ void LanguageWindowTest::initTestCase()
              "no font has Japanese letters; install the package fonts-wqy-microhei");
     const ReaderFixture fixture(makeMbc5Cartridge(32 * kKiB));
     m_english = measure();
-    QCOMPARE(m_english.cut, QStringList());
+    QCOMPARE(m_english.cut.join("; "), QString());
 }
 
 void LanguageWindowTest::textTooLongIsNoticed()
@@ -168,7 +168,7 @@ void LanguageWindowTest::languageFitsTheWindow()
     const InstalledLanguage installed(&translator);
     QVERIFY(translated("MainTab", "Dump") != "Dump");
     const WindowWidths widths = measure();
-    QCOMPARE(widths.cut, QStringList());
+    QCOMPARE(widths.cut.join("; "), QString());
     QVERIFY2(widths.window <= m_english.window,
              qPrintable(QString("%1 instead of %2").arg(widths.window).arg(m_english.window)));
 }
@@ -198,7 +198,9 @@ void LanguageWindowTest::dumpSpeaksTheLanguage()
     const QString judgement = window.tab().console->accessibleDescription(); // as it is spoken
     QVERIFY2(!word.isEmpty() && judgement.startsWith(word), qPrintable(judgement));
     QVERIFY(word != "consistent: ");
-    QCOMPARE(englishWords(log, {path}).join(' '), QString());
+    // The name of the product may stay as a whole.
+    QCOMPARE(englishWords(log, {path, "Velora Driver Series for GB/GBC/GBA 3.0"}).join(' '),
+             QString());
 }
 
 GBDRIVER_TEST(LanguageWindowTest, gui)

@@ -46,7 +46,8 @@ QString trailingBlanks(const QString &text)
 
 bool isSelfMapped(const QString &source)
 {
-    static const QStringList texts{"/mapper/", "gba.nut", "KB", "B", "\r\n"};
+    static const QStringList texts{"/mapper/", "gba.nut", "KB",
+                                   "B",        "\r\n",    "Velora Cartridge Driver/Dumper"};
     return texts.contains(source) || source.contains("Copyright (c)");
 }
 

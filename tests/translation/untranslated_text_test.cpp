@@ -42,7 +42,7 @@ public:
                       int /*n*/) const override
     {
         static const QRegularExpression kept(
-            "<[^>]*>|%[1-9]|\\(\\*[^)]*\\)|^/mapper/$|^gba\\.nut$");
+            "<[^>]*>|(0x)?%[1-9]|\\(\\*[^)]*\\)|^/mapper/$|^gba\\.nut$");
         const QString text = QString::fromUtf8(source);
         QString blind;
         int position = 0;
