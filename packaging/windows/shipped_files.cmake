@@ -31,10 +31,6 @@ foreach(module Core Gui Widgets)
 endforeach()
 install_existing("${program_folder}/platforms" "${qt_folder}/plugins/platforms/qwindows.dll")
 
-# The presence of a translation beside the program chooses the language, so they stand elsewhere.
-file(GLOB translations "${PROJECT_SOURCE_DIR}/translations/*.qm")
-install(FILES ${translations} DESTINATION "${program_folder}/translations")
-
 set(licences "${program_folder}/licences")
 install_existing("${licences}" "${PROJECT_SOURCE_DIR}/LICENSE")
 file(GLOB qt_licences "${qt_folder}/licences/*")

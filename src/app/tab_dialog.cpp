@@ -23,12 +23,12 @@ namespace
 // What a read that goes well needs at most to come to its next step.
 constexpr int kPatienceMs = 3000;
 
-QString copyNote(const QString &oldFile)
+QString withCopyNote(const QString &line, const QString &oldFile)
 {
-    return oldFile.isEmpty()
-               ? QString()
-               : QLatin1Char(' ') +
-                     TabDialog::tr("The file that was there before is in %1").arg(oldFile);
+    if (oldFile.isEmpty())
+        return line;
+    return TabDialog::tr("%1 %2").arg(
+        line, TabDialog::tr("The file that was there before is in %1").arg(oldFile));
 }
 
 // The one local file that is dragged; empty if it is anything else.
@@ -45,6 +45,8 @@ TabDialog::TabDialog(const QString &fileName, QWidget *parent) : QDialog(parent)
     const QFileInfo fileInfo(fileName);
 
     tabWidget = new QTabWidget;
+    // The window has room for the whole row of tabs and what stands in the corner, in any language.
+    tabWidget->setUsesScrollButtons(false);
     m_mainTab = new MainTab;
     tabWidget->addTab(m_mainTab, tr("GB"));
     tabWidget->addTab(new FirmwareUpdateTab, tr("Update"));
@@ -138,9 +140,9 @@ void TabDialog::askAgain()
     m_mainTab->worker->canceled();
     m_mainTab->guarded->stop();
     if (m_sinceAsked.hasExpired(kPatienceMs) && m_mainTab->guarded->mayBeLeft())
-        tellOnce(tr("The job has not ended yet. Close the window again to leave it behind; it only "
-                    "reads.") +
-                 copyNote(m_mainTab->guarded->oldFilePath()));
+        tellOnce(withCopyNote(tr("The job has not ended yet. Close the window again to leave it "
+                                 "behind; it only reads."),
+                              m_mainTab->guarded->oldFilePath()));
 }
 
 void TabDialog::tellOnce(const QString &line)

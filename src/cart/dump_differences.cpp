@@ -1,5 +1,6 @@
 #include "cart/dump_differences.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -7,6 +8,10 @@
 
 namespace
 {
+
+struct Differences {
+    Q_DECLARE_TR_FUNCTIONS(Differences)
+};
 
 constexpr int kMostNamedRanges = 8;
 
@@ -49,8 +54,9 @@ QString describeRanges(const QVector<BankRange> &ranges)
     for (const BankRange &range : ranges.mid(0, kMostNamedRanges))
         named << describeRange(range);
     const std::uint32_t unnamed = banksIn(ranges.mid(named.size()));
-    return named.join(QStringLiteral(", ")) +
-           (unnamed == 0 ? QString() : QStringLiteral(" and %1 more").arg(unnamed));
+    const QString list = named.join(QStringLiteral(", "));
+    return unnamed == 0 ? list
+                        : Differences::tr("%1 and %2 more").arg(list, QString::number(unnamed));
 }
 
 QString describeOffset(std::uint32_t offset)
@@ -59,6 +65,13 @@ QString describeOffset(std::uint32_t offset)
 }
 
 } // namespace
+
+const BankWords kBankWords = {QT_TRANSLATE_NOOP("Differences", "bank %1 of %2"),
+                              QT_TRANSLATE_NOOP("Differences", "banks %1 of %2")};
+const BankWords k4KibBlockWords = {QT_TRANSLATE_NOOP("Differences", "4 KiB block %1 of %2"),
+                                   QT_TRANSLATE_NOOP("Differences", "4 KiB blocks %1 of %2")};
+const BankWords k64KibBlockWords = {QT_TRANSLATE_NOOP("Differences", "64 KiB block %1 of %2"),
+                                    QT_TRANSLATE_NOOP("Differences", "64 KiB blocks %1 of %2")};
 
 BankDifferences differingBanks(const std::uint8_t *a, const std::uint8_t *b, std::uint32_t size,
                                std::uint32_t bankBytes)
@@ -88,24 +101,23 @@ ByteDifferences differingBytes(const std::uint8_t *a, const std::uint8_t *b, std
     return differences;
 }
 
-QString describeBanks(const BankDifferences &differences, const QString &unit)
+QString describeBanks(const BankDifferences &differences, const BankWords &words)
 {
     if (differences.ranges.isEmpty())
         return {};
-    const QString plural = banksIn(differences.ranges) == 1 ? QString() : QStringLiteral("s");
-    return QStringLiteral("%1%2 %3 of %4")
-        .arg(unit, plural, describeRanges(differences.ranges))
-        .arg(differences.bankCount);
+    return Differences::tr(banksIn(differences.ranges) == 1 ? words.one : words.several)
+        .arg(describeRanges(differences.ranges), QString::number(differences.bankCount));
 }
 
 QString describeBytes(const ByteDifferences &differences, std::uint32_t size)
 {
     if (differences.count == 0)
         return {};
-    const QString place =
-        differences.count == 1
-            ? QStringLiteral("at %1").arg(describeOffset(differences.first))
-            : QStringLiteral("from %1 to %2")
-                  .arg(describeOffset(differences.first), describeOffset(differences.last));
-    return QStringLiteral("%1 of %2 bytes, %3").arg(differences.count).arg(size).arg(place);
+    const QString count = QString::number(differences.count);
+    const QString all = QString::number(size);
+    const QString first = describeOffset(differences.first);
+    if (differences.count == 1)
+        return Differences::tr("%1 of %2 bytes, at %3").arg(count, all, first);
+    return Differences::tr("%1 of %2 bytes, from %3 to %4")
+        .arg(count, all, first, describeOffset(differences.last));
 }

@@ -10,6 +10,15 @@
 
 #include <cstdint>
 
+// How banks are spoken of, in full texts for the translator: which ones, and of how many.
+struct BankWords {
+    const char *one;
+    const char *several;
+};
+extern const BankWords kBankWords;
+extern const BankWords k4KibBlockWords;
+extern const BankWords k64KibBlockWords;
+
 // What a bank is, in bytes.
 constexpr std::uint32_t kGbRomBankBytes = 0x4000;
 constexpr std::uint32_t kGbSaveBankBytes = 0x2000;
@@ -40,9 +49,8 @@ ByteDifferences differingBytes(const std::uint8_t *a, const std::uint8_t *b, std
 
 // "bank 3 of 64", "banks 3, 7-9 of 64". Of many ranges the first eight are named:
 // "banks 1, 3, 5, 7, 9, 11, 13, 15 and 24 more of 64".
-// `unit` is what a bank is called, in the singular.
 // Returns: an empty text if there is no difference.
-QString describeBanks(const BankDifferences &differences, const QString &unit);
+QString describeBanks(const BankDifferences &differences, const BankWords &words);
 
 // "1 of 32768 bytes, at 0x0123", "3 of 32768 bytes, from 0x0123 to 0x7FFF".
 // Returns: an empty text if there is no difference.

@@ -2,10 +2,15 @@
 
 #include "device/device_link.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 namespace
 {
+
+struct DriveFindings {
+    Q_DECLARE_TR_FUNCTIONS(DriveFindings)
+};
 
 constexpr char kIdentityFile[] = "K-DRIVER.DMP";
 
@@ -84,34 +89,34 @@ DriveFinding examineDrive(char letter, char takenLetter)
 QString identityNote(const DriveFinding &finding)
 {
     if (finding.identityFile.isMissing())
-        return QStringLiteral("it has no identity file");
-    return QStringLiteral("its identity could not be read: ") + finding.identityFile.error;
+        return DriveFindings::tr("it has no identity file");
+    return DriveFindings::tr("its identity could not be read: %1").arg(finding.identityFile.error);
 }
 
 QString takenText(const DriveFinding &finding)
 {
     if (finding.identityFile.ok())
-        return QStringLiteral("taken as the reader");
-    return QStringLiteral("taken, though %1: is it a reader?").arg(identityNote(finding));
+        return DriveFindings::tr("taken as the reader");
+    return DriveFindings::tr("taken, though %1: is it a reader?").arg(identityNote(finding));
 }
 
 QString alsoText(const DriveFinding &finding)
 {
-    const QString first = QStringLiteral(", but %1: comes first").arg(finding.takenLetter);
+    const QString first(QLatin1Char(finding.takenLetter));
     if (finding.identityFile.ok())
-        return QStringLiteral("also a reader") + first;
-    return QStringLiteral("would pass as a reader, though %1").arg(identityNote(finding)) + first;
+        return DriveFindings::tr("also a reader, but %1: comes first").arg(first);
+    return DriveFindings::tr("would pass as a reader, though %1, but %2: comes first")
+        .arg(identityNote(finding), first);
 }
 
 // "E: removable drive, label "READER", /media/reader (/dev/sdb1)"
 QString headline(const DriveFinding &finding)
 {
-    QString line =
-        QStringLiteral("%1: %2").arg(QLatin1Char(finding.letter)).arg(driveTypeText(finding.type));
+    QString line = QLatin1Char(finding.letter) + QStringLiteral(": ") + driveTypeText(finding.type);
     if (!finding.label.isEmpty())
-        line += QStringLiteral(", label \"%1\"").arg(finding.label);
+        line = DriveFindings::tr("%1, label \"%2\"").arg(line, finding.label);
     if (!finding.place.isEmpty())
-        line += QStringLiteral(", ") + finding.place;
+        line = DriveFindings::tr("%1, %2").arg(line, finding.place);
     return line;
 }
 
@@ -119,12 +124,13 @@ QStringList removableLines(const DriveFinding &finding)
 {
     QStringList lines;
     if (!finding.labelError.isEmpty())
-        lines << QStringLiteral("no label can be read: ") + finding.labelError;
+        lines << DriveFindings::tr("no label can be read: %1").arg(finding.labelError);
     if (finding.hasIdentity())
-        lines << QStringLiteral("identity: \"%1\"").arg(finding.identity);
-    lines << QStringLiteral("CMD.CMD: ") + fileText(finding.command) +
-                 (finding.command.isMissing() ? QStringLiteral(" (the first command makes it)")
-                                              : QString());
+        lines << DriveFindings::tr("identity: \"%1\"").arg(finding.identity);
+    const QString command = finding.command.isMissing()
+                                ? DriveFindings::tr("missing (the first command makes it)")
+                                : fileText(finding.command);
+    lines << QStringLiteral("CMD.CMD: ") + command;
     lines << QStringLiteral("DUMP.ROM: ") + fileText(finding.dump);
     return lines;
 }
@@ -171,30 +177,30 @@ QString driveTypeText(DriveType type)
 {
     switch (type) {
     case DriveType::Unknown:
-        return QStringLiteral("drive of unknown type");
+        return DriveFindings::tr("drive of unknown type");
     case DriveType::NoRoot:
-        return QStringLiteral("no drive any more");
+        return DriveFindings::tr("no drive any more");
     case DriveType::Removable:
-        return QStringLiteral("removable drive");
+        return DriveFindings::tr("removable drive");
     case DriveType::Fixed:
-        return QStringLiteral("fixed disk");
+        return DriveFindings::tr("fixed disk");
     case DriveType::Remote:
-        return QStringLiteral("network drive");
+        return DriveFindings::tr("network drive");
     case DriveType::CdRom:
-        return QStringLiteral("CD or DVD drive");
+        return DriveFindings::tr("CD or DVD drive");
     case DriveType::RamDisk:
-        return QStringLiteral("RAM disk");
+        return DriveFindings::tr("RAM disk");
     }
-    return QStringLiteral("type %1").arg(static_cast<std::uint32_t>(type));
+    return DriveFindings::tr("type %1").arg(static_cast<std::uint32_t>(type));
 }
 
 QString verdictText(const DriveFinding &finding)
 {
     switch (finding.verdict) {
     case DriveVerdict::NotRemovable:
-        return QStringLiteral("not taken: a reader is a removable drive, this is not");
+        return DriveFindings::tr("not taken: a reader is a removable drive, this is not");
     case DriveVerdict::NoIdentity:
-        return QStringLiteral("not taken: its K-DRIVER.DMP ends before the identity");
+        return DriveFindings::tr("not taken: its K-DRIVER.DMP ends before the identity");
     case DriveVerdict::Taken:
         return takenText(finding);
     case DriveVerdict::AlsoPasses:
@@ -206,8 +212,9 @@ QString verdictText(const DriveFinding &finding)
 QString fileText(const FileFinding &file)
 {
     if (file.ok())
-        return QStringLiteral("opens");
-    return file.isMissing() ? QStringLiteral("missing") : QStringLiteral("fails: ") + file.error;
+        return DriveFindings::tr("opens");
+    return file.isMissing() ? DriveFindings::tr("missing")
+                            : DriveFindings::tr("fails: %1").arg(file.error);
 }
 
 QStringList driveLines(const DriveFinding &finding)

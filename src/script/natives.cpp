@@ -6,6 +6,8 @@
 #include "script/script_limits.h"
 #include "script/script_owner.h"
 
+#include <QObject>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -21,7 +23,19 @@ constexpr std::uint32_t kGbMask = 0xFFFF;
 constexpr std::uint32_t kGbSaveBase = 0xA000;
 constexpr std::uint32_t kGbaLongestRead = 0x100000;
 constexpr std::uint32_t kMostPairs = 8;
-constexpr std::size_t kLongestMessage = 160;
+constexpr std::size_t kLongestMessage = 320; // in bytes of UTF-8, translated
+
+// What is thrown, without anything to destroy: a machine that is given up leaves no other way.
+struct Message {
+    char text[kLongestMessage];
+};
+
+Message messageOf(const QString &text)
+{
+    Message message{};
+    qstrncpy(message.text, text.toUtf8().constData(), sizeof(message.text));
+    return message;
+}
 
 // The two integers of a transfer native, and the job.
 struct Transfer {
@@ -64,14 +78,14 @@ SQRESULT getTransfer(HSQUIRRELVM v, const char *native, Transfer *transfer)
 }
 
 // Ends the script with an error, and the job knows of it even if the script catches that.
-SQInteger failOperation(HSQUIRRELVM v, const char *native, const char *what)
+SQInteger failOperation(HSQUIRRELVM v, const char *native, const Message &what)
 {
-    char text[kLongestMessage];
-    std::snprintf(text, sizeof(text), "%s: %s", native, what);
+    const Message message =
+        messageOf(QLatin1String(native) + QStringLiteral(": ") + QString::fromUtf8(what.text));
     RunningJob &job = ownerOf(v);
     if (job.failedOperation.isEmpty())
-        job.failedOperation = QString::fromUtf8(text);
-    return sq_throwerror(v, text);
+        job.failedOperation = QString::fromUtf8(message.text);
+    return sq_throwerror(v, message.text);
 }
 
 // What an operation may do to the cartridge.
@@ -87,9 +101,10 @@ SQRESULT checkStay(HSQUIRRELVM v, Kind kind)
         job.hasLeft = job.listener.isLeaveWanted();
     if (!job.hasLeft)
         noteNativeCall();
-    return job.hasLeft && (kind == Kind::Reading || job.job.isTrial)
-               ? sq_throwerror(v, "the job was left")
-               : SQ_OK;
+    if (!job.hasLeft || (kind == Kind::Writing && !job.job.isTrial))
+        return SQ_OK;
+    const Message message = messageOf(QObject::tr("the job was left"));
+    return sq_throwerror(v, message.text);
 }
 
 // A read as EEPROM sends a request, and one as FLASH may select a bank. Of SRAM nothing is written.
@@ -117,9 +132,10 @@ template <typename Operation> Answer perform(HSQUIRRELVM v, Operation operation)
 SQInteger checkTaken(HSQUIRRELVM v, const char *native, const Answer &answer, bool sendsSomething)
 {
     const bool isTaken = answer.count != kFailed && (answer.count != 0 || !sendsSomething);
-    return isTaken && !answer.hasDriveError
-               ? 0
-               : failOperation(v, native, "the reader did not take the command");
+    if (isTaken && !answer.hasDriveError)
+        return 0;
+    const Message what = messageOf(QObject::tr("the reader did not take the command"));
+    return failOperation(v, native, what);
 }
 
 // Of a reading operation. After a short read the next one would land at the wrong place.
@@ -128,11 +144,10 @@ SQInteger checkArrived(HSQUIRRELVM v, const char *native, const Answer &answer,
 {
     if (answer.count == length && !answer.hasDriveError)
         return 0;
-    if (answer.count == 0 || answer.count >= length)
-        return failOperation(v, native, "the reader did not answer");
-    char what[kLongestMessage];
-    std::snprintf(what, sizeof(what), "only %lu of %lu bytes arrived",
-                  static_cast<unsigned long>(answer.count), static_cast<unsigned long>(length));
+    const bool isPart = answer.count != 0 && answer.count < length;
+    const Message what =
+        messageOf(isPart ? QObject::tr("only %1 of %2 bytes arrived").arg(answer.count).arg(length)
+                         : QObject::tr("the reader did not answer"));
     return failOperation(v, native, what);
 }
 

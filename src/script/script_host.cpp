@@ -42,7 +42,7 @@ void printToLog(HSQUIRRELVM v, const SQChar *format, ...)
     if (++owner.printedLines < kMostPrintedLines)
         owner.listener.onLine(QString::fromUtf8(text));
     else if (owner.printedLines == kMostPrintedLines)
-        owner.listener.onLine(QStringLiteral("(what the script prints is not shown any more)"));
+        owner.listener.onLine(QObject::tr("(what the script prints is not shown any more)"));
 }
 
 // What the script threw, or the machine for it, as far as it is a text.
@@ -81,13 +81,16 @@ JobEnd endOfError(const RunningJob &job)
 
 // After a call whose result was this: how the job stands, and what the script said. To the library
 // a function that suspends itself has succeeded; here it has not come to its end, and nobody wakes
-// it up. A machine that was given up cannot be asked any more.
+// it up. A machine that was given up cannot be asked any more. `name`: of the function; nullptr:
+// the script's top level.
 JobEnd endOfCall(HSQUIRRELVM v, SQRESULT result, const char *name, RunningJob *job)
 {
     if (scriptStop() != ScriptStop::None)
         return endOfStop(job);
     if (sq_getvmstate(v) == SQ_VMSTATE_SUSPENDED) {
-        job->scriptError = QLatin1String(name) + QStringLiteral(" suspended itself");
+        job->scriptError = name == nullptr
+                               ? QObject::tr("the script suspended itself")
+                               : QObject::tr("%1 suspended itself").arg(QLatin1String(name));
         job->listener.onLine(job->scriptError);
         return JobEnd::ScriptError;
     }
@@ -102,7 +105,7 @@ JobEnd callEntry(HSQUIRRELVM v, RunningJob *job, const char *name, int first, in
 {
     job->isThrown = false;
     if (!definesFunction(v, name)) {
-        job->scriptError = QStringLiteral("the script has no function ") + QLatin1String(name);
+        job->scriptError = QObject::tr("the script has no function %1").arg(QLatin1String(name));
         return JobEnd::ScriptError;
     }
     const SQRESULT result = callScriptFunction(v, name, job, 2, first, second);
@@ -128,7 +131,7 @@ JobEnd loadScript(HSQUIRRELVM v, RunningJob *job)
     if (result == kNotCompiled)
         return JobEnd::ScriptError;
     // Not an error of another file that the script has loaded and got over.
-    return endOfCall(v, result, "the script", job);
+    return endOfCall(v, result, nullptr, job);
 }
 
 JobEnd dumpRom(HSQUIRRELVM v, RunningJob *job)
@@ -160,11 +163,11 @@ JobEnd endOfErase(const EraseWait &wait, RunningJob *job)
         return JobEnd::Cancelled;
     case EraseEnd::NoAnswer:
         job->failedOperation =
-            QStringLiteral("the reader did not answer while the chip was being erased");
+            QObject::tr("the reader did not answer while the chip was being erased");
         break;
     case EraseEnd::TooLong:
         job->failedOperation =
-            QStringLiteral("the chip was not erased after %1 seconds").arg(wait.longestSeconds);
+            QObject::tr("the chip was not erased after %1 seconds").arg(wait.longestSeconds);
         break;
     }
     job->scriptError = job->failedOperation;
@@ -181,7 +184,7 @@ JobEnd writeGbaSave(HSQUIRRELVM v, RunningJob *job)
         const std::uint32_t answer = gbaSaveErase();
         if (answer == 0 || answer == kFailed) {
             job->scriptError = job->failedOperation =
-                QStringLiteral("the reader did not take the command that erases the save");
+                QObject::tr("the reader did not take the command that erases the save");
             job->listener.onLine(job->scriptError);
             return JobEnd::ScriptFailed;
         }

@@ -236,12 +236,12 @@ QString scriptStopText(ScriptStop stop)
     case ScriptStop::None:
         break;
     case ScriptStop::Memory:
-        return QStringLiteral("the script needs more than %1 MiB of memory")
+        return QObject::tr("the script needs more than %1 MiB of memory")
             .arg(kScriptMemoryBytes / (1024 * 1024));
     case ScriptStop::Depth:
-        return QStringLiteral("the script is nested too deeply");
+        return QObject::tr("the script is nested too deeply");
     case ScriptStop::Silence:
-        return QStringLiteral("the script did nothing with the cartridge for %1 seconds")
+        return QObject::tr("the script did nothing with the cartridge for %1 seconds")
             .arg(kSilenceMs / 1000);
     }
     return QString();

@@ -3,15 +3,21 @@
 #include "cart/setting_tables.h"
 #include "device/checksums.h"
 #include "trust/file_sha1.h"
+#include "trust/judgement_words.h"
 #include "trust/words.h"
 #include "worker/job_words.h"
 #include "worker/shown_text.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFileInfo>
 
 namespace
 {
+
+struct Backup {
+    Q_DECLARE_TR_FUNCTIONS(Backup)
+};
 
 QString line(const char *name, const QString &value)
 {
@@ -73,36 +79,44 @@ QString valuesText(const CartridgeValues &values)
 
 } // namespace
 
-QString memoryText(const BackedUpMemory &memory)
+QString memoryGrounds(const BackedUpMemory &memory)
 {
     switch (memory.end) {
     case MemoryEnd::Kept:
-        return summaryOf(memory.verdict) +
-               (memory.isThere ? QStringLiteral("; already there") : QString());
+        return memory.isThere ? Backup::tr("%1; already there").arg(groundsOf(memory.verdict))
+                              : groundsOf(memory.verdict);
     case MemoryEnd::NoMemory:
-        return QStringLiteral("none");
+        return Backup::tr("none");
     case MemoryEnd::NotKnown:
-        return QStringLiteral("not read: its size or kind is not known");
+        return Backup::tr("not read: its size or kind is not known");
     case MemoryEnd::Dangerous:
-        return QStringLiteral("not read: ") + dangerText(memory.danger);
+        return Backup::tr("not read: %1").arg(dangerText(memory.danger));
     case MemoryEnd::Locked:
-        return QStringLiteral("not read: after a ROM of this size an MMM01 shows its save in "
-                              "pieces until it is taken out");
+        return Backup::tr("not read: after a ROM of this size an MMM01 shows its save in "
+                          "pieces until it is taken out");
     case MemoryEnd::UnknownGame:
-        return QStringLiteral("not read: no table knows this game");
+        return Backup::tr("not read: no table knows this game");
     case MemoryEnd::Swapped:
-        return QStringLiteral("not read: the cartridge was changed meanwhile");
+        return Backup::tr("not read: the cartridge was changed meanwhile");
     case MemoryEnd::NotRead:
-        return QStringLiteral("not read: ") + reasonOf(memory.outcome);
+        return Backup::tr("not read: %1").arg(reasonOf(memory.outcome));
     case MemoryEnd::NotReadTwice:
-        return QStringLiteral("not read twice: ") + reasonOf(memory.outcome) +
-               (memory.path.isEmpty() ? QString()
-                                      : QStringLiteral(" The first read is in %1.")
-                                            .arg(QFileInfo(memory.path).fileName()));
+        return Backup::tr("not read twice: %1")
+            .arg(memory.path.isEmpty() ? reasonOf(memory.outcome)
+                                       : sentences(reasonOf(memory.outcome),
+                                                   Backup::tr("The first read is in %1.")
+                                                       .arg(QFileInfo(memory.path).fileName())));
     case MemoryEnd::NotWritten:
-        return QStringLiteral("not written: ") + reasonOf(memory.outcome);
+        return Backup::tr("not written: %1").arg(reasonOf(memory.outcome));
     }
     return QString();
+}
+
+QString memoryText(const BackedUpMemory &memory)
+{
+    const QString grounds = memoryGrounds(memory);
+    return memory.end == MemoryEnd::Kept ? judgedText(judgementOf(memory.verdict.kind), grounds)
+                                         : grounds;
 }
 
 QString reportText(const BackupRecord &record)

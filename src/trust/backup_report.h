@@ -56,4 +56,8 @@ struct BackupRecord {
 // One line: the verdict, or why there is none.
 QString memoryText(const BackedUpMemory &memory);
 
+// The same without the word of the verdict.
+QString memoryGrounds(const BackedUpMemory &memory);
+
+// The names of its values are English in every language; what was found is said as on the screen.
 QString reportText(const BackupRecord &record);

@@ -1,21 +1,32 @@
 // What is found before a job begins, in words; the others are in words.cpp.
 #include "trust/words.h"
 
+#include <QCoreApplication>
+
+namespace
+{
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Words)
+};
+
+} // namespace
+
 QString dangerText(Danger danger)
 {
     switch (danger) {
     case Danger::None:
         break;
     case Danger::Mbc6Save:
-        return QStringLiteral("The save of an MBC6 cannot be read or written: no script knows this "
-                              "mapper.");
+        return Words::tr("The save of an MBC6 cannot be read or written: no script knows this "
+                         "mapper.");
     case Danger::Mbc7Save:
-        return QStringLiteral("The save of an MBC7 cannot be read or written: it lies in a serial "
-                              "EEPROM that moves one bit at a time, and the reader has no command "
-                              "for that.");
+        return Words::tr("The save of an MBC7 cannot be read or written: it lies in a serial "
+                         "EEPROM that moves one bit at a time, and the reader has no command "
+                         "for that.");
     case Danger::Tama5Save:
-        return QStringLiteral("The save of a TAMA5 cannot be read or written: it lies behind "
-                              "registers, and the bytes of another save would destroy it.");
+        return Words::tr("The save of a TAMA5 cannot be read or written: it lies behind "
+                         "registers, and the bytes of another save would destroy it.");
     }
     return QString();
 }
@@ -26,26 +37,22 @@ QString contradictionText(Contradiction contradiction)
     case Contradiction::None:
         break;
     case Contradiction::Mapper:
-        return QStringLiteral(
-            "The header names another mapper than was chosen; what is meant for one "
-            "mapper can destroy what another keeps.");
+        return Words::tr("The header names another mapper than was chosen; what is meant for one "
+                         "mapper can destroy what another keeps.");
     case Contradiction::SaveType:
-        return QStringLiteral(
-            "The game table names another kind of save memory than was chosen; the "
-            "wrong commands can destroy what a read with them does not show.");
+        return Words::tr("The game table names another kind of save memory than was chosen; the "
+                         "wrong commands can destroy what a read with them does not show.");
     case Contradiction::SaveSize:
-        return QStringLiteral(
-            "The cartridge names another size of its save memory than was chosen; the "
-            "write would leave out a part of it or go over another.");
+        return Words::tr("The cartridge names another size of its save memory than was chosen; the "
+                         "write would leave out a part of it or go over another.");
     }
     return QString();
 }
 
 QString blankFileText(const QString &path)
 {
-    return QStringLiteral(
-               "Warning: all bytes of %1 are equal. So looks an empty save, but also one "
-               "that was read with bad contacts or the wrong settings.")
+    return Words::tr("Warning: all bytes of %1 are equal. So looks an empty save, but also one "
+                     "that was read with bad contacts or the wrong settings.")
         .arg(path);
 }
 
@@ -69,35 +76,32 @@ QString flashFaultText(FlashFault fault, int bytes, int allowedBytes)
     case FlashFault::None:
         break;
     case FlashFault::GbaRom:
-        return QStringLiteral("The reader has no command that writes a GBA ROM.");
+        return Words::tr("The reader has no command that writes a GBA ROM.");
     case FlashFault::NoFlashChip:
-        return QStringLiteral("Cartridges with this mapper have no flash chip that can be "
-                              "written.");
+        return Words::tr("Cartridges with this mapper have no flash chip that can be "
+                         "written.");
     case FlashFault::EmptyFile:
-        return QStringLiteral("The file is empty.");
+        return Words::tr("The file is empty.");
     case FlashFault::BeyondMapper:
-        return QStringLiteral("The file has %1 bytes; with this mapper a flash chip takes %2.")
+        return Words::tr("The file has %1 bytes; with this mapper a flash chip takes %2.")
             .arg(bytes)
             .arg(allowedBytes);
     case FlashFault::ShortTail:
-        return QStringLiteral("The last bank of the file has %1 bytes; %2 are the fewest that the "
-                              "reader can program. Pad the file.")
+        return Words::tr("The last bank of the file has %1 bytes; %2 are the fewest that the "
+                         "reader can program. Pad the file.")
             .arg(bytes)
             .arg(allowedBytes);
     case FlashFault::BeyondChip:
-        return QStringLiteral("The file has %1 bytes, the flash chip %2.")
-            .arg(bytes)
-            .arg(allowedBytes);
+        return Words::tr("The file has %1 bytes, the flash chip %2.").arg(bytes).arg(allowedBytes);
     case FlashFault::BackupTooSmall:
-        return QStringLiteral("The chip is erased as a whole, and a backup of %1 bytes may be only "
-                              "a part of it: up to %2 can be in it.")
+        return Words::tr("The chip is erased as a whole, and a backup of %1 bytes may be only "
+                         "a part of it: up to %2 can be in it.")
             .arg(bytes)
             .arg(allowedBytes);
     case FlashFault::BackupRepeats:
-        return QStringLiteral(
-                   "The chip has %2 bytes, and what is read of it repeats its first %1: so "
-                   "it reads behind another mapper than the one that was chosen, and a "
-                   "backup would be a part of it.")
+        return Words::tr("The chip has %2 bytes, and what is read of it repeats its first %1: so "
+                         "it reads behind another mapper than the one that was chosen, and a "
+                         "backup would be a part of it.")
             .arg(bytes)
             .arg(allowedBytes);
     }

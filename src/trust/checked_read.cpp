@@ -2,6 +2,7 @@
 
 #include "worker/job_run.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFileInfo>
 
@@ -27,13 +28,13 @@ MemoryShape shapeOf(const CartridgeJob &job)
     const bool isMbc2 = QFileInfo(job.scriptPath).fileName() == kMbc2Script;
     switch (job.operate) {
     case GBA_READ_ROM:
-        return {kGbaBlockBytes, "64 KiB block"};
+        return {kGbaBlockBytes, &k64KibBlockWords};
     case GBA_READ_RAM:
-        return {kGbaSaveBlockBytes, "4 KiB block"};
+        return {kGbaSaveBlockBytes, &k4KibBlockWords};
     case GB_READ_RAM:
-        return {kGbSaveBankBytes, "bank", isMbc2 ? '\x0F' : '\xFF'};
+        return {kGbSaveBankBytes, &kBankWords, isMbc2 ? '\x0F' : '\xFF'};
     default:
-        return {kGbRomBankBytes, "bank"};
+        return {kGbRomBankBytes, &kBankWords};
     }
 }
 
@@ -51,11 +52,13 @@ QString differencesOf(const QByteArray &left, const QByteArray &right, const Mem
     const QByteArray a = keptBits(left, shape);
     const QByteArray b = keptBits(right, shape);
     if (a.size() != b.size())
-        return QStringLiteral("their lengths: %1 and %2 bytes").arg(a.size()).arg(b.size());
+        return QCoreApplication::translate("Words", "their lengths: %1 and %2 bytes")
+            .arg(a.size())
+            .arg(b.size());
     return describeBanks(differingBanks(reinterpret_cast<const std::uint8_t *>(a.constData()),
                                         reinterpret_cast<const std::uint8_t *>(b.constData()),
                                         static_cast<std::uint32_t>(a.size()), shape.blockBytes),
-                         QLatin1String(shape.block));
+                         *shape.words);
 }
 
 Outcome runPhase(const CartridgeJob &job, const QByteArray &input, Phase phase,

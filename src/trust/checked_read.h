@@ -9,9 +9,9 @@
 
 // How the bytes of a memory are compared and named.
 struct MemoryShape {
-    std::uint32_t blockBytes = 0; // of a bank
-    const char *block = "bank";   // what it is called, in the singular
-    char bits = '\xFF';           // bits of every byte that the memory keeps
+    std::uint32_t blockBytes = 0;         // of a bank
+    const BankWords *words = &kBankWords; // what it is called
+    char bits = '\xFF';                   // bits of every byte that the memory keeps
 };
 
 // Shape of what `job` reads: 16 KiB banks of a GB ROM, 8 KiB banks of a GB save, 64 KiB blocks of a

@@ -6,6 +6,7 @@
 #include "trust/known_titles.h"
 #include "trust/pending_file.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFileInfo>
 
@@ -131,7 +132,8 @@ JudgedJob judgeWrite(const FinishedJob &finished, bool compares, TrustListener &
     QByteArray file;
     FileTrouble unread = readUserFile(finished.path, &file);
     if (unread.isNone() && file.size() < bytes)
-        unread = {FileFault::NotRead, finished.path, QStringLiteral("it has become shorter")};
+        unread = {FileFault::NotRead, finished.path,
+                  QCoreApplication::translate("Words", "it has become shorter")};
     if (!unread.isNone())
         return unreadFile(finished.job, unread, CartridgeState::Written);
     const CheckedWrite checked =

@@ -3,24 +3,27 @@
 #include "trust/words.h"
 #include "worker/job_words.h"
 
+#include <QCoreApplication>
+
+#include <array>
+
 namespace
 {
 
-QString withStop(const QString &text)
-{
-    return text.endsWith(QLatin1Char('.')) ? text : text + QLatin1Char('.');
-}
+struct Judgement {
+    Q_DECLARE_TR_FUNCTIONS(Judgement)
+};
 
 QString incompleteText(const Outcome &outcome)
 {
     const JobResult &job = outcome.job;
     const QString reason = job.driveError.isEmpty() ? job.failedOperation : job.driveError;
-    const QString count = QStringLiteral("%1 of %2 bytes %3")
-                              .arg(job.movedBytes)
-                              .arg(job.wantedBytes)
-                              .arg(outcome.phase == Phase::Write ? QStringLiteral("were written")
-                                                                 : QStringLiteral("arrived"));
-    return withStop(reason.isEmpty() ? count : count + QStringLiteral(": ") + reason);
+    const QString count =
+        (outcome.phase == Phase::Write ? Judgement::tr("%1 of %2 bytes were written")
+                                       : Judgement::tr("%1 of %2 bytes arrived"))
+            .arg(job.movedBytes)
+            .arg(job.wantedBytes);
+    return withStop(reason.isEmpty() ? count : Judgement::tr("%1: %2").arg(count, reason));
 }
 
 QString failureText(const Outcome &outcome)
@@ -29,25 +32,27 @@ QString failureText(const Outcome &outcome)
         return incompleteText(outcome);
     if (!outcome.job.scriptError.isEmpty())
         return withStop(reasonOf(outcome.job));
-    const QString error = outcome.job.driveError.isEmpty()
-                              ? QString()
-                              : QLatin1Char(' ') + withStop(outcome.job.driveError);
     if (outcome.job.end == JobEnd::Refused) // the only job that no script is asked for
         return flashFaultText(FlashFault::GbaRom, 0, 0);
-    return outcome.job.end == JobEnd::OutputNotWritten
-               ? QStringLiteral("The file could not be written.") + error
-               : jobFailureText(outcome.job.end, outcome.detail) + error;
+    const QString failure = outcome.job.end == JobEnd::OutputNotWritten
+                                ? Judgement::tr("The file could not be written.")
+                                : jobFailureText(outcome.job.end, outcome.detail);
+    const QString &error = outcome.job.driveError;
+    return error.isEmpty() ? failure : sentences(failure, withStop(error));
 }
 
 QString writtenText(const JudgedJob &judged)
 {
-    const QString part = judged.fileBytes > judged.bytes
-                             ? QStringLiteral("only the first %1 of %2 bytes of the file")
-                                   .arg(judged.bytes)
-                                   .arg(judged.fileBytes)
-                             : QStringLiteral("%1 bytes").arg(judged.bytes);
-    return part + (judged.isCompared ? QStringLiteral(", read back and equal")
-                                     : QStringLiteral("; nothing was read back and compared"));
+    if (judged.fileBytes <= judged.bytes)
+        return (judged.isCompared ? Judgement::tr("%1 bytes, read back and equal")
+                                  : Judgement::tr("%1 bytes; nothing was read back and compared"))
+            .arg(judged.bytes);
+    return (judged.isCompared
+                ? Judgement::tr("only the first %1 of %2 bytes of the file, read back and equal")
+                : Judgement::tr("only the first %1 of %2 bytes of the file; nothing was read back "
+                                "and compared"))
+        .arg(judged.bytes)
+        .arg(judged.fileBytes);
 }
 
 QString textOf(const JudgedJob &judged)
@@ -63,7 +68,19 @@ QString textOf(const JudgedJob &judged)
 
 QString judgedText(JudgementKind kind, const QString &text)
 {
-    return QLatin1String(wordOf(kind)) + QStringLiteral(": ") + text;
+    // In the order of JudgementKind.
+    constexpr std::array<const char *, 10> kLines = {
+        QT_TRANSLATE_NOOP("Judgement", "verified: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "consistent: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "unverified: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "unstable: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "suspicious: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "written: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "incomplete: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "failed: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "refused: %1"),
+        QT_TRANSLATE_NOOP("Judgement", "stopped: %1")};
+    return Judgement::tr(kLines[static_cast<std::size_t>(kind)]).arg(text);
 }
 
 QString whyText(const Outcome &outcome)
@@ -74,12 +91,12 @@ QString whyText(const Outcome &outcome)
         return troubleText(outcome);
     Outcome read = outcome;
     read.trouble = Trouble::JobFailed;
-    return troubleText(outcome) + QLatin1Char(' ') + failureText(read);
+    return sentences(troubleText(outcome), failureText(read));
 }
 
 QString judgementText(const Outcome &outcome)
 {
-    return whyText(outcome) + QLatin1Char(' ') + stateText(outcome.state);
+    return sentences(whyText(outcome), stateText(outcome.state));
 }
 
 QString judgementLine(const JudgedJob &judged)
@@ -98,7 +115,7 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::Target:
         return whyText(guard.outcome);
     case GuardFault::OtherSystem:
-        return QStringLiteral("The cartridge is of another system than the settings say.");
+        return Judgement::tr("The cartridge is of another system than the settings say.");
     case GuardFault::Danger:
         return dangerText(guard.danger);
     case GuardFault::Contradiction:
@@ -106,11 +123,11 @@ QString guardText(const WriteGuard &guard)
     case GuardFault::Flash:
         return flashFaultText(guard.flash, guard.bytes, guard.allowedBytes);
     case GuardFault::BeyondBus:
-        return QStringLiteral("The cartridge bus reaches 32 MiB (256 Mb); no more of a GBA ROM can "
-                              "be read.");
+        return Judgement::tr("The cartridge bus reaches 32 MiB (256 Mb); no more of a GBA ROM can "
+                             "be read.");
     case GuardFault::NoChip:
-        return QStringLiteral("No flash chip answers and every byte is FF: so reads an empty slot, "
-                              "and nobody would notice that nothing is written.");
+        return Judgement::tr("No flash chip answers and every byte is FF: so reads an empty slot, "
+                             "and nobody would notice that nothing is written.");
     }
     return QString();
 }

@@ -2,6 +2,8 @@
 
 #include "cart/known_dumps.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace
@@ -24,7 +26,8 @@ std::optional<KnownTitle> findKnown(std::uint32_t size, const QByteArray &sha1,
     const std::optional<KnownDump> row = findKnownDump(size, digest);
     // What the catalogue itself doubts proves nothing.
     if (row && !row->isDoubted)
-        return KnownTitle{QString::fromUtf8(row->title), QStringLiteral("known dumps")};
+        return KnownTitle{QString::fromUtf8(row->title),
+                          QCoreApplication::translate("Words", "known dumps")};
     for (const DatFile &table : tables) {
         if (const DatEntry *entry = findInDat(table, size, digest))
             return KnownTitle{entry->title, table.name};

@@ -25,8 +25,17 @@ const char *wordOf(VerdictKind kind);
 QString reasonText(const Reason &reason);
 QStringList reasonTexts(const Verdict &verdict);
 
+// What a verdict rests on: "Title (table)", "all bytes are equal"
+QString groundsOf(const Verdict &verdict);
+
 // "verified: Title (table)", "suspicious: all bytes are equal"
 QString summaryOf(const Verdict &verdict);
+
+// The text as a sentence: with its full stop, if it has none.
+QString withStop(const QString &text);
+
+// Two sentences, one behind the other.
+QString sentences(const QString &first, const QString &second);
 
 // Why a save cannot be moved; empty for None.
 QString dangerText(Danger danger);

@@ -9,10 +9,21 @@
 namespace
 {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("BackupTask", text);
-}
+struct Backup {
+    Q_DECLARE_TR_FUNCTIONS(Backup)
+};
+
+// How the two memories are spoken of.
+struct MemoryWords {
+    const char *line;
+    const char *none;
+};
+constexpr MemoryWords kRomWords = {
+    QT_TRANSLATE_NOOP("Backup", "ROM, %1"),
+    QT_TRANSLATE_NOOP("Backup", "The cartridge has no ROM that can be read.")};
+constexpr MemoryWords kSaveWords = {
+    QT_TRANSLATE_NOOP("Backup", "save, %1"),
+    QT_TRANSLATE_NOOP("Backup", "The cartridge has no save that can be read.")};
 
 JudgementKind kindOf(const BackedUpMemory &memory)
 {
@@ -36,21 +47,18 @@ JudgementKind kindOf(const BackedUpMemory &memory)
 }
 
 // "consistent: save, 2 equal reads"
-QString lineOf(const QString &name, const BackedUpMemory &memory)
+QString lineOf(const MemoryWords &words, const BackedUpMemory &memory)
 {
-    const QString word = QLatin1String(wordOf(kindOf(memory))) + QStringLiteral(": ");
-    const QString text = memoryText(memory);
-    return word + name + QStringLiteral(", ") +
-           (text.startsWith(word) ? text.mid(word.size()) : text);
+    return judgedText(kindOf(memory), Backup::tr(words.line).arg(memoryGrounds(memory)));
 }
 
-void append(const QString &name, const BackedUpMemory &memory, QStringList *entries)
+void append(const MemoryWords &words, const BackedUpMemory &memory, QStringList *entries)
 {
     if (memory.end == MemoryEnd::NoMemory) {
-        *entries << adviceEntry(tr("The cartridge has no %1 that can be read.").arg(name));
+        *entries << adviceEntry(Backup::tr(words.none));
         return;
     }
-    *entries << judgementEntry(kindOf(memory), lineOf(name, memory));
+    *entries << judgementEntry(kindOf(memory), lineOf(words, memory));
     if (!memory.path.isEmpty())
         *entries << adviceEntry(memory.path);
 }
@@ -98,21 +106,24 @@ QStringList backupEntries(const CartridgeBackupResult &result)
         if (outcome.job.end != JobEnd::Done)
             return outcomeEntries(outcome);
         return {judgementEntry(JudgementKind::Refused,
-                               tr("refused: No cartridge was recognised. Push it in again, clean "
-                                  "its contacts, or choose the settings and use Dump.")),
+                               judgedText(JudgementKind::Refused,
+                                          Backup::tr("No cartridge was recognised. Push it in "
+                                                     "again, clean its contacts, or choose the "
+                                                     "settings and use Dump."))),
                 QString::fromLatin1(kLogRule)};
     }
     QStringList entries;
-    append(tr("ROM"), result.rom, &entries);
+    append(kRomWords, result.rom, &entries);
     for (const QString &problem : result.tableProblems)
         entries << tableProblemEntry(problem);
     if (result.written.trouble == Trouble::Stopped) {
         if (result.rom.outcome.trouble != Trouble::Stopped)
-            entries << judgementEntry(JudgementKind::Stopped,
-                                      tr("stopped: The save was not read."));
+            entries << judgementEntry(
+                JudgementKind::Stopped,
+                judgedText(JudgementKind::Stopped, Backup::tr("The save was not read.")));
         return entries << QString::fromLatin1(kLogRule);
     }
-    append(tr("save"), result.save, &entries);
+    append(kSaveWords, result.save, &entries);
     if (!result.written.isDone())
         return entries + outcomeEntries(result.written);
     return entries << QString::fromLatin1(kLogRule);

@@ -410,12 +410,13 @@ void GuardedJob::tellIfReaderHangs()
     m_hasToldHang = readerCallMs() >= hangingMs;
     if (!m_hasToldHang || hasToldHang)
         return;
-    m_tab->info(
-        tr("The reader has not answered for %1 seconds.").arg(hangingMs / 1000) + QLatin1Char(' ') +
-        (mayBeLeft() ? tr("Unplug it to end the job, or close the window twice to leave the job "
-                          "behind; it only reads.")
-                     : tr("The cartridge is being written. If no answer ever comes, unplug the "
-                          "reader: that ends the job, and the cartridge is then partly written.")));
+    m_tab->info(sentences(
+        tr("The reader has not answered for %1 seconds.").arg(hangingMs / 1000),
+        (mayBeLeft()
+             ? tr("Unplug it to end the job, or close the window twice to leave the job "
+                  "behind; it only reads.")
+             : tr("The cartridge is being written. If no answer ever comes, unplug the "
+                  "reader: that ends the job, and the cartridge is then partly written."))));
 }
 
 void GuardedJob::showPhase(int phase, int totalBytes)

@@ -13,6 +13,10 @@ const char kLogRule[] = "<hr><br>";
 namespace
 {
 
+struct Judgement {
+    Q_DECLARE_TR_FUNCTIONS(Judgement)
+};
+
 enum class Tone { Good, Warning, Bad };
 
 // Dark on light: readable on the steel blue of the log, and the word tells it without the colour.
@@ -51,11 +55,6 @@ Tone toneOf(const JudgedJob &judged)
                : toneOf(judged.kind);
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("Judgement", text);
-}
-
 QString entryOf(Tone tone, const QString &line)
 {
     const ToneColors &colors = kColors[static_cast<std::size_t>(tone)];
@@ -68,19 +67,21 @@ QString readAdvice(const JudgedJob &judged)
 {
     switch (judged.kind) {
     case JudgementKind::Unverified:
-        return judged.reads == 1
-                   ? tr("\"Read again and compare\" in the menu at the top right shows whether two "
-                        "reads are equal.")
-                   : QString();
+        return judged.reads == 1 ? Judgement::tr("\"Read again and compare\" in the menu at the "
+                                                 "top right shows whether two "
+                                                 "reads are equal.")
+                                 : QString();
     case JudgementKind::Unstable:
-        return tr("Do not use this file. Clean the contacts, push the cartridge in again and read "
-                  "it once more.");
+        return Judgement::tr(
+            "Do not use this file. Clean the contacts, push the cartridge in again and read "
+            "it once more.");
     case JudgementKind::Suspicious:
         return judged.reads == 0
                    ? QString()
-                   : tr("Do not trust this file. See that the settings are right (Info selects "
-                        "them), clean the contacts, push the cartridge in again and read it once "
-                        "more.");
+                   : Judgement::tr(
+                         "Do not trust this file. See that the settings are right (Info selects "
+                         "them), clean the contacts, push the cartridge in again and read it once "
+                         "more.");
     default:
         return QString();
     }
@@ -90,18 +91,22 @@ QString readerAdvice(const Outcome &outcome)
 {
     switch (outcome.job.end) {
     case JobEnd::ReaderInUse:
-        return tr("Leave the reader plugged in, wait until the other program has ended, and try "
-                  "again.");
+        return Judgement::tr(
+            "Leave the reader plugged in, wait until the other program has ended, and try "
+            "again.");
     case JobEnd::NotTheReader:
-        return tr("Take that drive out. \"Why is no reader found?\" in the menu at the top right "
-                  "tells more.");
+        return Judgement::tr(
+            "Take that drive out. \"Why is no reader found?\" in the menu at the top right "
+            "tells more.");
     case JobEnd::NoReader:
     case JobEnd::NoMode:
-        return tr("Plug the reader in again. \"Why is no reader found?\" in the menu at the top "
-                  "right tells more.");
+        return Judgement::tr(
+            "Plug the reader in again. \"Why is no reader found?\" in the menu at the top "
+            "right tells more.");
     case JobEnd::Done:
     case JobEnd::ScriptFailed:
-        return tr("Check the plug of the reader and the contacts of the cartridge, and try again.");
+        return Judgement::tr(
+            "Check the plug of the reader and the contacts of the cartridge, and try again.");
     default:
         return QString();
     }
@@ -126,15 +131,17 @@ QString backupNote(const JudgedJob &judged, const JudgementNotes &notes)
     const QString &path = notes.backupPath;
     if (path.isEmpty() || !hasChanged(judged.outcome.state))
         return QString();
-    QString kept = tr("What the cartridge held before is in %1").arg(path);
+    QString kept = Judgement::tr("What the cartridge held before is in %1").arg(path);
     if (notes.keepsWhatIsShown)
-        kept += QLatin1Char('\n') + tr("The chip does not say how large it is; this is what the "
-                                       "mapper shows of it.");
+        kept += QLatin1Char('\n') +
+                Judgement::tr("The chip does not say how large it is; this is what the "
+                              "mapper shows of it.");
     if (judged.outcome.isDone())
         return kept;
     return kept + QLatin1Char('\n') +
-           (isFlashJob(judged.job.operate) ? tr("To put it back, write that file with FLASH.")
-                                           : tr("To put it back, write that file with Write RAM."));
+           (isFlashJob(judged.job.operate)
+                ? Judgement::tr("To put it back, write that file with FLASH.")
+                : Judgement::tr("To put it back, write that file with Write RAM."));
 }
 
 void appendUnlessEmpty(const QString &advice, QStringList *entries)
@@ -147,22 +154,23 @@ void appendUnlessEmpty(const QString &advice, QStringList *entries)
 QString otherSetting(const WriteGuard &guard)
 {
     if (guard.fault == GuardFault::OtherSystem || guard.fault == GuardFault::Contradiction)
-        return tr("Press Info to select what the cartridge says of itself.");
+        return Judgement::tr("Press Info to select what the cartridge says of itself.");
     if (guard.fault == GuardFault::Target)
-        return tr("Choose another name or folder, or make room.");
+        return Judgement::tr("Choose another name or folder, or make room.");
     if (guard.fault == GuardFault::NoChip)
-        return tr("Push the cartridge in again, or tick \"Verify the data after writing\".");
+        return Judgement::tr(
+            "Push the cartridge in again, or tick \"Verify the data after writing\".");
     if (guard.flash == FlashFault::NoFlashChip || guard.flash == FlashFault::BackupTooSmall ||
         guard.flash == FlashFault::BackupRepeats)
-        return tr("Choose the mapper of the board, whatever the header says.");
+        return Judgement::tr("Choose the mapper of the board, whatever the header says.");
     switch (guard.outcome.trouble) {
     case Trouble::SaveIsBlank:
-        return tr("See that the settings are right and that the contacts are clean.");
+        return Judgement::tr("See that the settings are right and that the contacts are clean.");
     case Trouble::SaveIsLarger:
-        return tr("Choose 128 K.");
+        return Judgement::tr("Choose 128 K.");
     case Trouble::NoFolder:
     case Trouble::NoFile:
-        return tr("Make room in the backup folder, or see that you may write there.");
+        return Judgement::tr("Make room in the backup folder, or see that you may write there.");
     default:
         return failureAdvice(guard.outcome);
     }
@@ -185,7 +193,7 @@ QString adviceEntry(const QString &advice)
 
 QString tableProblemEntry(const QString &problem)
 {
-    return adviceEntry(tr("Not looked up: %1").arg(problem));
+    return adviceEntry(Judgement::tr("Not looked up: %1").arg(problem));
 }
 
 QString judgementEntry(JudgementKind kind, const QString &line)
@@ -202,27 +210,29 @@ QStringList judgementEntries(const JudgedJob &judged, const JudgementNotes &note
 {
     QStringList entries{entryOf(toneOf(judged), judgementLine(judged))};
     if (!judged.sha1.isEmpty())
-        entries << adviceEntry(tr("%1 bytes, SHA-1 %2")
+        entries << adviceEntry(Judgement::tr("%1 bytes, SHA-1 %2")
                                    .arg(judged.bytes)
                                    .arg(QString::fromLatin1(judged.sha1.toHex())));
     appendUnlessEmpty(readAdvice(judged), &entries);
     appendUnlessEmpty(failureAdvice(judged.outcome), &entries);
     appendUnlessEmpty(backupNote(judged, notes), &entries);
     if (judged.bytes > 0 && movesSave(judged.job.operate) && judged.bytes < notes.savedBytes)
-        entries << adviceEntry(tr("The cartridge that Info has seen has %1 bytes of save memory, "
-                                  "and only %2 of them were "
-                                  "moved. Choose the larger size.")
-                                   .arg(notes.savedBytes)
-                                   .arg(judged.bytes));
+        entries << adviceEntry(
+            Judgement::tr("The cartridge that Info has seen has %1 bytes of save memory, "
+                          "and only %2 of them were "
+                          "moved. Choose the larger size.")
+                .arg(notes.savedBytes)
+                .arg(judged.bytes));
     for (const QString &problem : judged.tableProblems)
         entries << tableProblemEntry(problem);
     if (!notes.oldFilePath.isEmpty())
         entries << adviceEntry(
-            tr("The file that was there before is in %1").arg(notes.oldFilePath));
+            Judgement::tr("The file that was there before is in %1").arg(notes.oldFilePath));
     if (!notes.leftBehind.isEmpty())
-        entries << adviceEntry(tr("Left by a program that was ended: %1\n\"gbdriver-cli tidy\" "
-                                  "removes such files.")
-                                   .arg(notes.leftBehind.join(QStringLiteral("\n"))));
+        entries << adviceEntry(
+            Judgement::tr("Left by a program that was ended: %1\n\"gbdriver-cli tidy\" "
+                          "removes such files.")
+                .arg(notes.leftBehind.join(QStringLiteral("\n"))));
     return entries << QString::fromLatin1(kLogRule);
 }
 
@@ -240,12 +250,14 @@ QStringList refusalEntries(const WriteGuard &guard)
     appendUnlessEmpty(otherSetting(guard), &entries);
     if (kind != JudgementKind::Stopped && isHelpedBySwitch(guard))
         entries << adviceEntry(
-            isRead ? tr("If you know better, turn \"Guard writes\" off in the menu at the top "
-                        "right.")
-                   : tr("If you know better, turn \"Guard writes\" off in the menu at the top "
-                        "right; then no backup is made."));
+            isRead ? Judgement::tr(
+                         "If you know better, turn \"Guard writes\" off in the menu at the top "
+                         "right.")
+                   : Judgement::tr(
+                         "If you know better, turn \"Guard writes\" off in the menu at the top "
+                         "right; then no backup is made."));
     if (!kept.isEmpty())
-        entries << adviceEntry(tr("What was read of the cartridge is in %1").arg(kept));
+        entries << adviceEntry(Judgement::tr("What was read of the cartridge is in %1").arg(kept));
     return entries << QString::fromLatin1(kLogRule);
 }
 

@@ -20,8 +20,8 @@ QString scriptErrorText(const QString &error, const QString &place)
 {
     const bool namesPlace =
         place.isEmpty() || error.startsWith(place.section(QLatin1Char(','), 0, 0));
-    return QStringLiteral("script error: ") +
-           (namesPlace ? error : error + QStringLiteral(" (%1)").arg(place));
+    return namesPlace ? FamicomThread::tr("script error: %1").arg(error)
+                      : FamicomThread::tr("script error: %1 (%2)").arg(error, place);
 }
 
 } // namespace

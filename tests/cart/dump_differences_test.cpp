@@ -91,19 +91,19 @@ void DumpDifferencesTest::banksAreNamed()
     QFETCH(QVector<int>, offsets);
     QFETCH(int, bankBytes);
     const BankDifferences banks = banksOf(size, offsets, static_cast<std::uint32_t>(bankBytes));
-    QTEST(describeBanks(banks, "bank"), "text");
+    QTEST(describeBanks(banks, kBankWords), "text");
 }
 
 void DumpDifferencesTest::manyRangesAreCutShort()
 {
-    QCOMPARE(describeBanks(everySecondBank(8), "block"),
-             QString("blocks 1, 3, 5, 7, 9, 11, 13, 15 of 16"));
+    QCOMPARE(describeBanks(everySecondBank(8), k4KibBlockWords),
+             QString("4 KiB blocks 1, 3, 5, 7, 9, 11, 13, 15 of 16"));
     BankDifferences differences = everySecondBank(32);
-    QCOMPARE(describeBanks(differences, "bank"),
+    QCOMPARE(describeBanks(differences, kBankWords),
              QString("banks 1, 3, 5, 7, 9, 11, 13, 15 and 24 more of 64"));
     // Banks are counted, not ranges.
     differences.ranges.last().first = 62;
-    QCOMPARE(describeBanks(differences, "bank"),
+    QCOMPARE(describeBanks(differences, kBankWords),
              QString("banks 1, 3, 5, 7, 9, 11, 13, 15 and 25 more of 64"));
 }
 

@@ -65,7 +65,7 @@ void CheckedReadTest::shapesFollowTheMemory()
 
 void CheckedReadTest::differencesNameBanks()
 {
-    const MemoryShape shape{16, "bank"};
+    const MemoryShape shape{16, &kBankWords};
     const QByteArray bytes(128, 'a');
     QCOMPARE(differencesOf(bytes, bytes, shape), QString());
     QByteArray other = bytes;
@@ -78,14 +78,14 @@ void CheckedReadTest::differencesNameBanks()
 
 void CheckedReadTest::otherLengthIsADifference()
 {
-    const MemoryShape shape{16, "bank"};
+    const MemoryShape shape{16, &kBankWords};
     QCOMPARE(differencesOf("abc", "ab", shape), QString("their lengths: 3 and 2 bytes"));
     QCOMPARE(differencesOf("", "ab", shape), QString("their lengths: 0 and 2 bytes"));
 }
 
 void CheckedReadTest::bitsThatAreNotKeptAreNotCompared()
 {
-    const MemoryShape shape{16, "bank", '\x0F'};
+    const MemoryShape shape{16, &kBankWords, '\x0F'};
     QCOMPARE(keptBits("\x12\xF3", shape), QByteArray("\x02\x03"));
     QCOMPARE(differencesOf("\x12\xF3", "\xF2\x03", shape), QString());
     QVERIFY(!differencesOf("\x12\xF3", "\x12\xF2", shape).isEmpty());

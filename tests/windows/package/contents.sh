@@ -57,7 +57,7 @@ checkContents() {
     checkLicences "$1"
     checkProgram "$1/gbdriver.exe" gbdriver.exe "Windows GUI"
     checkProgram "$1/gbdriver-cli.exe" gbdriver-cli.exe "Windows CUI"
-    [ -z "$(find "$1" -name '*.qm' ! -path '*/translations/*')" ] ||
+    [ -z "$(find "$1" -name '*.qm' ! -path '*/languages/*')" ] ||
         fail "a translation outside its folder chooses the language"
     du -b "$zip" "$installer" | sed 's|\([0-9]*\).*/|\1 bytes: |'
 }
