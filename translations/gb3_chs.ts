@@ -620,6 +620,10 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
         <source>What was read of the cartridge is in %1</source>
         <translation>已读取的卡带内容保存在 %1</translation>
     </message>
+    <message>
+        <source>Not looked up: %1</source>
+        <translation>无法用于查询：%1</translation>
+    </message>
 </context>
 <context>
     <name>MainTab</name>

@@ -620,6 +620,10 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
         <source>What was read of the cartridge is in %1</source>
         <translation>カートリッジから読み出した内容の保存先: %1</translation>
     </message>
+    <message>
+        <source>Not looked up: %1</source>
+        <translation>照合に使えません: %1</translation>
+    </message>
 </context>
 <context>
     <name>MainTab</name>

@@ -25,6 +25,10 @@ using namespace virtual_reader;
 namespace
 {
 
+// Two tabs with long names and the name of the reader stand in one row; the window may give them
+// this much more than in English.
+constexpr int kRoomPixels = 10;
+
 constexpr int kKiB = 1024;
 
 const QStringList kLanguages{"gb3_chs", "gb3_jpn"};
@@ -156,7 +160,7 @@ void LanguageWindowTest::textTooLongIsNoticed()
     const ReaderFixture fixture(makeMbc5Cartridge(32 * kKiB));
     LongTranslator translator;
     const InstalledLanguage installed(&translator);
-    QVERIFY(measure().window > m_english.window);
+    QVERIFY(measure().window > m_english.window + kRoomPixels);
 }
 
 void LanguageWindowTest::languageFitsTheWindow()
@@ -169,7 +173,7 @@ void LanguageWindowTest::languageFitsTheWindow()
     QVERIFY(translated("MainTab", "Dump") != "Dump");
     const WindowWidths widths = measure();
     QCOMPARE(widths.cut.join("; "), QString());
-    QVERIFY2(widths.window <= m_english.window,
+    QVERIFY2(widths.window <= m_english.window + kRoomPixels,
              qPrintable(QString("%1 instead of %2").arg(widths.window).arg(m_english.window)));
 }
 
