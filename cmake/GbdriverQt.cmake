@@ -17,4 +17,6 @@ set(GBDRIVER_QT_CODECS Qt::Core)
 if(GBDRIVER_QT EQUAL 6)
     gbdriver_find_qt(Core5Compat)
     set(GBDRIVER_QT_CODECS Qt::Core5Compat)
+    # The macro that it defines would be one that targets with the same precompiled headers lack.
+    set_target_properties(Qt6::Core5Compat PROPERTIES INTERFACE_COMPILE_DEFINITIONS "")
 endif()

@@ -9,11 +9,9 @@
 // The encodings that can be chosen.
 inline QVector<const char *> localeCodecs()
 {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    return {"UTF-8", "ISO-8859-1", "US-ASCII"};
-#else
+    if (qVersion()[0] == '5')
+        return {"UTF-8", "ISO-8859-1", "US-ASCII"};
     return {"UTF-8"};
-#endif
 }
 
 // A text that the encoding does not hold: of UTF-8 half a character.
