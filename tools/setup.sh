@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs what building needs (run), building and testing (test), or building and testing the
-# Windows programs (windows) and this machine lacks.
+# Installs what this machine lacks of what is needed to build (run), to build and test (test), to do
+# both with Qt 6 (qt6), or to build and test the Windows programs (windows).
 # Does nothing, quickly, where nothing is missing; never asks a question.
 #
-# usage: tools/setup.sh run|test|windows
+# usage: tools/setup.sh run|test|qt6|windows
 set -euo pipefail
 
 tools=$(dirname "${BASH_SOURCE[0]}")
@@ -23,12 +23,15 @@ forTest=(xvfb xdotool x11-utils fonts-dejavu-core fonts-wqy-microhei dbus-daemon
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
     wine wine64 fonts-wine xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
 
+forQt6=(qt6-base-dev qt6-5compat-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools)
+
 case ${1:-} in
 run) wanted=("${forRun[@]}") ;;
 test) wanted=("${forRun[@]}" "${forTest[@]}") ;;
 windows) wanted=("${forRun[@]}" "${forTest[@]}" "${forWindows[@]}") ;;
+qt6) wanted=("${forRun[@]}" "${forTest[@]}" "${forQt6[@]}") ;;
 *)
-    echo "usage: tools/setup.sh run|test|windows" >&2
+    echo "usage: tools/setup.sh run|test|qt6|windows" >&2
     exit 2
     ;;
 esac

@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include "app/end_signals.h"
+#include "app/high_dpi.h"
 #include "app/tab_dialog.h"
 #include "app/translation.h"
 #include "device/device_link.h"
@@ -24,9 +25,7 @@ QString fileArgument(int argc, char **argv)
 
 int runWindow(int &argc, char **argv)
 {
-    // Of use only before there is an application.
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    askForHighDpi();
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
     const QString fileName = fileArgument(argc, argv);

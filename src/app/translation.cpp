@@ -19,7 +19,8 @@ bool installTranslation(const QString &folder, QTranslator *translator)
     const QString path = chooseTranslation(folder);
     if (path.isEmpty())
         return false;
-    translator->load(path);
+    // A file that cannot be loaded leaves every text in English.
+    static_cast<void>(translator->load(path));
     QCoreApplication::installTranslator(translator);
     return true;
 }

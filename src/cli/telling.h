@@ -32,7 +32,7 @@ ExitCode tellProblem(ExitCode code, const QString &problem, CartridgeState state
 // What is said of a file that holds a read.
 struct ReadFile {
     QString path;
-    int size = 0;
+    qint64 size = 0; // bytes
     QByteArray sha1; // 20 bytes
     int reads = 0;
 };

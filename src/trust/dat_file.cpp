@@ -132,7 +132,7 @@ void readHeader(QXmlStreamReader *xml, DatFile *dat)
 
 void readElement(QXmlStreamReader *xml, DatFile *dat)
 {
-    const QStringRef name = xml->name();
+    const auto name = xml->name();
     if (name == QLatin1String("header"))
         readHeader(xml, dat);
     else if (name == QLatin1String("game") || name == QLatin1String("machine"))
@@ -228,7 +228,7 @@ const DatEntry *findInDat(const DatFile &dat, quint64 size, const Sha1Digest &sh
 {
     const DatEntry key{QString(), size, sha1};
     const auto range = std::equal_range(dat.entries.begin(), dat.entries.end(), key, isBefore);
-    const auto *entry = std::find_if(range.first, range.second,
-                                     [size](const DatEntry &row) { return row.size == size; });
-    return entry == range.second ? nullptr : entry;
+    const auto entry = std::find_if(range.first, range.second,
+                                    [size](const DatEntry &row) { return row.size == size; });
+    return entry == range.second ? nullptr : &*entry;
 }

@@ -34,7 +34,7 @@ int behindSection(const QString &xml, int at)
 {
     for (const Section &section : kOpaque) {
         const QLatin1String begin(section.begin);
-        if (!xml.midRef(at, begin.size()).startsWith(begin))
+        if (!QStringView(xml).mid(at, begin.size()).startsWith(begin))
             continue;
         const int end = xml.indexOf(QLatin1String(section.end), at + begin.size());
         return end < 0 ? xml.size() : end;

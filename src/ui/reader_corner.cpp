@@ -80,7 +80,7 @@ ReaderCorner::ReaderCorner(QWidget *parent) : QToolButton(parent)
     addButtonActions(menu);
     cancelAction = addTo(menu, tr("Cancel"),
                          tr("Asks the job that runs to stop where nothing is left half done."),
-                         Qt::CTRL + Qt::Key_Period);
+                         Qt::CTRL | Qt::Key_Period);
     menu->addSeparator();
     addFurtherActions(menu);
     menu->addSeparator();
@@ -100,37 +100,37 @@ void ReaderCorner::addButtonActions(QMenu *menu)
     infoAction = addTo(menu, tr("Info"),
                        tr("Looks for the reader, says what it and its cartridge are, and chooses "
                           "the settings that fit."),
-                       Qt::CTRL + Qt::Key_I);
+                       Qt::CTRL | Qt::Key_I);
     dumpAction = addTo(menu, tr("Dump"), tr("Copies the ROM of the cartridge into a file."),
-                       Qt::CTRL + Qt::Key_D);
+                       Qt::CTRL | Qt::Key_D);
     flashAction =
         addTo(menu, tr("FLASH"), tr("Erases a rewritable cartridge and writes a ROM file into it."),
-              Qt::CTRL + Qt::Key_F);
+              Qt::CTRL | Qt::Key_F);
     readRamAction =
         addTo(menu, tr("Read RAM"), tr("Copies the save memory of the cartridge into a file."),
-              Qt::CTRL + Qt::Key_R);
+              Qt::CTRL | Qt::Key_R);
     writeRamAction =
         addTo(menu, tr("Write RAM"),
               tr("Writes a save file into the cartridge, over the save that is there."),
-              Qt::CTRL + Qt::Key_W);
+              Qt::CTRL | Qt::Key_W);
 }
 
 void ReaderCorner::addFurtherActions(QMenu *menu)
 {
     backUpAction = addTo(menu, tr("Back up this cartridge…"),
                          tr("Copies ROM and save memory into a folder, with a report about both."),
-                         Qt::CTRL + Qt::Key_B);
+                         Qt::CTRL | Qt::Key_B);
     readAgainAction =
         addTo(menu, tr("Read again and compare"),
               tr("Reads what was dumped last once more and says whether both reads are equal."),
-              Qt::CTRL + Qt::Key_E);
+              Qt::CTRL | Qt::Key_E);
     checkFileAction = addTo(menu, tr("Check a ROM file…"),
                             tr("Says what a ROM file is worth. No reader is needed for it."),
-                            Qt::CTRL + Qt::Key_O);
+                            Qt::CTRL | Qt::Key_O);
     whyNoReaderAction = addTo(menu, tr("Why is no reader found?"),
                               tr("Looks at every drive and says in the log why it is or is not "
                                  "taken as the reader."),
-                              Qt::CTRL + Qt::Key_Y);
+                              Qt::CTRL | Qt::Key_Y);
 }
 
 void ReaderCorner::addChoices(QMenu *menu)
@@ -138,27 +138,27 @@ void ReaderCorner::addChoices(QMenu *menu)
     guardWritesAction = addChoiceTo(menu, tr("Guard writes"),
                                     tr("Keeps what is in the cartridge in the backup folder before "
                                        "anything is written over it."),
-                                    Qt::CTRL + Qt::Key_G, true);
+                                    Qt::CTRL | Qt::Key_G, true);
     readTwiceAction =
         addChoiceTo(menu, tr("Read twice what no table knows"),
                     tr("Reads a ROM a second time if it is not among the known dumps, and "
                        "compares. Takes twice as long."),
-                    Qt::CTRL + Qt::Key_T, false);
+                    Qt::CTRL | Qt::Key_T, false);
 }
 
 void ReaderCorner::addHelpers(QMenu *menu)
 {
     openFolderAction = addTo(menu, tr("Open the backup folder"),
                              tr("Shows the folder in which old saves, ROMs and files are kept."),
-                             Qt::CTRL + Qt::SHIFT + Qt::Key_O);
+                             Qt::CTRL | Qt::SHIFT | Qt::Key_O);
     copyLogAction =
         addTo(menu, tr("Copy the log"), tr("Puts the text of the whole log on the clipboard."),
-              Qt::CTRL + Qt::SHIFT + Qt::Key_C);
+              Qt::CTRL | Qt::SHIFT | Qt::Key_C);
     menu->addSeparator();
     demoAction = addChoiceTo(menu, tr("Use the demo reader"),
                              tr("Tries everything on a reader and a cartridge that exist only in "
                                 "this program. Not beside a real reader."),
-                             Qt::CTRL + Qt::SHIFT + Qt::Key_D, false);
+                             Qt::CTRL | Qt::SHIFT | Qt::Key_D, false);
 }
 
 void ReaderCorner::showReader(const ReaderState &state)

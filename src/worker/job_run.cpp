@@ -47,7 +47,7 @@ bool fillBuffer(const QByteArray &input, int size, QByteArray *buffer)
     } catch (const std::bad_alloc &) {
         return false;
     }
-    std::copy_n(input.begin(), std::min(input.size(), size), buffer->begin());
+    std::copy_n(input.begin(), std::min(static_cast<int>(input.size()), size), buffer->begin());
     return true;
 }
 

@@ -38,7 +38,7 @@ QString shownAt(const QString &text, int at, bool hasLines)
     const QChar letter = text[at];
     const bool isReturn = letter == QLatin1Char('\r');
     if (hasLines && isReturn)
-        return text.midRef(at + 1).startsWith(QLatin1Char('\n')) ? letter : QChar(u'\n');
+        return QStringView(text).mid(at + 1).startsWith(QLatin1Char('\n')) ? letter : QChar(u'\n');
     if (hasLines && (letter == QLatin1Char('\n') || letter == QLatin1Char('\t')))
         return letter;
     if (isControl(letter.unicode()) || changesDirection(letter.unicode()))

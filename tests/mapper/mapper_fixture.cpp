@@ -90,7 +90,7 @@ QString MapperFixture::ramUnrest()
     if (save() != before)
         return "the RAM gate is open";
     cartridge().gbWrite(0x0000, kOpen);
-    const int length = std::min(kRamBank, before.size());
+    const int length = std::min(kRamBank, static_cast<int>(before.size()));
     return busBytes(kRamStart, length) == before.left(length) ? QString()
                                                               : "RAM bank 0 is not selected";
 }

@@ -5,6 +5,8 @@
 #include "script/natives.h"
 #include "script/script_host.h"
 
+#include <QRegularExpression>
+
 namespace
 {
 
@@ -68,7 +70,7 @@ void NativeBench::setResults(const QList<std::uint32_t> &results)
 
 QStringList NativeBench::progress() const
 {
-    QStringList reports = m_events.filter(QRegExp("^progress "));
+    QStringList reports = m_events.filter(QRegularExpression("^progress "));
     return reports.replaceInStrings("progress ", "");
 }
 

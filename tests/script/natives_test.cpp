@@ -9,6 +9,7 @@
 #include "script/natives.h"
 #include "test_class.h"
 
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
@@ -183,7 +184,7 @@ void NativesTest::transfersAdvanceByTheirLength()
         bench.setResults({512, 1, 0xFFFFFFFE});
     QVERIFY(bench.run("for (local i = 0; i < 3; i++) " + native + "(dev, i, 100);"));
     QCOMPARE(bench.progress(), (QStringList{"104/" + maximum, "204/" + maximum, "304/" + maximum}));
-    const QStringList places = bench.operations.replaceInStrings(QRegExp(".*@"), "");
+    const QStringList places = bench.operations.replaceInStrings(QRegularExpression(".*@"), "");
     QCOMPARE(places, (QStringList{"4", "104", "204"}));
     QCOMPARE(bench.job.cursor, 304);
     QCOMPARE(bench.job.failedOperation, QString());

@@ -62,7 +62,7 @@ std::unique_ptr<Cartridge> cartridgeOf(const ByteVector &image, const CartridgeO
 void putSave(Cartridge *cartridge, const QByteArray &save)
 {
     if (!cartridge->loadSave(toByteVector(save)))
-        qFatal("the cartridge takes no save of %d bytes", save.size());
+        qFatal("the cartridge takes no save of %d bytes", static_cast<int>(save.size()));
 }
 
 std::unique_ptr<Cartridge> makeGbCartridge(std::uint8_t type, std::uint32_t romSize,

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace virtual_reader;
@@ -192,7 +193,7 @@ void FamicomThreadTest::endComesOnceAndLast()
     bench.job.rom_size = 0x4000;
     QCOMPARE(bench.run(0), succeeds);
     QCOMPARE(bench.events.mid(bench.events.size() - 3), jobEnd(succeeds));
-    QCOMPARE(bench.events.filter(QRegExp("^error ")).size(), 1);
+    QCOMPARE(bench.events.filter(QRegularExpression("^error ")).size(), 1);
     QCOMPARE(bench.events.count("progress 1/1"), 1);
 }
 
