@@ -7,7 +7,10 @@ target_compile_options(gbdriver_options INTERFACE -Wall -Wextra -Wpedantic -Wsha
 if(GBDRIVER_WARNINGS_AS_ERRORS)
     target_compile_options(gbdriver_options INTERFACE -Werror)
 endif()
-if(GBDRIVER_SANITIZE)
+if(GBDRIVER_SANITIZE STREQUAL "thread")
+    target_compile_options(gbdriver_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(gbdriver_options INTERFACE -fsanitize=thread)
+elseif(GBDRIVER_SANITIZE)
     target_compile_options(gbdriver_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(gbdriver_options INTERFACE -fsanitize=address,undefined)
