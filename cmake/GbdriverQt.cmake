@@ -13,10 +13,10 @@ macro(gbdriver_find_qt)
 endmacro()
 
 # Text codecs moved out of Qt's core.
-set(GBDRIVER_QT_CODECS Qt::Core)
+set(GBDRIVER_QT_CODECS Qt5::Core)
 if(GBDRIVER_QT EQUAL 6)
     gbdriver_find_qt(Core5Compat)
-    set(GBDRIVER_QT_CODECS Qt::Core5Compat)
+    set(GBDRIVER_QT_CODECS Qt6::Core5Compat)
     # The macro that it defines would be one that targets with the same precompiled headers lack.
     set_target_properties(Qt6::Core5Compat PROPERTIES INTERFACE_COMPILE_DEFINITIONS "")
 endif()

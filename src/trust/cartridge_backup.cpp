@@ -7,7 +7,6 @@
 
 #include <QCryptographicHash>
 #include <QDir>
-#include <QElapsedTimer>
 
 namespace
 {
@@ -38,6 +37,7 @@ CartridgeBackup::CartridgeBackup(const CartridgeReport &report, const CartridgeB
     m_record.label = report.label;
     m_record.firmware = report.firmware;
     m_record.begin = QDateTime::currentDateTime();
+    m_sinceBegin.start();
     m_record.title = titleOf(report);
     m_record.values = valuesFound(report);
 }
@@ -277,7 +277,8 @@ Outcome CartridgeBackup::writeReport(const QString &romAdvice, const QString &sa
         return {};
     m_record.rom.advice = romAdvice;
     m_record.save.advice = saveAdvice;
-    m_record.end = QDateTime::currentDateTime();
+    // The clock of the wall may have been set meanwhile.
+    m_record.end = m_record.begin.addMSecs(m_sinceBegin.elapsed());
     QString path;
     return writeNew(true, QStringLiteral(".txt"), reportText(m_record).toUtf8(), &path);
 }

@@ -11,6 +11,8 @@
 #include "trust/checked_read.h"
 #include "trust/known_titles.h"
 
+#include <QElapsedTimer>
+
 struct CartridgeBackupPlan {
     QString folder;          // exists
     int reads = 0;           // how often to read, from 1; 0: as often as each memory needs
@@ -64,4 +66,5 @@ private:
     const CartridgeBackupPlan &m_plan;
     TrustListener &m_listener;
     BackupRecord m_record;
+    QElapsedTimer m_sinceBegin;
 };

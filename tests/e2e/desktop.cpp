@@ -22,6 +22,8 @@ Desktop::~Desktop()
 
 QString Desktop::start()
 {
+    if (!m_display.isEmpty())
+        return QString();
     // A server without clients starts anew, as between two runs of xdotool, and then throws out a
     // program that is just connecting.
     m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",

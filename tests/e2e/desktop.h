@@ -11,6 +11,7 @@ class Desktop
 public:
     ~Desktop();
 
+    // Once is enough for any number of programs, one after the other.
     // Returns: why there is none; empty on success.
     QString start();
     QString display() const { return m_display; }

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QtTest>
 
+#include <utility>
+
 namespace
 {
 
@@ -22,6 +24,13 @@ QString dialogPath(const QString &path)
 
 } // namespace
 
+DrivenWindow::DrivenWindow(std::shared_ptr<Desktop> desktop) : m_desktop(std::move(desktop)) {}
+
+DrivenWindow::DrivenWindow(const QStringList &starter) : DrivenWindow()
+{
+    m_starter = starter;
+}
+
 DrivenWindow::~DrivenWindow()
 {
     m_program.kill();
@@ -30,11 +39,11 @@ DrivenWindow::~DrivenWindow()
 
 QString DrivenWindow::start(const QString &declaration)
 {
-    const QString problem = m_desktop.start();
+    const QString problem = m_desktop->start();
     if (!problem.isEmpty())
         return problem;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("DISPLAY", m_desktop.display());
+    environment.insert("DISPLAY", m_desktop->display());
     environment.insert("QT_QPA_PLATFORM", "xcb");
     environment.insert("XDG_RUNTIME_DIR", m_runtimeFolder.path());
     environment.insert("XDG_DATA_HOME", m_runtimeFolder.filePath("data"));
@@ -48,11 +57,11 @@ QString DrivenWindow::start(const QString &declaration)
         m_program.start(command.first(), command.mid(1));
     else
         m_program.start(UNDER_WINE_SCRIPT, {kUnderWine});
-    m_window = m_desktop.focusWindow(kTitle);
+    m_window = m_desktop->focusWindow(kTitle);
     if (!m_window.isEmpty())
         return QString();
     return QString("The window does not come: %1; the program %2: %3")
-        .arg(m_desktop.lastError(), m_program.state() == QProcess::Running ? "runs" : "has ended",
+        .arg(m_desktop->lastError(), m_program.state() == QProcess::Running ? "runs" : "has ended",
              QString::fromLocal8Bit(m_program.readAllStandardError()));
 }
 
@@ -60,20 +69,20 @@ void DrivenWindow::pressInSettings(const QStringList &keys)
 {
     // A window that has just come may miss keys; one that copies its log does not.
     static_cast<void>(logWith("Velora Driver Series"));
-    m_desktop.press(keys);
+    m_desktop->press(keys);
 }
 
 void DrivenWindow::press(WindowButton button)
 {
     const char *const kShortcuts[] = {"ctrl+i", "ctrl+d", "ctrl+f", "ctrl+r", "ctrl+w", "ctrl+e"};
-    m_desktop.focusWindow(kTitle);
-    m_desktop.press({kShortcuts[static_cast<int>(button)]});
+    m_desktop->focusWindow(kTitle);
+    m_desktop->press({kShortcuts[static_cast<int>(button)]});
 }
 
 QString DrivenWindow::log()
 {
-    m_desktop.focusWindow(kTitle);
-    m_desktop.press({"ctrl+shift+c"});
+    m_desktop->focusWindow(kTitle);
+    m_desktop->press({"ctrl+shift+c"});
     QProcess reader;
     reader.setProcessEnvironment(m_program.processEnvironment());
     reader.start(CLIPBOARD_PROGRAM, QStringList());
@@ -92,21 +101,32 @@ QString DrivenWindow::logWith(const QString &text)
 QList<QByteArray> DrivenWindow::backups() const
 {
     QList<QByteArray> contents;
-    const QDir folder(m_runtimeFolder.filePath("data/gbdriver/backups"));
+    const QDir folder(backupFolder());
     for (const QString &name : folder.entryList(QDir::Files))
         contents << contentOf(folder.filePath(name));
     return contents;
 }
 
+QString DrivenWindow::openDialog(WindowButton button, const QString &caption)
+{
+    return QTest::qWaitFor([&] { return opened(button, caption); }, kStepMs)
+               ? QString()
+               : "No dialog \"" + caption + "\" comes.";
+}
+
+QString DrivenWindow::answerDialog(const QString &caption, const QString &path)
+{
+    const QString dialog = m_desktop->focusWindow(caption);
+    const bool isAnswered =
+        !dialog.isEmpty() &&
+        QTest::qWaitFor([&] { return answered(caption, dialog, path); }, kStepMs);
+    return isAnswered ? QString() : "The dialog \"" + caption + "\" stays open.";
+}
+
 QString DrivenWindow::answerDialog(WindowButton button, const QString &caption, const QString &path)
 {
-    const bool isOpen = QTest::qWaitFor([&] { return opened(button, caption); }, kStepMs);
-    const QString dialog = isOpen ? m_desktop.focusWindow(caption) : QString();
-    if (dialog.isEmpty())
-        return "No dialog \"" + caption + "\" comes.";
-    return QTest::qWaitFor([&] { return answered(caption, dialog, path); }, kStepMs)
-               ? QString()
-               : "The dialog \"" + caption + "\" stays open.";
+    const QString problem = openDialog(button, caption);
+    return problem.isEmpty() ? answerDialog(caption, path) : problem;
 }
 
 bool DrivenWindow::opened(WindowButton button, const QString &caption)
@@ -114,7 +134,7 @@ bool DrivenWindow::opened(WindowButton button, const QString &caption)
     press(button);
     return QTest::qWaitFor(
         [&] {
-            return !m_desktop.xdotool({"search", "--onlyvisible", "--name", caption}).isEmpty();
+            return !m_desktop->xdotool({"search", "--onlyvisible", "--name", caption}).isEmpty();
         },
         kDialogMs);
 }
@@ -125,18 +145,18 @@ bool DrivenWindow::opened(WindowButton button, const QString &caption)
 bool DrivenWindow::answered(const QString &caption, const QString &dialog, const QString &path)
 {
     const auto windows = [&] {
-        return m_desktop.xdotool({"search", "--onlyvisible", "--name", caption})
+        return m_desktop->xdotool({"search", "--onlyvisible", "--name", caption})
             .split('\n', Qt::SkipEmptyParts);
     };
     const QStringList before = windows();
     QStringList questions = before;
     questions.removeAll(dialog);
     if (!questions.isEmpty()) {
-        m_desktop.xdotool({"windowfocus", "--sync", questions[0], "key", "alt+y"});
+        m_desktop->xdotool({"windowfocus", "--sync", questions[0], "key", "alt+y"});
     } else if (!before.isEmpty()) {
-        m_desktop.xdotool({"windowfocus", "--sync", dialog, "key", "End", "shift+Home"});
-        m_desktop.type(dialogPath(path));
-        m_desktop.press({"Return"});
+        m_desktop->xdotool({"windowfocus", "--sync", dialog, "key", "End", "shift+Home"});
+        m_desktop->type(dialogPath(path));
+        m_desktop->press({"Return"});
     }
     static_cast<void>(QTest::qWaitFor([&] { return windows() != before; }, kDialogMs));
     return windows().isEmpty();
@@ -144,8 +164,8 @@ bool DrivenWindow::answered(const QString &caption, const QString &dialog, const
 
 QString DrivenWindow::close()
 {
-    m_desktop.focusWindow(kTitle);
-    m_desktop.press({"Escape"});
+    m_desktop->focusWindow(kTitle);
+    m_desktop->press({"Escape"});
     return waitForEnd();
 }
 

@@ -9,15 +9,18 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <memory>
+
 // Pressed by its shortcut.
 enum class WindowButton { Info, Dump, Flash, ReadRam, WriteRam, ReadAgain };
 
 class DrivenWindow
 {
 public:
-    DrivenWindow() = default;
+    // On a desktop of its own, unless it is given one.
+    explicit DrivenWindow(std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>());
     // The program is started by another one, with these arguments before it.
-    explicit DrivenWindow(const QStringList &starter) : m_starter(starter) {}
+    explicit DrivenWindow(const QStringList &starter);
     ~DrivenWindow();
 
     // Starts the X server and the program, and waits for the window.
@@ -30,9 +33,13 @@ public:
     // RAM size. Each Tab leads to the next one; Home, End, Up and Down choose.
     void pressInSettings(const QStringList &keys);
     void press(WindowButton button);
-    // Presses a button until its file dialog comes, as it does nothing while a job runs, and
-    // answers the dialog, also the question whether a file that exists is to be replaced.
+    // Presses a button until its file dialog comes, as it does nothing while a job runs.
     // Returns: what went wrong; empty on success.
+    QString openDialog(WindowButton button, const QString &caption);
+    // Answers the open dialog, also the question whether a file that exists is to be replaced.
+    // Returns: what went wrong; empty on success.
+    QString answerDialog(const QString &caption, const QString &path);
+    // Both.
     QString answerDialog(WindowButton button, const QString &caption, const QString &path);
 
     // The log as text, by way of the clipboard.
@@ -40,7 +47,8 @@ public:
     // Waits until the log holds `text`. Returns: the whole log.
     QString logWith(const QString &text);
 
-    // Where the program keeps its backups. Returns: the contents of the files there.
+    // Where the program keeps its backups, and the contents of the files there.
+    QString backupFolder() const { return m_runtimeFolder.filePath("data/gbdriver/backups"); }
     QList<QByteArray> backups() const;
 
     qint64 processId() const { return m_program.processId(); }
@@ -57,7 +65,7 @@ private:
     bool answered(const QString &caption, const QString &dialog, const QString &path);
 
     QStringList m_starter;
-    Desktop m_desktop;
+    std::shared_ptr<Desktop> m_desktop;
     QTemporaryDir m_runtimeFolder;
     QProcess m_program;
     QString m_window;

@@ -2,7 +2,8 @@
 // caller learns of that: a signal at an exact moment of a job.
 //
 // usage: signalling_reader N SIGNAL PID-FILE [options of the virtual reader]
-// N 0 is never. PID-FILE names who gets the signal, as soon as it is there; "-" is the reader.
+// N 0 is never; +N is counted from the moment that PID-FILE is there. PID-FILE names who gets the
+// signal, as soon as it is there; "-" is the reader.
 #include "virtual/fuse/operation_log.h"
 #include "virtual/fuse/program_options.h"
 #include "virtual/fuse/reader_mount.h"
@@ -49,6 +50,7 @@ int main(int argc, char **argv)
     const long moment = std::atol(argv[1]);
     const int signal = std::atoi(argv[2]);
     const std::string target = argv[kOwnArguments];
+    bool isCounting = *argv[1] != '+';
     std::vector<const char *> arguments = {argv[0]};
     arguments.insert(arguments.end(), argv + 1 + kOwnArguments, argv + argc);
 
@@ -64,7 +66,8 @@ int main(int argc, char **argv)
     long done = 0;
     reader->reader().setListener([&](const Operation &operation) {
         log.write(operation);
-        if (++done == moment)
+        isCounting = isCounting || std::ifstream(target).good();
+        if (isCounting && ++done == moment)
             ::kill(target == "-" ? ::getpid() : readProcessId(target), signal);
     });
     return serveMount(*reader, options.mount, &error) ? 0 : fail(error);
