@@ -8,9 +8,9 @@ set -euo pipefail
 
 tools=$(dirname "${BASH_SOURCE[0]}")
 
-# xz-utils and patch unpack and mend the Squirrel source.
+# librsvg2-bin draws the icon; xz-utils and patch unpack and mend the Squirrel source.
 forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libmount-dev libfuse3-dev
-    fuse3 patch xz-utils)
+    fuse3 librsvg2-bin patch xz-utils)
 # An X server with a client to type into it and fonts to draw; the bus that screen readers use;
 # oracles for cipher, checksums and mappers; a compiler that checks the Windows part; one that
 # fuzzes; the shells whose completion is tested, a strict reader of manual pages, what validates
@@ -19,9 +19,9 @@ forTest=(xvfb xdotool x11-utils fonts-dejavu-core fonts-wqy-microhei dbus-daemon
     libssl-dev zlib1g-dev libmgba-dev g++-mingw-w64-x86-64-posix clang libclang-rt-dev zsh fish
     mandoc python3-jsonschema strace)
 # The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts
-# like those of Windows, xclip and icoutils look at it; the rest draws the icon and packs.
+# like those of Windows, xclip and icoutils look at it; the rest packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
-    wine wine64 fonts-wine xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
+    wine wine64 fonts-wine xclip icoutils nsis imagemagick zip unzip)
 
 forQt6=(qt6-base-dev qt6-5compat-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools)
 
@@ -40,15 +40,15 @@ if ! command -v apt-get >/dev/null; then
     cat <<'END'
 There is no apt-get here to install what is missing. These packages are needed:
   Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist libmount-devel
-          fuse3-devel fuse3 squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo
-          dejavu-sans-fonts wqy-microhei-fonts dbus-daemon at-spi2-core openssl-devel
+          fuse3-devel fuse3 librsvg2-tools squirrel-devel; to test: xorg-x11-server-Xvfb xdotool
+          xwininfo dejavu-sans-fonts wqy-microhei-fonts dbus-daemon at-spi2-core openssl-devel
           zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt zsh fish mandoc python3-jsonschema
           strace
-  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 squirrel;
+  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 librsvg squirrel;
           to test: xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu wqy-microhei dbus at-spi2-core
           openssl zlib libmgba mingw-w64-gcc clang compiler-rt zsh fish mandoc python-jsonschema
           strace
-  MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,squirrel}
+  MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,librsvg,squirrel}
 Going on with what is there; the configuration names what it does not find.
 END
     exit 0

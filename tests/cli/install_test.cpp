@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 namespace
@@ -91,6 +92,20 @@ private slots:
         const QByteArray written = contentOf(PAGES_FOLDER "/" + page);
         QVERIFY(!written.isEmpty());
         QCOMPARE(contentOf(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
+    }
+
+    void iconIsThereInEverySize()
+    {
+        const QDir icons(m_prefix.filePath(DATA_FOLDER "/icons/hicolor"));
+        QVERIFY(QFileInfo::exists(icons.filePath("scalable/apps/gbdriver.svg")));
+        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+            const QString folder = QStringLiteral("%1x%1").arg(size);
+            const QByteArray picture = contentOf(icons.filePath(folder + "/apps/gbdriver.png"));
+            QVERIFY2(picture.startsWith("\x89PNG") && picture.size() > 24, qPrintable(folder));
+            // A PNG begins with 16 bytes of which none is its own, then come its width and height.
+            QCOMPARE(qFromBigEndian<qint32>(picture.constData() + 16), size);
+            QCOMPARE(qFromBigEndian<qint32>(picture.constData() + 20), size);
+        }
     }
 
     // The link on the user's path must lead to the scripts as well.
