@@ -48,6 +48,8 @@ int runWindow(int &argc, char **argv)
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
     QApplication::setWindowIcon(programIcon());
+    // A desktop finds name and icon of the window's entry by it.
+    QApplication::setDesktopFileName(QStringLiteral("gbdriver"));
     const QString fileName = fileArgument(argc, argv);
     QTranslator translator;
     installTranslation(QCoreApplication::applicationDirPath(), &translator);

@@ -80,9 +80,9 @@ void ApplicationTest::startsInEnglish()
     const QStringList lines = outcome.output.split('\n');
     QVERIFY(lines[0].startsWith("title: GB Driver 3.0 build - "));
     QCOMPARE(
-        lines.mid(1, 9),
+        lines.mid(1, 10),
         (QStringList{"tab: GB", "tab: Update", "tab: About", "style: fusion", "dump: Dump",
-                     "icon: 16 22 24 32 48 64 128 256", "pixels: 1",
+                     "desktop entry: gbdriver", "icon: 16 22 24 32 48 64 128 256", "pixels: 1",
                      "pixmaps: sharp", "log: Velora Driver Series for GB/GBC/GBA 3.0 started."}));
 }
 

@@ -57,6 +57,7 @@ void look(QWidget *dialog)
         say("tab: " + tabs->tabText(i));
     say("style: " + QApplication::style()->objectName());
     say("dump: " + tab->dumpButton->text());
+    say("desktop entry: " + QGuiApplication::desktopFileName());
     say("icon: " + iconWidths(dialog->windowIcon()));
     say(QString("pixels: %1").arg(dialog->devicePixelRatioF()));
     say("pixmaps: " +

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtEndian>
 #include <QtTest>
@@ -92,6 +93,24 @@ private slots:
         const QByteArray written = contentOf(PAGES_FOLDER "/" + page);
         QVERIFY(!written.isEmpty());
         QCOMPARE(contentOf(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
+    }
+
+    void desktopFindsTheWindow_data()
+    {
+        QTest::addColumn<QString>("validator");
+        QTest::newRow(DATA_FOLDER "/applications/gbdriver.desktop") << "desktop-file-validate";
+        QTest::newRow(DATA_FOLDER "/metainfo/local.velora.gbdriver.metainfo.xml")
+            << "appstreamcli validate --no-net --pedantic";
+    }
+    void desktopFindsTheWindow()
+    {
+        QFETCH(QString, validator);
+        QStringList words = validator.split(' ');
+        const QString program = QStandardPaths::findExecutable(words.takeFirst());
+        QVERIFY2(!program.isEmpty(), "the validator is missing; tools/setup.sh installs it");
+        const ProgramResult result =
+            runProgram(program, words << m_prefix.filePath(QTest::currentDataTag()));
+        QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.err));
     }
 
     void iconIsThereInEverySize()
