@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs what this machine lacks of what is needed to build (run), to build and test (test), to do
-# both with Qt 6 (qt6), or to build and test the Windows programs (windows).
+# both with Qt 6 (qt6), to build and test the Windows programs (windows), or to pack for Linux
+# (packages).
 # Does nothing, quickly, where nothing is missing; never asks a question.
 #
-# usage: tools/setup.sh run|test|qt6|windows
+# usage: tools/setup.sh run|test|qt6|windows|packages
 set -euo pipefail
 
 tools=$(dirname "${BASH_SOURCE[0]}")
@@ -22,7 +23,9 @@ forTest=(xvfb xdotool x11-utils fonts-dejavu-core fonts-wqy-microhei dbus-daemon
 # like those of Windows, xclip and icoutils look at it; the rest packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
     wine wine64 fonts-wine xclip icoutils nsis imagemagick zip unzip)
-
+# What builds Debian packages and reads them critically; clean systems to try them in, with an X
+# server and a client that types into it.
+forPackages=(debhelper dpkg-dev git lintian mmdebstrap xvfb xdotool xclip imagemagick)
 forQt6=(qt6-base-dev qt6-5compat-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools)
 
 case ${1:-} in
@@ -30,8 +33,9 @@ run) wanted=("${forRun[@]}") ;;
 test) wanted=("${forRun[@]}" "${forTest[@]}") ;;
 windows) wanted=("${forRun[@]}" "${forTest[@]}" "${forWindows[@]}") ;;
 qt6) wanted=("${forRun[@]}" "${forTest[@]}" "${forQt6[@]}") ;;
+packages) wanted=("${forRun[@]}" "${forPackages[@]}") ;;
 *)
-    echo "usage: tools/setup.sh run|test|qt6|windows" >&2
+    echo "usage: tools/setup.sh run|test|qt6|windows|packages" >&2
     exit 2
     ;;
 esac
