@@ -11,6 +11,7 @@ set -euo pipefail
     echo "usage: tools/debian_source.sh SUITE PACKAGE FOLDER" >&2
     exit 2
 }
+tools=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 suite=$1
 package=$2
 folder=$(cd "$3" && pwd)
@@ -28,10 +29,7 @@ chmod 755 "$work"
 mkdir -p "$work/lists/partial" "$work/cache/archives/partial" "$work/download"
 [ "$(id -u)" != 0 ] || chown _apt "$work/download" 2>/dev/null || chmod 777 "$work/download"
 
-# The addresses of plain releases (no -updates, no -security) among the machine's sources. Which of
-# them is a Debian mirror shows when it is asked for the suite.
-mapfile -t mirrors < <(apt-get --print-uris update |
-    sed -nE "s,^'(https?://.*/)dists/[a-z]+/(In)?Release' .*,\1,p" | sort -u)
+mapfile -t mirrors < <("$tools/debian_mirrors.sh")
 [ ${#mirrors[@]} != 0 ] || fail "apt has no Debian mirror configured"
 
 signedBy=

@@ -1,28 +1,31 @@
 #!/usr/bin/env bash
 # Installs what this machine lacks of what is needed to build (run), to build and test (test), to do
-# both with Qt 6 (qt6), or to build and test the Windows programs (windows).
+# both with Qt 6 (qt6), to build and test the Windows programs (windows), or to pack for Linux
+# (packages).
 # Does nothing, quickly, where nothing is missing; never asks a question.
 #
-# usage: tools/setup.sh run|test|qt6|windows
+# usage: tools/setup.sh run|test|qt6|windows|packages
 set -euo pipefail
 
 tools=$(dirname "${BASH_SOURCE[0]}")
 
-# xz-utils and patch unpack and mend the Squirrel source.
+# librsvg2-bin draws the icon; xz-utils and patch unpack and mend the Squirrel source.
 forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libmount-dev libfuse3-dev
-    fuse3 patch xz-utils)
+    fuse3 librsvg2-bin patch xz-utils)
 # An X server with a client to type into it and fonts to draw; the bus that screen readers use;
 # oracles for cipher, checksums and mappers; a compiler that checks the Windows part; one that
 # fuzzes; the shells whose completion is tested, a strict reader of manual pages, what validates
-# JSON, and what records system calls.
+# JSON, desktop entries and AppStream, and what records system calls.
 forTest=(xvfb xdotool x11-utils fonts-dejavu-core fonts-wqy-microhei dbus-daemon at-spi2-core
     libssl-dev zlib1g-dev libmgba-dev g++-mingw-w64-x86-64-posix clang libclang-rt-dev zsh fish
-    mandoc python3-jsonschema strace)
+    mandoc python3-jsonschema strace desktop-file-utils appstream)
 # The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts
-# like those of Windows, xclip and icoutils look at it; the rest draws the icon and packs.
+# like those of Windows, xclip and icoutils look at it; the rest packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
-    wine wine64 fonts-wine xclip icoutils nsis imagemagick librsvg2-bin zip unzip)
-
+    wine wine64 fonts-wine xclip icoutils nsis imagemagick zip unzip)
+# What builds Debian packages and reads them critically; clean systems to try them in, with an X
+# server and a client that types into it.
+forPackages=(debhelper dpkg-dev git lintian mmdebstrap xvfb xdotool xclip imagemagick)
 forQt6=(qt6-base-dev qt6-5compat-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools)
 
 case ${1:-} in
@@ -30,8 +33,9 @@ run) wanted=("${forRun[@]}") ;;
 test) wanted=("${forRun[@]}" "${forTest[@]}") ;;
 windows) wanted=("${forRun[@]}" "${forTest[@]}" "${forWindows[@]}") ;;
 qt6) wanted=("${forRun[@]}" "${forTest[@]}" "${forQt6[@]}") ;;
+packages) wanted=("${forRun[@]}" "${forPackages[@]}") ;;
 *)
-    echo "usage: tools/setup.sh run|test|qt6|windows" >&2
+    echo "usage: tools/setup.sh run|test|qt6|windows|packages" >&2
     exit 2
     ;;
 esac
@@ -40,15 +44,15 @@ if ! command -v apt-get >/dev/null; then
     cat <<'END'
 There is no apt-get here to install what is missing. These packages are needed:
   Fedora  cmake ninja-build gcc-c++ pkgconf qt5-qtbase-devel qt5-linguist libmount-devel
-          fuse3-devel fuse3 squirrel-devel; to test: xorg-x11-server-Xvfb xdotool xwininfo
-          dejavu-sans-fonts wqy-microhei-fonts dbus-daemon at-spi2-core openssl-devel
+          fuse3-devel fuse3 librsvg2-tools squirrel-devel; to test: xorg-x11-server-Xvfb xdotool
+          xwininfo dejavu-sans-fonts wqy-microhei-fonts dbus-daemon at-spi2-core openssl-devel
           zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt zsh fish mandoc python3-jsonschema
-          strace
-  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 squirrel;
+          strace desktop-file-utils appstream
+  Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 librsvg squirrel;
           to test: xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu wqy-microhei dbus at-spi2-core
           openssl zlib libmgba mingw-w64-gcc clang compiler-rt zsh fish mandoc python-jsonschema
-          strace
-  MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,squirrel}
+          strace desktop-file-utils appstream
+  MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,librsvg,squirrel}
 Going on with what is there; the configuration names what it does not find.
 END
     exit 0

@@ -8,12 +8,21 @@
 #include "virtual/backend_choice.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QIcon>
 #include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
 
 using namespace virtual_reader;
+
+// The resource stands in a static library, which the linker would leave out. Outside of every
+// namespace, as the macro wants it.
+static void initIconResource()
+{
+    Q_INIT_RESOURCE(icon);
+}
 
 namespace
 {
@@ -23,11 +32,24 @@ QString fileArgument(int argc, char **argv)
     return argc >= 2 ? QString::fromUtf8(argv[1]) : QStringLiteral(".");
 }
 
+// In every size that the build drew it in.
+QIcon programIcon()
+{
+    initIconResource();
+    QIcon icon;
+    for (const QFileInfo &picture : QDir(QStringLiteral(":/icon")).entryInfoList())
+        icon.addFile(picture.filePath());
+    return icon;
+}
+
 int runWindow(int &argc, char **argv)
 {
     askForHighDpi();
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("fusion"));
+    QApplication::setWindowIcon(programIcon());
+    // A desktop finds name and icon of the window's entry by it.
+    QApplication::setDesktopFileName(QStringLiteral("gbdriver"));
     const QString fileName = fileArgument(argc, argv);
     QTranslator translator;
     installTranslation(QCoreApplication::applicationDirPath(), &translator);

@@ -46,6 +46,12 @@ bool isInside(const std::string &folder, const std::string &around)
     return folder.size() == around.size() || around == "/" || folder[around.size()] == '/';
 }
 
+// Of a type of its own: a pointer to the library's function loses that function's attributes, and
+// newer headers have compilers complain.
+struct StreamCloser {
+    void operator()(std::FILE *stream) const { std::fclose(stream); }
+};
+
 } // namespace
 
 std::vector<MountedVolume> parseMountTable(const std::string &text)
@@ -54,8 +60,8 @@ std::vector<MountedVolume> parseMountTable(const std::string &text)
     std::string rows = rowsOf(text);
     if (rows.empty()) // no stream has no bytes
         return volumes;
-    const std::unique_ptr<std::FILE, decltype(&std::fclose)> stream(
-        ::fmemopen(rows.data(), rows.size(), "r"), &std::fclose);
+    const std::unique_ptr<std::FILE, StreamCloser> stream(
+        ::fmemopen(rows.data(), rows.size(), "r"));
     // Parsing touches no mount point; the library's own look at them needs a cache, and none is
     // set.
     const std::unique_ptr<libmnt_table, decltype(&mnt_unref_table)> table(mnt_new_table(),

@@ -79,10 +79,11 @@ void ApplicationTest::startsInEnglish()
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
     const QStringList lines = outcome.output.split('\n');
     QVERIFY(lines[0].startsWith("title: GB Driver 3.0 build - "));
-    QCOMPARE(lines.mid(1, 8),
-             (QStringList{"tab: GB", "tab: Update", "tab: About", "style: fusion", "dump: Dump",
-                          "pixels: 1", "pixmaps: sharp",
-                          "log: Velora Driver Series for GB/GBC/GBA 3.0 started."}));
+    QCOMPARE(
+        lines.mid(1, 10),
+        (QStringList{"tab: GB", "tab: Update", "tab: About", "style: fusion", "dump: Dump",
+                     "desktop entry: gbdriver", "icon: 16 22 24 32 48 64 128 256", "pixels: 1",
+                     "pixmaps: sharp", "log: Velora Driver Series for GB/GBC/GBA 3.0 started."}));
 }
 
 void ApplicationTest::fineScreensAreScaled()

@@ -1,7 +1,7 @@
 // The program with a user inside: runs it as its main function does and, once the window stands,
 // carries out the plan named in GBDRIVER_TEST_PLAN. What it saw goes to the standard output.
 //
-//   look               reports title, tabs, style, some texts, scaling, and closes the window
+//   look               reports title, tabs, style, some texts, icon, scaling, and closes the window
 //   close-while-erasing  flashes the file GBDRIVER_TEST_FILE and closes the window meanwhile
 #include "app/application.h"
 #include "file_dialog_answer.h"
@@ -11,12 +11,14 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QIcon>
 #include <QPushButton>
 #include <QStyle>
 #include <QTabWidget>
 #include <QTextStream>
 #include <QTimer>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -35,6 +37,17 @@ QWidget *window()
     return nullptr;
 }
 
+QString iconWidths(const QIcon &icon)
+{
+    QList<QSize> sizes = icon.availableSizes();
+    std::sort(sizes.begin(), sizes.end(),
+              [](const QSize &a, const QSize &b) { return a.width() < b.width(); });
+    QStringList widths;
+    for (const QSize &size : sizes)
+        widths << QString::number(size.width());
+    return widths.join(' ');
+}
+
 void look(QWidget *dialog)
 {
     const auto *tabs = dialog->findChild<QTabWidget *>();
@@ -44,6 +57,8 @@ void look(QWidget *dialog)
         say("tab: " + tabs->tabText(i));
     say("style: " + QApplication::style()->objectName());
     say("dump: " + tab->dumpButton->text());
+    say("desktop entry: " + QGuiApplication::desktopFileName());
+    say("icon: " + iconWidths(dialog->windowIcon()));
     say(QString("pixels: %1").arg(dialog->devicePixelRatioF()));
     say("pixmaps: " +
         QString(QApplication::testAttribute(Qt::AA_UseHighDpiPixmaps) ? "sharp" : ""));

@@ -143,6 +143,10 @@ void BuildFilesTest::unknownArgumentsAreRefused_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("test") << "test" << QStringList{"--no-such-option"};
     QTest::newRow("run") << "run" << QStringList{"anything"};
+    QTest::newRow("package") << "tools/package.sh" << QStringList{"anything"};
+    QTest::newRow("package, source") << "tools/packages/source.sh" << QStringList{};
+    QTest::newRow("package, build") << "tools/packages/build.sh" << QStringList{};
+    QTest::newRow("package, archive") << "tools/packages/archive.sh" << QStringList{};
     QTest::newRow("fuzz") << "tests/fuzz/run" << QStringList{"anything"};
     QTest::newRow("fuzz, unknown target") << "tests/fuzz/run" << QStringList{"1", "no_such_fuzz"};
     QTest::newRow("setup") << "tools/setup.sh" << QStringList{"anything"};

@@ -4,7 +4,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <QtTest>
 
 namespace
@@ -91,6 +93,38 @@ private slots:
         const QByteArray written = contentOf(PAGES_FOLDER "/" + page);
         QVERIFY(!written.isEmpty());
         QCOMPARE(contentOf(m_prefix.filePath(MAN_FOLDER "/man1/" + page)), written);
+    }
+
+    void desktopFindsTheWindow_data()
+    {
+        QTest::addColumn<QString>("validator");
+        QTest::newRow(DATA_FOLDER "/applications/gbdriver.desktop") << "desktop-file-validate";
+        QTest::newRow(DATA_FOLDER "/metainfo/local.velora.gbdriver.metainfo.xml")
+            << "appstreamcli validate --no-net --pedantic";
+    }
+    void desktopFindsTheWindow()
+    {
+        QFETCH(QString, validator);
+        QStringList words = validator.split(' ');
+        const QString program = QStandardPaths::findExecutable(words.takeFirst());
+        QVERIFY2(!program.isEmpty(), "the validator is missing; tools/setup.sh installs it");
+        const ProgramResult result =
+            runProgram(program, words << m_prefix.filePath(QTest::currentDataTag()));
+        QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.err));
+    }
+
+    void iconIsThereInEverySize()
+    {
+        const QDir icons(m_prefix.filePath(DATA_FOLDER "/icons/hicolor"));
+        QVERIFY(QFileInfo::exists(icons.filePath("scalable/apps/gbdriver.svg")));
+        for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+            const QString folder = QStringLiteral("%1x%1").arg(size);
+            const QByteArray picture = contentOf(icons.filePath(folder + "/apps/gbdriver.png"));
+            QVERIFY2(picture.startsWith("\x89PNG") && picture.size() > 24, qPrintable(folder));
+            // A PNG begins with 16 bytes of which none is its own, then come its width and height.
+            QCOMPARE(qFromBigEndian<qint32>(picture.constData() + 16), size);
+            QCOMPARE(qFromBigEndian<qint32>(picture.constData() + 20), size);
+        }
     }
 
     // The link on the user's path must lead to the scripts as well.

@@ -32,7 +32,7 @@ mountpoint -q "$work/mount" 2>/dev/null && fusermount3 -u "$work/mount"
 rm -rf "$work"
 mkdir -p "$work/mount"
 cd "$work"
-files=$(winePath "$work")
+files=$(winePath "$work/")
 reader=
 window=
 cleanUp() {

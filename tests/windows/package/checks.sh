@@ -1,7 +1,7 @@
-# Parts of package_test.sh: what is said of a check, and waiting for one to hold.
+# Parts of package_test.sh, here and for Linux: what is said of a check, and waiting for one to hold.
 
 fail() {
-    echo "package_test.sh: $*" >&2
+    echo "$(basename "$0"): $*" >&2
     exit 1
 }
 

@@ -5,7 +5,7 @@
 cliEnds() {
     local wanted=$1 command=$2 file=$3 code=0
     shift 3
-    "$wine" "$programs/gbdriver-cli.exe" "$command" "$files\\$file" "${cartridge[@]}" "$@" \
+    "$wine" "$programs/gbdriver-cli.exe" "$command" "$files$file" "${cartridge[@]}" "$@" \
         >answer.log 2>command.log || code=$?
     [ "$code" = "$wanted" ] || fail "gbdriver-cli.exe $command ends with $code: $(cat command.log)"
 }
@@ -24,7 +24,7 @@ useCommandLine() {
     holds "$(cat answer.log)" "consistent: " "$1, command line: verdict of the dump"
     cli read-ram "$1-cli-old.sav" --ram-size 32K
     same old.sav "$1-cli-old.sav" "$1, command line: save read"
-    cli write-ram new.sav --ram-size 32K --backup "$files\\$1-backups"
+    cli write-ram new.sav --ram-size 32K --backup "$files$1-backups"
     same old.sav "$(echo "$1-backups"/*.sav)" "$1, command line: backup of the old save"
     cli read-ram "$1-cli-new.sav" --ram-size 32K
     same new.sav "$1-cli-new.sav" "$1, command line: save written and read back"

@@ -46,7 +46,8 @@ checkProgram() {
         "$packageVersion" ] || fail "$2: the version in numbers is another"
     wrestool -x -t14 "$1" >program.ico
     icons=$(icotool -l program.ico | grep -o 'width=[0-9]*' | xargs)
-    [ "$icons" = "width=256 width=64 width=48 width=32 width=16" ] || fail "$2: icons of $icons"
+    [ "$icons" = "width=16 width=22 width=24 width=32 width=48 width=64 width=128 width=256" ] ||
+        fail "$2: icons of $icons"
     subsystem=$(x86_64-w64-mingw32-objdump -p "$1" | sed -n 's/^Subsystem.*(\(.*\))$/\1/p')
     [ "$subsystem" = "$3" ] || fail "$2 is a program of the kind $subsystem"
     ok "$2: version in numbers, icon, kind of program"

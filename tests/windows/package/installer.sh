@@ -4,7 +4,7 @@ listFiles() { find "$WINEPREFIX/drive_c" -printf '%P\n' | LC_ALL=C sort; }
 
 # The user's part of the registry.
 listRegistry() {
-    "$wine" reg export HKCU "$files\\registry.reg" /y >/dev/null 2>&1 ||
+    "$wine" reg export HKCU "${files}registry.reg" /y >/dev/null 2>&1 ||
         fail "the registry cannot be read"
     iconv -f UTF-16 -t UTF-8 registry.reg | tr -d '\r'
 }

@@ -40,7 +40,7 @@ reportIn() {
 }
 
 # readerInProcess SAVE: the reader in the program; its cartridge keeps its save in that file.
-readerInProcess() { echo "cart=$files\\cart.gb,save=$files\\$1,flash=8,label=READER"; }
+readerInProcess() { echo "cart=${files}cart.gb,save=$files$1,flash=8,label=READER"; }
 
 # Mounts a reader whose cartridge keeps its save in mounted.sav.
 startReader() {

@@ -1,4 +1,6 @@
-# Parts of package_test.sh: a hand on the window of gbdriver.exe, and an eye on its log.
+# Parts of package_test.sh, here and for Linux: a hand on the program's window, and an eye on its log.
+# The folder of the files that its dialogs are told, as the program names it and with its last
+# separator, is $files.
 
 title="GB Driver 3.0 build"
 # The shortcuts of the buttons.
@@ -55,7 +57,7 @@ runJob() {
     press "$1"
     waitFor 60 isThere "$2" || fail "no dialog \"$2\""
     focus "$2"
-    xdotool type "$files\\$3"
+    xdotool type "$files$3"
     xdotool key Return
     waitFor 60 isGone "$2" || fail "the dialog \"$2\" stays"
     jobs=$((jobs + 1))
