@@ -429,7 +429,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The cartridge is being written. If no answer ever comes, unplug the reader: that ends the job, and the cartridge is then partly written.</source>
-        <translation>正在写入卡带。如果读写器始终没有响应，请拔下读写器：任务会随之结束，但卡带中只写入了一部分内容。</translation>
+        <translation>正在写入卡带。如果读写器始终没有响应，请拔下读写器：任务会随之结束，但届时卡带只写入了一部分内容。</translation>
     </message>
 </context>
 <context>
@@ -580,7 +580,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>See that the settings are right and that the contacts are clean.</source>
-        <translation>请确认设置正确，触点清洁。</translation>
+        <translation>请确认设置正确、触点清洁。</translation>
     </message>
     <message>
         <source>Choose 128 K.</source>
@@ -851,7 +851,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>Maybe no insert cart or it&apos;s a black cart.</source>
-        <translation>可能没有插入卡带，或是无法识别的卡带。</translation>
+        <translation>可能没有插入卡带，或插入的是无法识别的卡带。</translation>
     </message>
     <message>
         <source>Also try:</source>
@@ -1356,7 +1356,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The chip is erased as a whole, and a backup of %1 bytes may be only a part of it: up to %2 can be in it.</source>
-        <translation>擦除会清空整个芯片，而 %1 字节的备份可能只是其中一部分：芯片中最多可有 %2 字节。</translation>
+        <translation>擦除会清空整个芯片，而 %1 字节的备份可能只是其中一部分：芯片中最多可能有 %2 字节的数据。</translation>
     </message>
     <message>
         <source>The chip has %2 bytes, and what is read of it repeats its first %1: so it reads behind another mapper than the one that was chosen, and a backup would be a part of it.</source>
@@ -1400,7 +1400,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The write was not begun; the cartridge was read, which also writes to its bus.</source>
-        <translation>尚未开始写入；已读取卡带，而读取本身也会向卡带总线写入。</translation>
+        <translation>未开始写入；已读取卡带，而读取本身也会向卡带总线写入。</translation>
     </message>
     <message>
         <source>The cartridge may be partly written.</source>
@@ -1584,7 +1584,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>%1 does not hold what was written to it; the disk is not to be trusted.</source>
-        <translation>%1 的内容与保存的数据不符；此磁盘不可信任。</translation>
+        <translation>%1 的内容与保存的数据不符；此磁盘不可靠。</translation>
     </message>
     <message>
         <source>Cannot read %1: it is a folder.</source>
@@ -1632,7 +1632,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>It was written, but it could not be read back, so nobody knows whether it is right.</source>
-        <translation>已写入，但无法回读，因此不知道写入的内容是否正确。</translation>
+        <translation>已写入，但无法回读，因此无法确定写入的内容是否正确。</translation>
     </message>
     <message>
         <source>The cartridge does not hold what was written.</source>
