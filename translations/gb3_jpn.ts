@@ -33,7 +33,7 @@
     </message>
     <message>
         <source>not read twice: %1</source>
-        <translation>2 回目を読み出していません: %1</translation>
+        <translation>2 回目の読み出しは完了していません: %1</translation>
     </message>
     <message>
         <source>The first read is in %1.</source>
@@ -130,27 +130,27 @@
     </message>
     <message>
         <source>bank %1 of %2</source>
-        <translation>全 %2 個中のバンク %1 のみ</translation>
+        <translation>全 %2 バンク中のバンク %1 のみ</translation>
     </message>
     <message>
         <source>banks %1 of %2</source>
-        <translation>全 %2 個中のバンク %1</translation>
+        <translation>全 %2 バンク中のバンク %1</translation>
     </message>
     <message>
         <source>4 KiB block %1 of %2</source>
-        <translation>全 %2 個中の 4 KiB ブロック %1 のみ</translation>
+        <translation>全 %2 ブロック中の 4 KiB ブロック %1 のみ</translation>
     </message>
     <message>
         <source>4 KiB blocks %1 of %2</source>
-        <translation>全 %2 個中の 4 KiB ブロック %1</translation>
+        <translation>全 %2 ブロック中の 4 KiB ブロック %1</translation>
     </message>
     <message>
         <source>64 KiB block %1 of %2</source>
-        <translation>全 %2 個中の 64 KiB ブロック %1 のみ</translation>
+        <translation>全 %2 ブロック中の 64 KiB ブロック %1 のみ</translation>
     </message>
     <message>
         <source>64 KiB blocks %1 of %2</source>
-        <translation>全 %2 個中の 64 KiB ブロック %1</translation>
+        <translation>全 %2 ブロック中の 64 KiB ブロック %1</translation>
     </message>
     <message>
         <source>%1 of %2 bytes, at %3</source>
@@ -158,7 +158,7 @@
     </message>
     <message>
         <source>%1 of %2 bytes, from %3 to %4</source>
-        <translation>全 %2 バイト中の %1 バイト、位置 %3 から %4</translation>
+        <translation>全 %2 バイト中の %1 バイト、位置 %3 から %4 の間</translation>
     </message>
 </context>
 <context>
@@ -179,7 +179,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>Does the system not call it removable, declare its folder:</source>
-        <translation>システムがリムーバブルと認識しない場合は、フォルダーを指定してください:</translation>
+        <translation>システムがリムーバブルと認識しない場合は、次のようにフォルダーを指定してください:</translation>
     </message>
     <message>
         <source>May you write there? A mount made by root needs the option uid=.</source>
@@ -436,11 +436,11 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     <name>Judgement</name>
     <message>
         <source>%1 of %2 bytes were written</source>
-        <translation>%2 バイト中 %1 バイトだけ書き込みました</translation>
+        <translation>書き込めたのは %2 バイト中 %1 バイトです</translation>
     </message>
     <message>
         <source>%1 of %2 bytes arrived</source>
-        <translation>%2 バイト中 %1 バイトだけ届きました</translation>
+        <translation>届いたのは %2 バイト中 %1 バイトです</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -460,11 +460,11 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>only the first %1 of %2 bytes of the file, read back and equal</source>
-        <translation>ファイル %2 バイトのうち先頭の %1 バイトだけ、読み戻して一致を確認</translation>
+        <translation>ファイル %2 バイトのうち先頭の %1 バイトだけを書き込み、読み戻して一致を確認</translation>
     </message>
     <message>
         <source>only the first %1 of %2 bytes of the file; nothing was read back and compared</source>
-        <translation>ファイル %2 バイトのうち先頭の %1 バイトだけ、読み戻しての比較は未実施</translation>
+        <translation>ファイル %2 バイトのうち先頭の %1 バイトだけを書き込み、読み戻しての比較は未実施</translation>
     </message>
     <message>
         <source>verified: %1</source>
@@ -1011,7 +1011,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>nameless reader</source>
-        <translation>無名のリーダー</translation>
+        <translation>名前のないリーダー</translation>
     </message>
     <message>
         <source>This reader and its cartridge exist only in this program. Opens the menu of all actions.</source>
@@ -1031,7 +1031,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>Asks the job that runs to stop where nothing is left half done.</source>
-        <translation>実行中の処理を、中途半端な状態にならないところで中止します。</translation>
+        <translation>実行中の処理に、中途半端な状態にならないところで中止するよう求めます。</translation>
     </message>
     <message>
         <source>Info</source>
@@ -1290,7 +1290,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The window stays open, for you to read this. Close it again.</source>
-        <translation>この内容を読めるように、ウィンドウは開いたままにしています。閉じるには、もう一度操作してください。</translation>
+        <translation>この内容を読めるように、ウィンドウは開いたままにしています。読み終えたら、もう一度ウィンドウを閉じてください。</translation>
     </message>
 </context>
 <context>
@@ -1320,7 +1320,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The game table names another kind of save memory than was chosen; the wrong commands can destroy what a read with them does not show.</source>
-        <translation>ゲームデータベースのセーブタイプが、選択したセーブタイプと異なります。誤ったコマンドは、そのコマンドの読み出しでは見えないデータを壊すことがあります。</translation>
+        <translation>ゲームデータベースのセーブタイプが、選択したセーブタイプと異なります。誤ったコマンドを使うと、そのコマンドの読み出しでは見えないデータが壊れることがあります。</translation>
     </message>
     <message>
         <source>The cartridge names another size of its save memory than was chosen; the write would leave out a part of it or go over another.</source>
@@ -1400,7 +1400,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>The write was not begun; the cartridge was read, which also writes to its bus.</source>
-        <translation>書き込みは開始していません。カートリッジは読み出しました (読み出しでもバスへの書き込みは行われます)。</translation>
+        <translation>書き込みは開始していません。カートリッジの読み出しは行いました (読み出しでもバスへの書き込みは行われます)。</translation>
     </message>
     <message>
         <source>The cartridge may be partly written.</source>
@@ -1484,7 +1484,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>everything from byte %1 repeats what is before: two copies, or a smaller save memory</source>
-        <translation>バイト位置 %1 以降は、それより前の内容の繰り返しです (同じ内容が 2 つあるか、セーブ用メモリがもっと小さい)</translation>
+        <translation>バイト位置 %1 以降は、それより前の内容の繰り返しです (同じ内容が 2 つあるか、セーブ用メモリが実際にはもっと小さい)</translation>
     </message>
     <message>
         <source>%1 (%2)</source>
@@ -1524,7 +1524,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>There is no mapper script &quot;%1&quot;. Install the mapper folder beside the program.</source>
-        <translation>マッパースクリプト「%1」がありません。プログラムと同じ場所に mapper フォルダーをインストールしてください。</translation>
+        <translation>マッパースクリプト「%1」がありません。プログラムと同じ場所に mapper フォルダーを置いてください。</translation>
     </message>
     <message>
         <source>The file cannot be opened.</source>
@@ -1560,7 +1560,7 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
     </message>
     <message>
         <source>Only %1 of %2 bytes were transferred.</source>
-        <translation>%2 バイト中 %1 バイトだけ転送しました。</translation>
+        <translation>%2 バイト中 %1 バイトしか転送されませんでした。</translation>
     </message>
     <message>
         <source>Cannot write %1: fewer bytes were written than there are</source>
