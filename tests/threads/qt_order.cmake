@@ -5,7 +5,7 @@ list(TRANSFORM wrapped REPLACE ".*__real_(_ZN[A-Za-z0-9_]+)\\(?.*" "-Wl,--wrap=\
 list(REMOVE_DUPLICATES wrapped)
 
 add_library(gbdriver_qt_order STATIC "${CMAKE_CURRENT_LIST_DIR}/qt_order.cpp")
-target_link_libraries(gbdriver_qt_order PRIVATE Qt5::Core)
+target_link_libraries(gbdriver_qt_order PRIVATE Qt::Core)
 target_compile_options(gbdriver_qt_order PRIVATE -fsanitize=thread)
 target_link_options(gbdriver_options INTERFACE ${wrapped})
 target_link_libraries(gbdriver_options INTERFACE gbdriver_qt_order)
