@@ -6,12 +6,15 @@
 #include <QTextCodec>
 #include <QVector>
 
-// The encodings that can be chosen.
+// The encodings that can be chosen. Not every Qt knows the last one.
 inline QVector<const char *> localeCodecs()
 {
+    QVector<const char *> codecs{"UTF-8"};
     if (qVersion()[0] == '5')
-        return {"UTF-8", "ISO-8859-1", "US-ASCII"};
-    return {"UTF-8"};
+        codecs << "ISO-8859-1";
+    if (qVersion()[0] == '5' && QTextCodec::codecForName("US-ASCII") != nullptr)
+        codecs << "US-ASCII";
+    return codecs;
 }
 
 // A text that the encoding does not hold: of UTF-8 half a character.
