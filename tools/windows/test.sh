@@ -44,7 +44,7 @@ fi
 [ $# = 0 ] || exit 0
 
 # The virtual reader on a mount is a Linux program, and so are the tests that drive a window on it.
-cmake --preset release -B "$build/native" >/dev/null
+cmake --preset release -B "$build/native" -DGBDRIVER_TESTS=ON >/dev/null
 cmake --build "$build/native" --target gbdriver-virtual-reader gbdriver-cli mapper_scripts e2e_tests
 tests/windows/window_on_mount_test.sh "$build" "$build/native"
 tools/windows/package.sh "$build"
