@@ -1030,8 +1030,8 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
         <translation>取消</translation>
     </message>
     <message>
-        <source>Asks the job that runs to stop where nothing is left half done.</source>
-        <translation>请求当前任务停止，且不留下只完成一半的操作</translation>
+        <source>Asks the job that runs to stop; the log says how it leaves the cartridge.</source>
+        <translation>请求当前任务停止；日志会说明卡带处于什么状态</translation>
     </message>
     <message>
         <source>Info</source>

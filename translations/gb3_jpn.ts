@@ -1030,8 +1030,8 @@ shows both, and &quot;udisksctl mount -b /dev/sdX1&quot; mounts one.</source>
         <translation>キャンセル</translation>
     </message>
     <message>
-        <source>Asks the job that runs to stop where nothing is left half done.</source>
-        <translation>実行中の処理に、中途半端な状態にならないところで中止するよう求めます。</translation>
+        <source>Asks the job that runs to stop; the log says how it leaves the cartridge.</source>
+        <translation>実行中の処理に中止を求めます。カートリッジがどのような状態になったかはログに表示されます。</translation>
     </message>
     <message>
         <source>Info</source>

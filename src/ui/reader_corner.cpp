@@ -78,9 +78,10 @@ ReaderCorner::ReaderCorner(QWidget *parent) : QToolButton(parent)
     auto *menu = new QMenu(this);
     menu->setToolTipsVisible(true);
     addButtonActions(menu);
-    cancelAction = addTo(menu, tr("Cancel"),
-                         tr("Asks the job that runs to stop where nothing is left half done."),
-                         Qt::CTRL | Qt::Key_Period);
+    cancelAction =
+        addTo(menu, tr("Cancel"),
+              tr("Asks the job that runs to stop; the log says how it leaves the cartridge."),
+              Qt::CTRL | Qt::Key_Period);
     menu->addSeparator();
     addFurtherActions(menu);
     menu->addSeparator();

@@ -41,7 +41,8 @@ while read -r folder; do
     printf 'RMDir "$INSTDIR\\%s"\n' "${folder//\//\\}" >>"$removes"
 done < <(cd "$files" && find . -mindepth 1 -type d -printf '%P\n' | LC_ALL=C sort -r)
 
-makensis -V2 -NOCD "-DVERSION=$version" "-DICON=$build/packaging/windows/gbdriver.ico" \
+makensis -V2 -WX -INPUTCHARSET UTF8 -NOCD "-DVERSION=$version" "-DLANGUAGES=$files/languages" \
+    "-DICON=$build/packaging/windows/gbdriver.ico" \
     "-DINSTALL_LIST=$installs" "-DREMOVE_LIST=$removes" "-DOUTPUT=$build/package/$name-setup.exe" \
     "$source/packaging/windows/installer.nsi"
 du -b "$build/package/$name.zip" "$build/package/$name-setup.exe"

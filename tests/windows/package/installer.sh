@@ -9,8 +9,9 @@ listRegistry() {
     iconv -f UTF-16 -t UTF-8 registry.reg | tr -d '\r'
 }
 
+# install [OPTION...]
 install() {
-    "$wine" "$installer" /S || fail "the installer ends with $?"
+    "$wine" "$installer" /S "$@" || fail "the installer ends with $?"
     installed=$(find "$WINEPREFIX/drive_c/users" -type d -path '*/Programs/Velora Cartridge Driver')
     [ -n "$installed" ] || fail "nothing is installed"
     shortcut=$(find "$WINEPREFIX/drive_c/users" -name 'Velora Cartridge Driver.lnk')
@@ -48,6 +49,35 @@ useInstalled() {
     ok "installed program started from the Start menu"
 }
 
+# expectLanguage FILE: that translation and no other lies beside the program; none without FILE.
+expectLanguage() {
+    sameLines "${1:-}" "$(cd "$installed" && find . -maxdepth 1 -name '*.qm' -printf '%P\n')" \
+        "installed language: ${1:-English}"
+    [ $# = 0 ] || same "$programs/languages/$1" "$installed/$1" "its translation is that of the zip"
+}
+
+# The installer is used again to choose another language; without a choice it keeps what is there.
+useLanguages() {
+    local title="GB Driver 3.0 ビルド" started="GB/GBC/GBA 用 Velora Driver Series 3.0"
+    install /LANGUAGE=ja
+    expectLanguage gb3_jpn.qm
+    GBDRIVER_VIRTUAL_READER=demo openWindow "$wine" start /wait /unix "$shortcut"
+    press $infoButton
+    expectLog 1 "タイトル: DEMO CARTRIDGE"
+    closeWindow
+    install
+    expectLanguage gb3_jpn.qm
+    install /LANGUAGE=zh
+    expectLanguage gb3_chs.qm
+    "$wine" "$installer" /S /LANGUAGE=fr && fail "a language that is not there is installed"
+    expectLanguage gb3_chs.qm
+    install /LANGUAGE=en
+    expectLanguage
+    install
+    expectLanguage
+    install /LANGUAGE=zh
+}
+
 checkNothingIsLeft() {
     local left
     # The uninstaller's copy in the temporary folder is for the system to delete.
@@ -66,6 +96,7 @@ useInstaller() {
     install
     checkInstalled
     useInstalled
+    useLanguages
     uninstall
     checkNothingIsLeft
 

@@ -3,6 +3,7 @@
 # separator, is $files.
 
 title="GB Driver 3.0 build"
+started="Velora Driver Series"
 # The shortcuts of the buttons.
 infoButton=ctrl+i dumpButton=ctrl+d flashButton=ctrl+f readRamButton=ctrl+r writeRamButton=ctrl+w
 # What the window begins a judgement with, about jobs that have ended well.
@@ -72,7 +73,7 @@ openWindow() {
     "$@" >window.log 2>&1 &
     window=$!
     jobs=0
-    expectLog 1 "Velora Driver Series"
+    expectLog 1 "$started"
 }
 
 # A picture and the log of a window that does not do what it should, beside the words.
