@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
+#include <QSessionManager>
 #include <QTranslator>
 
 #include <cstdio>
@@ -42,6 +43,18 @@ QIcon programIcon()
     return icon;
 }
 
+// While a job runs, the window has the desktop session go on that was to end, and closes behind the
+// job. Qt 5 would do so of itself, Qt 6 leaves it to the program.
+void askSessionToWait(const TabDialog &dialog)
+{
+    const auto closeOrCancel = [&dialog](QSessionManager &session) {
+        QApplication::closeAllWindows();
+        if (dialog.isVisible())
+            session.cancel();
+    };
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, closeOrCancel);
+}
+
 int runWindow(int &argc, char **argv)
 {
     askForHighDpi();
@@ -55,6 +68,7 @@ int runWindow(int &argc, char **argv)
     installTranslation(QCoreApplication::applicationDirPath(), &translator);
     TabDialog dialog(fileName);
     const EndSignals endSignals([&dialog] { dialog.endProgram(); });
+    askSessionToWait(dialog);
     dialog.show();
     const int code = QApplication::exec();
     if (dialog.hasLeftJob())

@@ -2,6 +2,7 @@
 // file is whole, and nothing is left behind.
 #include "cartridge_files.h"
 #include "driven_window.h"
+#include "session_manager.h"
 #include "test_class.h"
 
 #include <QElapsedTimer>
@@ -35,6 +36,7 @@ private slots:
     void cleanup()
     {
         m_window.reset();
+        m_session.reset();
         m_reader.reset();
         m_files.reset();
     }
@@ -106,6 +108,46 @@ private slots:
         QCOMPARE(m_window->close(), QString());
     }
 
+    void sessionEndsWithAWindowAtRest()
+    {
+        startInSession(m_files->addImage(0x19, kDumpSize, 0, 1), {}, kRom8M);
+        m_session->say("end");
+        QCOMPARE(m_session->answer(), QString("saved"));
+        m_session->say("die");
+        QCOMPARE(m_session->answer(), QString("left"));
+        QCOMPARE(m_window->waitForEnd(), QString());
+        QCOMPARE(m_reader->unmount(), QString());
+    }
+
+    // The user who logs out is told that the window is still at work; some desktops end all the
+    // same.
+    void sessionWaitsForAFlash_data()
+    {
+        QTest::addColumn<bool>("isForced");
+        QTest::newRow("the session goes on") << false;
+        QTest::newRow("the session ends all the same") << true;
+    }
+    void sessionWaitsForAFlash()
+    {
+        QFETCH(bool, isForced);
+        const QString old = m_files->addImage(0x19, kFlashSize, 0, 1);
+        const QString game = m_files->addImage(0x19, kFlashSize, 0, 2);
+        startInSession(old, {"--flash", "8"}, kRom1M);
+        holdReaderIn(WindowButton::Flash, "Get ROM File.", game, "gb-program-8");
+        QVERIFY(programmedBytes() < static_cast<int>(kFlashSize));
+        m_session->say("end");
+        QCOMPARE(m_session->answer(), QString("cancelled"));
+        if (isForced)
+            m_session->say("die");
+        QCOMPARE(::kill(pid(m_reader->processId()), SIGCONT), 0);
+        QCOMPARE(m_session->answer(), QString("left"));
+        QCOMPARE(m_window->waitForEnd(), QString());
+
+        QCOMPARE(programmedBytes(), static_cast<int>(kFlashSize));
+        QCOMPARE(m_window->backups(), QList<QByteArray>{contentOf(old)});
+        QCOMPARE(m_reader->unmount(), QString());
+    }
+
 private:
     static pid_t pid(qint64 process) { return static_cast<pid_t>(process); }
 
@@ -116,11 +158,22 @@ private:
         QTest::newRow("SIGHUP") << SIGHUP;
     }
 
+    void startInSession(const QString &cart, const QStringList &options,
+                        const QStringList &settings)
+    {
+        m_session = std::make_unique<SessionManager>();
+        QCOMPARE(m_session->start(), QString());
+        m_window = std::make_unique<DrivenWindow>(m_session->starter());
+        start(cart, options, settings);
+        QCOMPARE(m_session->answer(), QString("joined"));
+    }
+
     void start(const QString &cart, const QStringList &options, const QStringList &settings)
     {
         m_reader = std::make_unique<MountedReader>();
         QCOMPARE(m_reader->start(cart, QString(), options), QString());
-        m_window = std::make_unique<DrivenWindow>();
+        if (m_window == nullptr)
+            m_window = std::make_unique<DrivenWindow>();
         QCOMPARE(m_window->start(*m_reader), QString());
         m_window->pressInSettings(settings);
     }
@@ -161,6 +214,7 @@ private:
 
     std::unique_ptr<CartridgeFiles> m_files;
     std::unique_ptr<MountedReader> m_reader;
+    std::unique_ptr<SessionManager> m_session;
     std::unique_ptr<DrivenWindow> m_window;
 };
 
