@@ -2,6 +2,7 @@
 // takes the name of another, nothing waits for it, and no time that is told runs backwards.
 #include "program_run.h"
 #include "test_class.h"
+#include "wild_clock.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -115,11 +116,9 @@ private:
     ProgramResult run(const QString &words, int step)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("LD_PRELOAD", WILD_CLOCK_LIBRARY);
-        environment.insert("WILD_CLOCK_STEP", QString::number(step));
-        // The sanitizer wants to be the first library; the clock calls nothing of it.
-        environment.insert("ASAN_OPTIONS",
-                           environment.value("ASAN_OPTIONS") + ":verify_asan_link_order=0");
+        const QMap<QString, QString> clock = wildClock(step);
+        for (auto it = clock.begin(); it != clock.end(); ++it)
+            environment.insert(it.key(), it.value());
         environment.remove("GBDRIVER_DRIVES");
         environment.insert("GBDRIVER_VIRTUAL_READER", "cart=" + m_folder->path("cart.gb") +
                                                           ",save=" + m_folder->path("chip.sav"));
