@@ -41,6 +41,8 @@ bool setPart(const std::string &name, const std::string &text, VirtualReaderRequ
         return parseCount(text, &request->setup.config.fault.failedCommand);
     else if (name == "pull-out")
         return parseCount(text, &request->setup.config.fault.pulledAt);
+    else if (name == "timing")
+        return parseTiming(text, &request->setup.config.timing);
     else
         return setCartridgePart(name, text, request);
     return !text.empty();
@@ -62,7 +64,8 @@ std::string explain(const std::string &what)
     std::string text =
         std::string(kVirtualReaderVariable) + ": " + what +
         "; it takes demo, cart=FILE or cart=none, then save=FILE, label=TEXT, "
-        "drive=LETTER, identity=TEXT, strict=0 or strict=1, fail-command=NUMBER, pull-out=NUMBER";
+        "drive=LETTER, identity=TEXT, strict=0 or strict=1, fail-command=NUMBER, pull-out=NUMBER, "
+        "timing=full-speed or timing=BYTES:MICROSECONDS";
     for (const CartridgeOptionRow &row : cartridgeOptionRows())
         text += std::string(", ") + row.name + "=" + row.value;
     return text + ", separated by commas";

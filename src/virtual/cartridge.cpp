@@ -32,6 +32,8 @@ bool Cartridge::gbaSaveErase()
     return false;
 }
 
+void Cartridge::passTime(std::uint64_t) {}
+
 void Cartridge::powerCycle() {}
 
 ByteVector Cartridge::romImage() const

@@ -2,7 +2,7 @@
 //
 // The reader knows a cartridge only by its buses. A cartridge answers the buses that it has; the
 // defaults here are those of one that is not wired to the bus at all. Time does not pass by itself:
-// chips that are busy for a while count accesses.
+// chips that are busy for a while count accesses, or what the reader says has passed.
 #pragma once
 
 #include "virtual/block_format.h"
@@ -44,6 +44,9 @@ public:
                               std::uint32_t length);
     // Erases a FLASH save chip. Returns: false if there is none.
     virtual bool gbaSaveErase();
+
+    // So much time has passed.
+    virtual void passTime(std::uint64_t microseconds);
 
     // The supply is cut and comes back, as when the cartridge is taken out and put in again: chips
     // and mappers start afresh, what a chip was at work on is cut off. Saves stay.

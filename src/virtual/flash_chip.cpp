@@ -166,7 +166,14 @@ void FlashChip::startErase()
         startWork(1);
         return;
     }
+    if (m_behaviour.takesTime)
+        m_microsecondsLeft = std::uint64_t{m_facts.sectorEraseMicroseconds} * m_sectors.size();
     startWork(m_behaviour.erasePolls);
+}
+
+void FlashChip::passTime(std::uint64_t microseconds)
+{
+    m_microsecondsLeft -= std::min(m_microsecondsLeft, microseconds);
 }
 
 void FlashChip::startProgram(std::uint32_t cell, std::uint8_t value)
@@ -183,7 +190,8 @@ void FlashChip::startWork(unsigned polls)
     m_pollsLeft = polls;
     m_timedOut = false;
     m_lastRead.reset();
-    if (polls == 0 && !(m_behaviour.eraseNeverEnds && !m_sectors.empty()))
+    if (polls == 0 && m_microsecondsLeft == 0 &&
+        !(m_behaviour.eraseNeverEnds && !m_sectors.empty()))
         finishWork();
 }
 
@@ -211,6 +219,7 @@ void FlashChip::powerCycle()
 {
     if (m_state == State::Busy)
         cutEraseOff();
+    m_microsecondsLeft = 0;
     m_sectors.clear();
     m_state = State::Read;
     m_bank = 0;
@@ -234,7 +243,7 @@ bool FlashChip::pollFinds(std::uint32_t address)
 {
     const bool sameRun = m_lastRead.has_value() && address == *m_lastRead + 1;
     m_lastRead = address;
-    if (sameRun)
+    if (sameRun || m_microsecondsLeft != 0)
         return true;
     if (m_pollsLeft > 0) {
         --m_pollsLeft;

@@ -3,8 +3,9 @@
 // Programming only clears bits; erasing sets all bits of a sector or of the chip. Both take a while
 // in which reads show status bits and writes are ignored: bit 7 is the inverse of the programmed
 // byte's, or 0 while erasing, bit 6 toggles with every read, bit 3 says that an erase has begun,
-// bit 5 that it has failed. Time passes by polls alone: a run of reads at rising addresses is one
-// poll, however long, so the transfers of a host count as they look to it.
+// bit 5 that it has failed. Unless it is told to take time, time passes by polls alone: a run of
+// reads at rising addresses is one poll, however long, so the transfers of a host count as they
+// look to it.
 //
 // Left out: erase suspend, pages and write buffers, protection of single sectors.
 // Source: data sheets of the Am29F040B and Am29LV160D; JESD68, "Common Flash Interface"; GBATEK,
@@ -32,6 +33,7 @@ struct FlashChipFacts {
     std::uint8_t makerId;
     std::uint8_t deviceId;
     bool hasBanks; // 64 KiB are visible, a command switches between them
+    std::uint32_t sectorEraseMicroseconds = 0; // typical time of its data sheet
 };
 
 // How this one behaves.
@@ -43,6 +45,8 @@ struct FlashChipBehaviour {
     bool writeProtected = false;
     // After erasePolls bit 5 shows; only 0xF0 ends it.
     bool eraseNeverEnds = false;
+    // An erase takes the time of the data sheet before erasePolls counts.
+    bool takesTime = false;
     // In the query table, instead of the true one.
     std::optional<std::uint8_t> sizeCode = std::nullopt;
 };
@@ -56,6 +60,9 @@ public:
     // One bus cycle. Address lines beyond the chip's are ignored.
     std::uint8_t read(std::uint32_t address);
     void write(std::uint32_t address, std::uint8_t value);
+
+    // So much time has passed outside.
+    void passTime(std::uint64_t microseconds);
 
     // The supply fails and comes back. An erase at work is cut off: of its sectors some are erased,
     // one is all zero, as chips make it first, and the others are untouched.
@@ -125,6 +132,7 @@ private:
     std::uint8_t m_value = 0;
     unsigned m_workPolls = 0; // of the whole work
     unsigned m_pollsLeft = 0;
+    std::uint64_t m_microsecondsLeft = 0; // before the polls count
     bool m_timedOut = false;
     std::uint8_t m_toggle = 0;
     std::optional<std::uint32_t> m_lastRead; // since the work began

@@ -49,6 +49,12 @@ bool GbCartridge::loadSave(const ByteVector &image)
     return true;
 }
 
+void GbCartridge::passTime(std::uint64_t microseconds)
+{
+    if (m_flash != nullptr)
+        m_flash->passTime(microseconds);
+}
+
 void GbCartridge::powerCycle()
 {
     if (m_flash != nullptr)

@@ -43,6 +43,7 @@ public:
     ByteVector saveImage() const override { return m_ram; }
     bool loadSave(const ByteVector &image) override;
     std::uint64_t saveChanges() const override { return m_saveChanges; }
+    void passTime(std::uint64_t microseconds) override;
     // Mappers reset their registers as well.
     void powerCycle() override;
 

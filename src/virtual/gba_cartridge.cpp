@@ -50,6 +50,12 @@ std::uint64_t GbaCartridge::saveChanges() const
     return m_saveChip == nullptr ? 0 : m_saveChip->changes();
 }
 
+void GbaCartridge::passTime(std::uint64_t microseconds)
+{
+    if (m_saveChip != nullptr)
+        m_saveChip->passTime(microseconds);
+}
+
 void GbaCartridge::powerCycle()
 {
     if (m_saveChip != nullptr)

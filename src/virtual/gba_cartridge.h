@@ -30,6 +30,7 @@ public:
     ByteVector saveImage() const override;
     bool loadSave(const ByteVector &image) override;
     std::uint64_t saveChanges() const override;
+    void passTime(std::uint64_t microseconds) override;
     void powerCycle() override;
 
 private:

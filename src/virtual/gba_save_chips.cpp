@@ -22,7 +22,8 @@ constexpr FlashChipFacts flashFacts(std::uint32_t size, std::uint8_t maker, std:
             0 /* ids byte by byte */,
             maker,
             device,
-            size > kSaveSpace};
+            size > kSaveSpace,
+            4400 /* 70 ms for the 16 sectors of a 39VF512 */};
 }
 // An SST chip and a Macronix chip.
 constexpr FlashChipFacts kFlash64k = flashFacts(64 * kKiB, 0xBF, 0xD4);

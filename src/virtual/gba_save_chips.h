@@ -26,6 +26,7 @@ public:
     virtual bool write(SaveKind routine, std::uint32_t address, const std::uint8_t *source,
                        std::uint32_t length) = 0;
     virtual bool erase() { return false; }
+    virtual void passTime(std::uint64_t /*microseconds*/) {}
     virtual void powerCycle() {}
 
     virtual const ByteVector &contents() const = 0;
@@ -70,6 +71,7 @@ public:
     bool write(SaveKind routine, std::uint32_t address, const std::uint8_t *source,
                std::uint32_t length) override;
     bool erase() override;
+    void passTime(std::uint64_t microseconds) override { m_chip.passTime(microseconds); }
     void powerCycle() override { m_chip.powerCycle(); }
     const ByteVector &contents() const override { return m_chip.contents(); }
     bool load(const ByteVector &contents) override { return m_chip.load(contents); }

@@ -30,6 +30,12 @@ std::string refusalField(const std::string &refusal)
     return refusal.empty() ? std::string() : ",\"refused\":" + quoted(refusal);
 }
 
+// Only where the reader takes time.
+std::string timeField(const Operation &operation)
+{
+    return operation.microseconds == 0 ? std::string() : field("us", operation.microseconds);
+}
+
 std::string blockJson(const BlockRecord &block)
 {
     return "{\"class\":" + std::to_string(block.commandClass) + field("opcode", block.opcode) +
@@ -42,6 +48,7 @@ std::string blockJson(const BlockRecord &block)
 
 void addOperation(OperationCounters *counters, const Operation &operation)
 {
+    counters->microseconds += operation.microseconds;
     if (operation.kind == Operation::Kind::CommandRun) {
         ++counters->commandRuns;
         counters->blocks += operation.blocks.size();
@@ -62,12 +69,12 @@ std::string operationJson(const Operation &operation)
             "{\"op\":\"command\"" + field("bytes", operation.length) + ",\"blocks\":[";
         for (std::size_t i = 0; i < operation.blocks.size(); ++i)
             line += (i == 0 ? "" : ",") + blockJson(operation.blocks[i]);
-        return line + "]" + refusalField(operation.refusal) + "}";
+        return line + "]" + timeField(operation) + refusalField(operation.refusal) + "}";
     }
     const char *fileName = kReaderFileNames[static_cast<std::size_t>(operation.file)];
     return "{\"op\":\"read\",\"file\":" + quoted(fileName) + field("offset", operation.offset) +
            field("length", operation.length) + field("count", operation.count) +
-           ",\"unbuffered\":" + (operation.unbuffered ? "true" : "false") +
+           ",\"unbuffered\":" + (operation.unbuffered ? "true" : "false") + timeField(operation) +
            refusalField(operation.refusal) + "}";
 }
 

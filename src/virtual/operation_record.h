@@ -39,6 +39,8 @@ struct Operation {
     std::uint32_t length = 0; // as asked for; for a command run the size of the file
     std::uint32_t count = 0;  // bytes that came back
     bool unbuffered = false;
+    // Either: how long a real reader would take, see ReaderTiming; 0 without that model.
+    std::uint64_t microseconds = 0;
     // Either: why nothing of it was done; empty if it was served.
     std::string refusal;
 };
@@ -51,6 +53,7 @@ struct OperationCounters {
     std::uint64_t reads = 0; // served ones
     std::uint64_t bytesRead = 0;
     std::uint64_t refusedReads = 0;
+    std::uint64_t microseconds = 0; // of all operations
 };
 
 void addOperation(OperationCounters *counters, const Operation &operation);

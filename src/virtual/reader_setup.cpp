@@ -3,6 +3,8 @@
 #include "virtual/cartridge_factory.h"
 #include "virtual/image_generator.h"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace virtual_reader
@@ -40,6 +42,11 @@ std::unique_ptr<Cartridge> makeDemoCartridge(const CartridgeOptions &options, st
     return cartridge;
 }
 
+void sleepFor(std::uint64_t microseconds)
+{
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+}
+
 } // namespace
 
 std::unique_ptr<KeptReader> KeptReader::create(const ReaderSetup &setup, std::string *error)
@@ -49,17 +56,22 @@ std::unique_ptr<KeptReader> KeptReader::create(const ReaderSetup &setup, std::st
         *error = "identity \"" + setup.config.identity + "\": must have 16 bytes at most";
         return nullptr;
     }
+    VirtualReaderConfig config = setup.config;
+    CartridgeOptions options = setup.cartridge;
+    options.flashChip.takesTime = config.timing.isOn();
+    if (!config.wait)
+        config.wait = sleepFor;
     std::unique_ptr<Cartridge> cartridge;
     if (setup.demo)
-        cartridge = makeDemoCartridge(setup.cartridge, error);
+        cartridge = makeDemoCartridge(options, error);
     else if (!setup.cartPath.empty())
-        cartridge = loadCartridge(setup.cartPath, setup.cartridge, error);
+        cartridge = loadCartridge(setup.cartPath, options, error);
     else
         cartridge = std::make_unique<NoCartridge>();
     SaveFile save(setup.savePath);
     if (cartridge == nullptr || !save.load(cartridge.get(), error))
         return nullptr;
-    return std::make_unique<KeptReader>(std::move(cartridge), setup.config, std::move(save));
+    return std::make_unique<KeptReader>(std::move(cartridge), std::move(config), std::move(save));
 }
 
 KeptReader::KeptReader(std::unique_ptr<Cartridge> cartridge, VirtualReaderConfig config,

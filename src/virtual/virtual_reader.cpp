@@ -67,6 +67,7 @@ std::string VirtualReader::runRefusal()
 
 bool VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t size)
 {
+    const std::uint32_t oldLength = fileSize(ReaderFile::Command);
     m_commandFile.assign(bytes, bytes + size);
     Operation operation;
     operation.kind = Operation::Kind::CommandRun;
@@ -77,7 +78,7 @@ bool VirtualReader::commandFileWritten(const std::uint8_t *bytes, std::size_t si
         const std::size_t blockSize = std::min(kReaderBlockSize, size - offset);
         operation.blocks.push_back(executeBlock(m_commandFile.data() + offset, blockSize));
     }
-    record(std::move(operation));
+    finish(std::move(operation), oldLength);
     return isTaken;
 }
 
@@ -252,14 +253,14 @@ std::optional<std::uint32_t> VirtualReader::readFile(ReaderFile file, std::uint3
     else if (unbuffered && m_config.strictSectors && misaligned != 0)
         operation.refusal = "offset and length must be multiples of the sector size";
     if (!operation.refusal.empty()) {
-        record(std::move(operation));
+        finish(std::move(operation));
         return std::nullopt;
     }
     const std::uint32_t size = fileSize(file);
     const std::uint32_t count = offset < size ? std::min(length, size - offset) : 0;
     copyFile(file, offset, destination, count);
     operation.count = count;
-    record(std::move(operation));
+    finish(std::move(operation));
     return count;
 }
 
@@ -301,8 +302,12 @@ void VirtualReader::readGbaBus(std::uint32_t offset, std::uint8_t *destination, 
     }
 }
 
-void VirtualReader::record(Operation operation)
+void VirtualReader::finish(Operation operation, std::uint32_t oldLength)
 {
+    operation.microseconds = durationOf(operation, m_config.timing, oldLength);
+    m_cartridge->passTime(operation.microseconds);
+    if (operation.microseconds != 0 && m_config.wait)
+        m_config.wait(operation.microseconds);
     addOperation(&m_counters, operation);
     if (m_listener)
         m_listener(operation);

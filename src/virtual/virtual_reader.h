@@ -12,6 +12,7 @@
 #include "virtual/operation_record.h"
 #include "virtual/payload_decipher.h"
 #include "virtual/reader_files.h"
+#include "virtual/reader_timing.h"
 
 #include <functional>
 #include <memory>
@@ -38,6 +39,9 @@ struct VirtualReaderConfig {
     bool strictSectors = false;
     // Keep every operation in memory; counters run either way.
     bool keepOperations = true;
+    ReaderTiming timing;
+    // Called behind every operation that takes time; empty: nobody waits for it.
+    std::function<void(std::uint64_t microseconds)> wait;
     ReaderFault fault;
 };
 
@@ -105,7 +109,9 @@ private:
     void readBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
     void readGbaBus(std::uint32_t offset, std::uint8_t *destination, std::uint32_t count);
     std::string runRefusal();
-    void record(Operation operation);
+    // Passes the time that the operation takes, and keeps its record. `oldLength`: of the command
+    // file before.
+    void finish(Operation operation, std::uint32_t oldLength = 0);
 
     VirtualReaderConfig m_config;
     std::unique_ptr<Cartridge> m_cartridge;

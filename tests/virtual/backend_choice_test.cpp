@@ -58,7 +58,7 @@ void BackendChoiceTest::allPartsAreUnderstood()
     std::string error;
     QVERIFY(parseVirtualReaderRequest(
         "cart=/a b/c=d.gb,save=x.sav,label=MY LABEL,drive=k,identity=ABC_1,strict=1,"
-        "fail-command=3,pull-out=9",
+        "fail-command=3,pull-out=9,timing=40000000:125",
         &request, &error));
     QCOMPARE(request.setup.cartPath, std::string("/a b/c=d.gb"));
     QCOMPARE(request.setup.savePath, std::string("x.sav"));
@@ -68,6 +68,8 @@ void BackendChoiceTest::allPartsAreUnderstood()
     QVERIFY(request.setup.config.strictSectors);
     QCOMPARE(request.setup.config.fault.failedCommand, 3U);
     QCOMPARE(request.setup.config.fault.pulledAt, 9U);
+    QCOMPARE(request.setup.config.timing.bytesPerSecond, 40000000U);
+    QCOMPARE(request.setup.config.timing.transferMicroseconds, 125U);
     QVERIFY(!request.setup.demo);
 }
 
@@ -181,6 +183,7 @@ void BackendChoiceTest::badValuesAreExplained_data()
     QTest::newRow("strict") << QByteArray("demo,strict=yes") << "\"strict=yes\"";
     QTest::newRow("command") << QByteArray("demo,fail-command=x") << "\"fail-command=x\"";
     QTest::newRow("no command") << QByteArray("demo,pull-out=0") << "\"pull-out=0\"";
+    QTest::newRow("timing") << QByteArray("demo,timing=fast") << "\"timing=fast\"";
     QTest::newRow("long identity") << QByteArray("demo,identity=12345678901234567") << "16 bytes";
 }
 

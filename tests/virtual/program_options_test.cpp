@@ -52,9 +52,10 @@ private slots:
 void ProgramOptionsTest::mountOptions()
 {
     const Parsed parsed =
-        parse({"--mount", "/mnt/r", "--cart", "game.gb", "--save", "/var/a.sav", "--label", "L X",
-               "--identity", "ID", "--strict-sectors", "--fail-command", "7", "--pull-out", "0x10",
-               "--log", "log", "--background"});
+        parse({"--mount",          "/mnt/r",         "--cart", "game.gb",    "--save",
+               "/var/a.sav",       "--label",        "L X",    "--identity", "ID",
+               "--strict-sectors", "--fail-command", "7",      "--pull-out", "0x10",
+               "--timing",         "full-speed",     "--log",  "log",        "--background"});
     QVERIFY2(parsed.ok, parsed.error.c_str());
     const ProgramOptions &options = parsed.options;
     QCOMPARE(options.mount.mountPoint, std::string("/mnt/r"));
@@ -65,6 +66,7 @@ void ProgramOptionsTest::mountOptions()
     QVERIFY(options.setup.config.strictSectors);
     QCOMPARE(options.setup.config.fault.failedCommand, 7U);
     QCOMPARE(options.setup.config.fault.pulledAt, 16U);
+    QCOMPARE(options.setup.config.timing.bytesPerSecond, 900000U);
     QCOMPARE(QString::fromStdString(options.logPath), QDir::current().filePath("log"));
     QVERIFY(options.mount.background);
 }
@@ -78,6 +80,7 @@ void ProgramOptionsTest::defaults()
     QVERIFY(!parsed.options.setup.config.strictSectors);
     QCOMPARE(parsed.options.setup.config.fault.failedCommand, 0U);
     QCOMPARE(parsed.options.setup.config.fault.pulledAt, 0U);
+    QVERIFY(!parsed.options.setup.config.timing.isOn());
     QVERIFY(!parsed.options.mount.background);
     QVERIFY(parsed.options.logPath.empty());
     QCOMPARE(parsed.options.mount.label, std::string("VIRTUAL"));
@@ -176,6 +179,8 @@ void ProgramOptionsTest::mistakes_data()
                                << "--fail-command 0: not a NUMBER";
     QTest::newRow("command beyond 32 bits")
         << QStringList{"--mount", "/m", "--pull-out", "4294967296"} << "--pull-out 4294967296";
+    QTest::newRow("timing") << QStringList{"--mount", "/m", "--timing", "0:1"}
+                            << "--timing 0:1: not a MODEL";
     QTest::newRow("seed") << QStringList{"--make-image", "/i", "--seed", "1x"} << "--seed 1x";
 }
 
@@ -198,10 +203,10 @@ void ProgramOptionsTest::helpListsEveryOption()
 {
     QVERIFY(parse({"--help"}).ok);
     const QString usage = QString::fromStdString(programUsage());
-    for (const char *name :
-         {"--mount DIR", "--cart FILE", "--save FILE", "--strict-sectors", "--log FILE",
-          "--make-image FILE", "--seed NUMBER", "--background", "--system gb|gba", "--flash 8|16",
-          "--save-size SIZE", "--code TEXT", "--fail-command NUMBER", "--pull-out NUMBER"})
+    for (const char *name : {"--mount DIR", "--cart FILE", "--save FILE", "--strict-sectors",
+                             "--log FILE", "--make-image FILE", "--seed NUMBER", "--background",
+                             "--system gb|gba", "--flash 8|16", "--save-size SIZE", "--code TEXT",
+                             "--fail-command NUMBER", "--pull-out NUMBER", "--timing MODEL"})
         QVERIFY2(usage.contains(QString("\n  %1 ").arg(name)), name);
 }
 

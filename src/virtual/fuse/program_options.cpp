@@ -69,6 +69,10 @@ const OptionRow kOptions[] = {
      [](T v, O o) { return parseCount(v, &o->setup.config.fault.failedCommand); }},
     {"--pull-out", "NUMBER", "at this command file the reader is gone, as if pulled out",
      [](T v, O o) { return parseCount(v, &o->setup.config.fault.pulledAt); }},
+    {"--timing", "MODEL",
+     "take the time of a reader: full-speed, or BYTES:MICROSECONDS (per second, "
+     "per transfer)",
+     [](T v, O o) { return parseTiming(v, &o->setup.config.timing); }},
     {"--log", "FILE", "write one JSON object a line for every operation",
      [](T v, O o) { return setPath(v, &o->logPath); }},
     {"--foreground", nullptr, "stay in the foreground (the default)",
