@@ -2,8 +2,8 @@
 # Builds the packages of the last commit in a clean system of each Debian release, twice and in two
 # folders, and uses them in another clean system: installs, upgrades, works with them, removes them.
 # Uses the archive that Debian 12 makes in a system of each release that has nothing but what the
-# archive asks for. Ends with 1 at the first thing that is wrong. Run as root, after
-# tools/setup.sh packages.
+# archive asks for, and in which only the home folder can be written. Ends with 1 at the first thing
+# that is wrong. Run as root, after tools/setup.sh packages.
 #
 # usage: tests/packages/package_test.sh [SUITE...]     bookworm and trixie without one
 set -euo pipefail
@@ -66,11 +66,11 @@ startServer() {
     export DISPLAY=:$DISPLAY
 }
 
-# dumpInWindow LAYER PROGRAM
+# dumpInWindow LAYER PROGRAM [SCRIPT]: the program is started by the script, if there is one.
 dumpInWindow() {
     files=/shared/
     rm -f "$shared/window.gb"
-    openWindow inRoot "$1" "$base" "$shared" chroot --userspec=user / \
+    openWindow inRoot "$1" "$base" "$shared" ${3:+"$3"} chroot --userspec=user / \
         env HOME=/home/user XDG_RUNTIME_DIR=/home/user/run \
         GBDRIVER_VIRTUAL_READER=cart=/shared/cart.gb "$2"
     press $infoButton
@@ -99,10 +99,13 @@ usePackages() {
 useArchive() {
     local layer=$work/$suite-archive
     [ "$archive" -ef "$shared/${archive##*/}" ] || cp "$archive" "$shared"
-    cp "$source/tests/packages/in_system.sh" "$shared"
+    cp "$source"/tests/packages/{in_system,read_only}.sh "$shared"
     inRoot "$layer" "$base" "$shared" bash /shared/in_system.sh unpack >"$output" 2>&1 || failOutput
-    passed "unpack and work"
-    dumpInWindow "$layer" "/home/user/unpacked here/gbdriver"
+    passed "unpack"
+    inRoot "$layer" "$base" "$shared" /shared/read_only.sh bash /shared/in_system.sh work-unpacked \
+        >"$output" 2>&1 || failOutput
+    passed "work unpacked, all but the home folder read-only"
+    dumpInWindow "$layer" "/home/user/unpacked here/gbdriver" /shared/read_only.sh
 }
 
 startServer
