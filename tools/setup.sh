@@ -15,10 +15,11 @@ forRun=(cmake ninja-build g++ pkg-config qtbase5-dev qttools5-dev-tools libmount
 # An X server with a client to type into it and fonts to draw; a desktop session that ends; the bus
 # that screen readers use; oracles for cipher, checksums and mappers; a compiler that checks the
 # Windows part; one that fuzzes; the shells whose completion is tested, a strict reader of manual
-# pages, what validates JSON, desktop entries and AppStream, and what records system calls.
+# pages, what validates JSON, desktop entries and AppStream, what records system calls, and what a
+# release comes from.
 forTest=(xvfb xdotool x11-utils fonts-dejavu-core fonts-wqy-microhei libsm-dev dbus-daemon
     at-spi2-core libssl-dev zlib1g-dev libmgba-dev g++-mingw-w64-x86-64-posix clang libclang-rt-dev
-    zsh fish mandoc python3-jsonschema strace desktop-file-utils appstream)
+    zsh fish mandoc python3-jsonschema strace desktop-file-utils appstream git)
 # The compilers for Windows; perl and python3 build Qt and OpenSSL; Wine runs the result with fonts
 # like those of Windows, xclip and icoutils look at it; the rest packs.
 forWindows=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix libz-mingw-w64-dev make perl python3
@@ -47,11 +48,11 @@ There is no apt-get here to install what is missing. These packages are needed:
           fuse3-devel fuse3 librsvg2-tools squirrel-devel; to test: xorg-x11-server-Xvfb xdotool
           xwininfo dejavu-sans-fonts wqy-microhei-fonts libSM-devel dbus-daemon at-spi2-core
           openssl-devel zlib-devel mgba-devel mingw64-gcc-c++ clang compiler-rt zsh fish mandoc
-          python3-jsonschema strace desktop-file-utils appstream
+          python3-jsonschema strace desktop-file-utils appstream git
   Arch    cmake ninja gcc pkgconf qt5-base qt5-tools util-linux-libs fuse3 librsvg squirrel;
           to test: xorg-server-xvfb xdotool xorg-xwininfo ttf-dejavu wqy-microhei libsm dbus
           at-spi2-core openssl zlib libmgba mingw-w64-gcc clang compiler-rt zsh fish mandoc
-          python-jsonschema strace desktop-file-utils appstream
+          python-jsonschema strace desktop-file-utils appstream git
   MSYS2   mingw-w64-x86_64-{cmake,ninja,gcc,pkgconf,qt5-base,qt5-tools,librsvg,squirrel}
 Going on with what is there; the configuration names what it does not find.
 END

@@ -147,6 +147,12 @@ void BuildFilesTest::unknownArgumentsAreRefused_data()
     QTest::newRow("package, source") << "tools/packages/source.sh" << QStringList{};
     QTest::newRow("package, build") << "tools/packages/build.sh" << QStringList{};
     QTest::newRow("package, archive") << "tools/packages/archive.sh" << QStringList{};
+    QTest::newRow("package, clean build") << "tools/packages/clean_build.sh" << QStringList{};
+    QTest::newRow("windows, build") << "tools/windows/build.sh" << QStringList{};
+    QTest::newRow("windows, clean build") << "tools/windows/clean_build.sh" << QStringList{};
+    QTest::newRow("release") << "tools/release.sh" << QStringList{};
+    QTest::newRow("reproducible") << "tests/packages/reproducible_test.sh"
+                                  << QStringList{"no-such-suite"};
     QTest::newRow("fuzz") << "tests/fuzz/run" << QStringList{"anything"};
     QTest::newRow("fuzz, unknown target") << "tests/fuzz/run" << QStringList{"1", "no_such_fuzz"};
     QTest::newRow("setup") << "tools/setup.sh" << QStringList{"anything"};

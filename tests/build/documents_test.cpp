@@ -1,4 +1,5 @@
-// What the documents say of the tests is so: every test that a page names exists.
+// What the documents say of the tests is so: every test that a page names exists. And where the
+// version has to be written once more, it is the build's.
 #include "test_class.h"
 
 #include <QDir>
@@ -58,6 +59,29 @@ private slots:
             }
         }
         QVERIFY(named > 0);
+    }
+
+    void versionIsTheBuilds_data()
+    {
+        const QString version = QStringLiteral(GBDRIVER_VERSION);
+        const QString series = version.section('.', 0, 1);
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("newest of what changed") << "CHANGELOG.md"
+                                                << "\n## (?:Unreleased \\()?([\\d.]+)" << version;
+        QTest::newRow("title of the window") << "src/app/tab_dialog.cpp"
+                                             << "\"GB Driver ([\\d.]+) build - \"" << series;
+        QTest::newRow("greeting of the log") << "src/ui/main_tab.cpp"
+                                             << "GB/GBC/GBA ([\\d.]+) started\\." << series;
+    }
+    void versionIsTheBuilds()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, pattern);
+        QFETCH(QString, written);
+        const QString text = textOf(SOURCE_FOLDER "/" + file);
+        QCOMPARE(QRegularExpression(pattern).match(text).captured(1), written);
     }
 };
 

@@ -2,7 +2,7 @@
 # One step of what is done with the packages in a clean system, as root there. The packages and a
 # version before them are in /shared.
 #
-# usage: in_system.sh install|upgrade|work|remove|unpack
+# usage: in_system.sh install|upgrade|work|remove|unpack|work-unpacked
 set -euo pipefail
 set -x
 
@@ -60,7 +60,7 @@ work)
 unpack)
     makeUser
     apt-get -q update
-    apt-get -q -y --no-install-recommends install xz-utils libx11-6 libx11-xcb1 libxcb1 \
+    apt-get -q -y --no-install-recommends install mount xz-utils libx11-6 libx11-xcb1 libxcb1 \
         fonts-dejavu-core fontconfig-config
     # Nothing of it may come from this system.
     find /usr/lib -name 'libQt5*' -o -name 'libGL.*' -o -name 'libfontconfig.*' >/root/libraries
@@ -68,7 +68,11 @@ unpack)
     cd /home/user
     asUser mkdir "unpacked here"
     asUser tar -xf /shared/gbdriver-*.tar.xz -C "unpacked here" --strip-components=1
-    cd "unpacked here"
+    # An entry in the menu is made by hand.
+    test -s "unpacked here/gbdriver.svg"
+    ;;
+work-unpacked)
+    cd "/home/user/unpacked here"
     asUser ./gbdriver-virtual-reader --make-image /shared/made.gb --type 0x1B --rom-size 1M \
         --ram-size 32K --title PACKAGE --seed 3
     cmp /shared/cart.gb /shared/made.gb
@@ -76,6 +80,8 @@ unpack)
     rm -f /shared/dump.gb
     asUser env GBDRIVER_VIRTUAL_READER=cart=/shared/cart.gb ./gbdriver-cli dump /shared/dump.gb
     cmp /shared/cart.gb /shared/dump.gb
+    asUser env GBDRIVER_VIRTUAL_READER=cart=/shared/cart.gb ./gbdriver-cli write-ram /shared/new.sav
+    [ "$(backups | wc -l)" = 1 ]
     ;;
 remove)
     # Each translation stands beside the program, and only one may.

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the packages of the last commit in a clean system of each Debian release, twice and in two
 # folders, and uses them in another clean system: installs, upgrades, works with them, removes them.
-# On Debian 12 also makes the archive, twice, and uses it in a system of each release that has
-# nothing but what the archive asks for. Ends with 1 at the first thing that is wrong. Run as root, after tools/setup.sh packages.
+# Uses the archive that Debian 12 makes in a system of each release that has nothing but what the
+# archive asks for, and in which only the home folder can be written. Ends with 1 at the first thing
+# that is wrong. Run as root, after tools/setup.sh packages.
 #
 # usage: tests/packages/package_test.sh [SUITE...]     bookworm and trixie without one
 set -euo pipefail
@@ -12,7 +13,7 @@ source=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 # The window is used as that of the packages for Windows is.
 . "$source/tests/windows/package/checks.sh"
 . "$source/tests/windows/package/window.sh"
-[ "$(id -u)" = 0 ] || fail "only root can mount systems"
+. "$source/tests/packages/twice.sh"
 [ $# != 0 ] || set -- bookworm trixie
 
 passed() { ok "$suite: $1 ($SECONDS s)"; }
@@ -29,51 +30,13 @@ cleanUp() {
 trap cleanUp EXIT
 cd "$work"
 
-# The release's number, for the version of its packages.
-numberOf() {
-    local VERSION_ID
-    . "$1/etc/os-release"
-    echo "$VERSION_ID"
-}
-
-# A layer with what building needs. It is made again when the package's list changes.
-buildLayer() {
-    local layer
-    layer=$cache/build-$suite-$(sed -n '/^Build-Depends/,/^[^ ]/p' "$shared/one/debian/control" |
-        sha256sum | cut -c1-12)
-    if [ ! -d "$layer" ]; then
-        rm -rf "$layer.part"
-        inRoot "$layer.part" "$base" "$shared" sh -ec '
-            apt-get -qq update
-            apt-get -qq -y --no-install-recommends install build-essential patchelf
-            apt-get -qq -y --no-install-recommends build-dep /shared/one' >"$output" 2>&1 || failOutput
-        mv "$layer.part" "$layer"
-    fi
-    echo "$layer"
-}
-
 failOutput() {
     tail -n 40 "$output" >&2
     fail "a command in $suite failed, see above"
 }
 
-# Builds in folders of different names and lengths: a path that gets into a file shows.
-buildTwice() {
-    local lower folder
-    lower=$(buildLayer)/files:$base
-    "$source/tools/packages/source.sh" "$shared/another-folder/two" "$number"
-    for folder in one another-folder/two; do
-        inRoot "$work/$suite-build" "$lower" "$shared" \
-            nice /shared/one/tools/packages/build.sh "/shared/$folder" >"$output" 2>&1 || failOutput
-        passed "built in $folder"
-    done
-    local package
-    for package in "$shared"/*.deb; do
-        cmp "$package" "$shared/another-folder/${package##*/}" ||
-            fail "$suite: the two builds of ${package##*/} differ"
-    done
-    passed "both builds are the same, byte for byte"
-    # Texts of the window that its users know hold words in a spelling of their own.
+# Texts of the window that its users know hold words in a spelling of their own.
+readCritically() {
     lintian --allow-root --display-info --pedantic --suppress-tags spelling-error-in-binary \
         --fail-on error,warning,info,pedantic "$shared"/*.changes ||
         fail "$suite: lintian has something to say"
@@ -103,11 +66,11 @@ startServer() {
     export DISPLAY=:$DISPLAY
 }
 
-# dumpInWindow LAYER PROGRAM
+# dumpInWindow LAYER PROGRAM [SCRIPT]: the program is started by the script, if there is one.
 dumpInWindow() {
     files=/shared/
     rm -f "$shared/window.gb"
-    openWindow inRoot "$1" "$base" "$shared" chroot --userspec=user / \
+    openWindow inRoot "$1" "$base" "$shared" ${3:+"$3"} chroot --userspec=user / \
         env HOME=/home/user XDG_RUNTIME_DIR=/home/user/run \
         GBDRIVER_VIRTUAL_READER=cart=/shared/cart.gb "$2"
     press $infoButton
@@ -132,42 +95,32 @@ usePackages() {
     passed "remove"
 }
 
-makeArchive() {
-    local folder lower
-    lower=$(buildLayer)/files:$base
-    for folder in one another-folder/two; do
-        inRoot "$work/$suite-build" "$lower" "$shared" \
-            nice /shared/one/tools/packages/archive.sh "/shared/$folder" >"$output" 2>&1 || failOutput
-    done
-    archive=$(echo "$shared"/gbdriver-*.tar.xz)
-    same "$archive" "$shared/another-folder/${archive##*/}" "$suite: both archives are the same"
-    passed "archive made twice"
-}
-
 # Its folder has another name than the archive's, and a blank in it.
 useArchive() {
     local layer=$work/$suite-archive
     [ "$archive" -ef "$shared/${archive##*/}" ] || cp "$archive" "$shared"
-    cp "$source/tests/packages/in_system.sh" "$shared"
+    cp "$source"/tests/packages/{in_system,read_only}.sh "$shared"
     inRoot "$layer" "$base" "$shared" bash /shared/in_system.sh unpack >"$output" 2>&1 || failOutput
-    passed "unpack and work"
-    dumpInWindow "$layer" "/home/user/unpacked here/gbdriver"
+    passed "unpack"
+    inRoot "$layer" "$base" "$shared" /shared/read_only.sh bash /shared/in_system.sh work-unpacked \
+        >"$output" 2>&1 || failOutput
+    passed "work unpacked, all but the home folder read-only"
+    dumpInWindow "$layer" "/home/user/unpacked here/gbdriver" /shared/read_only.sh
 }
 
 startServer
 archive=
 for suite; do
     base=$(baseRoot "$suite")
-    number=$(numberOf "$base")
-    shared=$work/$suite
+    shared=$work/$suite/first
     output=$work/$suite.log
-    mkdir -p "$shared"
+    buildTwice "$work/$suite" "$source/tools/packages/clean_build.sh" "$suite"
+    passed "built twice"
     # Those who use the programs are not root.
     chmod 777 "$shared"
-    "$source/tools/packages/source.sh" "$shared/one" "$number"
-    buildTwice
+    readCritically
     usePackages
-    [ "$suite" != bookworm ] || makeArchive
+    [ "$suite" != bookworm ] || archive=$(echo "$shared"/gbdriver-*.tar.xz)
     [ -z "$archive" ] || useArchive
     mkdir -p "$source/build/packages"
     cp "$shared"/*.deb "$source/build/packages"

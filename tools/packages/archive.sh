@@ -28,7 +28,8 @@ mkdir -p "$work/unpacked" "$files/lib" "$files/plugins" "$files/licences"
 for package in "$packages"/gbdriver*_"$version"_*.deb; do
     dpkg-deb -x "$package" "$work/unpacked"
 done
-cp -r "$work/unpacked$system/gbdriver/." "$work/unpacked/usr/bin/gbdriver-virtual-reader" "$files"
+cp -r "$work/unpacked$system/gbdriver/." "$work/unpacked/usr/bin/gbdriver-virtual-reader" \
+    "$work/unpacked/usr/share/icons/hicolor/scalable/apps/gbdriver.svg" "$files"
 # Beside the program, a translation would be used.
 for language in "$files"/gb3_*.qm; do
     [ -e "$language" ] || continue

@@ -10,6 +10,7 @@ fail() {
     echo "$(basename "$0"): $*" >&2
     exit 1
 }
+[ "$(id -u)" = 0 ] || fail "only root can mount systems"
 
 # baseRoot SUITE: prints the folder of the smallest system of that release with apt in it.
 baseRoot() {

@@ -2,7 +2,8 @@
 # Packs a Windows build: a zip archive, and an installer with the same files.
 #
 # usage: tools/windows/package.sh BUILD-FOLDER
-#        BUILD-FOLDER  of the preset "windows", built; the packages are put into its package/
+#        BUILD-FOLDER       of the preset "windows", built; the packages are put into its package/
+#        SOURCE_DATE_EPOCH  the time that all files get, otherwise now
 set -euo pipefail
 
 [ $# = 1 ] || {
@@ -21,7 +22,9 @@ cmake --install "$build" --prefix "$stage" --strip >/dev/null
 files=$stage/gbdriver
 # The compiler's libraries come with their symbols.
 x86_64-w64-mingw32-strip "$files"/*.dll
-(cd "$stage" && zip -q -r -X "../$name.zip" gbdriver)
+find "$stage" -exec touch -d "@${SOURCE_DATE_EPOCH:-$(date +%s)}" {} +
+# The times of a zip are those of a place, and its order is that of the disk.
+(cd "$stage" && find gbdriver | LC_ALL=C sort | TZ=UTC zip -q -X -@ "../$name.zip")
 
 # Windows form of the folder of a file below $files, empty for $files itself.
 folderOf() {

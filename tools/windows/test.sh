@@ -10,12 +10,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 mkdir -p "${GBDRIVER_WINDOWS_BUILD:=build/windows}"
 build=$(cd "$GBDRIVER_WINDOWS_BUILD" && pwd)
 
-tools/windows/prepare.sh
-# Wine runs a part of the configuration already.
+tools/windows/build.sh "$build" -DGBDRIVER_TESTS=ON
 export WINEPREFIX=$build/prefix
-tools/windows/wine_prefix.sh "$WINEPREFIX"
-cmake --preset windows -B "$build" >/dev/null
-cmake --build "$build"
 
 # selects CTEST-OPTION...: whether these select any test.
 selects() {
