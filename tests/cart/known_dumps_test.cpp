@@ -44,7 +44,7 @@ QVector<ListedDump> readKnownDumps()
 Sha1Digest digestOf(const QByteArray &bytes)
 {
     Sha1Digest digest{};
-    std::copy_n(bytes.begin(), std::min(bytes.size(), static_cast<int>(digest.size())),
+    std::copy_n(bytes.begin(), std::min(static_cast<std::size_t>(bytes.size()), digest.size()),
                 digest.begin());
     return digest;
 }
