@@ -2,6 +2,7 @@
 // fonts do, and by nothing else.
 #include "app/tab_dialog.h"
 #include "test_class.h"
+#include "usual_font.h"
 
 #include <QApplication>
 #include <QTabWidget>
@@ -111,10 +112,7 @@ private:
 void WindowPlacesTest::initTestCase()
 {
     QApplication::setStyle("fusion");
-    QFont font("DejaVu Sans");
-    font.setPixelSize(12);
-    QVERIFY2(QFontInfo(font).exactMatch(), "there is no font DejaVu Sans");
-    QApplication::setFont(font);
+    QVERIFY2(useUsualFont(), "there is no font DejaVu Sans");
     m_window = std::make_unique<TabDialog>(".");
     m_window->resize(kWindow); // screens are smaller on some platforms
     m_window->show();
