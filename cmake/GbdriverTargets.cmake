@@ -68,6 +68,14 @@ function(gbdriver_test_program name)
     gbdriver_precompile(${arg_HEADERS} ${name})
 endfunction()
 
+# gbdriver_any_qt(TEST...): these tests end the same with any Qt, as far as the others do. They run
+# with Qt 5 only, unless all tests are asked for.
+function(gbdriver_any_qt)
+    foreach(test IN LISTS ARGN)
+        set_property(TEST ${test} APPEND PROPERTY LABELS any-qt)
+    endforeach()
+endfunction()
+
 # gbdriver_test_group(NAME TESTS test... [SOURCES file...] [LIBRARIES library...]
 #                     [PREFIX text] [LABELS label...] [TIMEOUT seconds]):
 # compiles several Qt Test classes into one program, and registers each as a test of its own, named

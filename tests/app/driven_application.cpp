@@ -59,9 +59,8 @@ void look(QWidget *dialog)
     say("dump: " + tab->dumpButton->text());
     say("desktop entry: " + QGuiApplication::desktopFileName());
     say("icon: " + iconWidths(dialog->windowIcon()));
-    say(QString("pixels: %1").arg(dialog->devicePixelRatioF()));
-    say("pixmaps: " +
-        QString(QApplication::testAttribute(Qt::AA_UseHighDpiPixmaps) ? "sharp" : ""));
+    say(QString("scale: %1").arg(dialog->devicePixelRatioF()));
+    say(QString("icon's pixels: %1").arg(dialog->windowIcon().pixmap(16).width()));
     say("log: " + tab->console->toPlainText());
     dialog->close();
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -44,7 +45,7 @@ QVector<ListedDump> readKnownDumps()
 Sha1Digest digestOf(const QByteArray &bytes)
 {
     Sha1Digest digest{};
-    std::copy_n(bytes.begin(), std::min(bytes.size(), static_cast<int>(digest.size())),
+    std::copy_n(bytes.begin(), std::min(static_cast<std::size_t>(bytes.size()), digest.size()),
                 digest.begin());
     return digest;
 }
@@ -96,13 +97,13 @@ void KnownDumpsTest::fileIsSortedByChecksums()
 
 void KnownDumpsTest::titlesAreUtf8()
 {
-    for (const ListedDump &dump : qAsConst(m_dumps))
+    for (const ListedDump &dump : std::as_const(m_dumps))
         QVERIFY2(QString::fromUtf8(dump.title).toUtf8() == dump.title, dump.title.toHex());
 }
 
 void KnownDumpsTest::everyRowIsFound()
 {
-    for (const ListedDump &row : qAsConst(m_dumps)) {
+    for (const ListedDump &row : std::as_const(m_dumps)) {
         const auto dump = findKnownDump(row.size, digestOf(row.sha1));
         QVERIFY2(dump.has_value(), row.title.constData());
         QVERIFY2(row.title == dump->title || row.title == dump->otherTitle, row.title.constData());
@@ -151,7 +152,7 @@ void KnownDumpsTest::rowsBySystem()
 void KnownDumpsTest::doubtedImagesAreTold()
 {
     int doubted = 0;
-    for (const ListedDump &row : qAsConst(m_dumps)) {
+    for (const ListedDump &row : std::as_const(m_dumps)) {
         const bool isDoubted = findKnownDump(row.size, digestOf(row.sha1))->isDoubted;
         QVERIFY2(isDoubted == row.title.contains("bad dump?"), row.title.constData());
         doubted += isDoubted ? 1 : 0;
@@ -162,10 +163,10 @@ void KnownDumpsTest::doubtedImagesAreTold()
 void KnownDumpsTest::imagesWithTwoTitlesHaveBoth()
 {
     QMap<QByteArray, QVector<ListedDump>> rowsOfImage;
-    for (const ListedDump &row : qAsConst(m_dumps))
+    for (const ListedDump &row : std::as_const(m_dumps))
         rowsOfImage[row.sha1].append(row);
     int withTwo = 0;
-    for (const QVector<ListedDump> &rows : qAsConst(rowsOfImage)) {
+    for (const QVector<ListedDump> &rows : std::as_const(rowsOfImage)) {
         const auto dump = findKnownDump(rows[0].size, digestOf(rows[0].sha1));
         QCOMPARE(QByteArray(dump->title), rows[0].title);
         QCOMPARE(QByteArray(dump->otherTitle), rows.size() == 1 ? QByteArray() : rows[1].title);

@@ -129,7 +129,7 @@ void EndingsProgramTest::nothingIsHalfOrLost()
             ++count;
         }
     }
-    qInfo("%d signals at %d moments", count, moments.size());
+    qInfo("%d signals at %d moments", count, static_cast<int>(moments.size()));
 }
 
 GBDRIVER_TEST(EndingsProgramTest, core)

@@ -29,6 +29,8 @@ public:
         m_programSide = ::open(ptsname(m_terminal), O_RDWR | O_NOCTTY);
         if (m_programSide < 0)
             qFatal("the pseudo terminal cannot be opened");
+        setStandardOutputFile(ptsname(m_terminal));
+        setStandardErrorFile(ptsname(m_terminal));
     }
     ~TerminalProcess() override
     {
@@ -45,16 +47,9 @@ public:
         return QByteArray(m_shown).replace("\r\n", "\n");
     }
 
-protected:
-    void setupChildProcess() override
-    {
-        dup2(m_programSide, STDOUT_FILENO);
-        dup2(m_programSide, STDERR_FILENO);
-    }
-
 private:
     int m_terminal;
-    int m_programSide;
+    int m_programSide; // a terminal that nobody has open cannot be read
     QByteArray m_shown;
 };
 

@@ -95,7 +95,9 @@ void checkOtherEncoding(const QByteArray &bytes, const DatFile &dat)
     const QString text = QString::fromUtf8(bytes);
     if (text.toUtf8() != bytes)
         return;
-    const QByteArray wide = QTextCodec::codecForName("UTF-16")->fromUnicode(text);
+    const QString marked = QChar(QChar::ByteOrderMark) + text;
+    const QByteArray wide(reinterpret_cast<const char *>(marked.utf16()),
+                          static_cast<int>(sizeof(QChar)) * static_cast<int>(marked.size()));
     DatFile again;
     QString problem;
     require(parseDat(wide, &again, &problem) && isSame(dat, again),

@@ -4,6 +4,7 @@
 #include "job_window.h"
 #include "log_check.h"
 #include "test_class.h"
+#include "usual_font.h"
 
 #include "app/tab_dialog.h"
 #include "cart/setting_tables.h"
@@ -26,8 +27,8 @@ namespace
 {
 
 // Two tabs with long names and the name of the reader stand in one row; the window may give them
-// this much more than in English.
-constexpr int kRoomPixels = 10;
+// this much more than in English: a letter of the usual font.
+constexpr int kRoomPixels = 12;
 
 constexpr int kKiB = 1024;
 
@@ -150,6 +151,7 @@ void LanguageWindowTest::initTestCase()
              "no font has Chinese letters; install the package fonts-wqy-microhei");
     QVERIFY2(!fonts.families(QFontDatabase::Japanese).isEmpty(),
              "no font has Japanese letters; install the package fonts-wqy-microhei");
+    QVERIFY2(useUsualFont(), "there is no font DejaVu Sans; install the package fonts-dejavu-core");
     const ReaderFixture fixture(makeMbc5Cartridge(32 * kKiB));
     m_english = measure();
     QCOMPARE(m_english.cut.join("; "), QString());

@@ -125,8 +125,8 @@ void CartridgeBackupTest::readsAreAsManyAsPlanned()
     CartridgeBackup backup(m_report, m_plan, m_listener);
     QTEST(backup.backUpRom().reads, "romReads");
     QTEST(backup.backUpSave().reads, "saveReads");
-    QTEST(m_listener.phases.filter(" 65536").size(), "romReads");
-    QTEST(m_listener.phases.filter(" 32768").size(), "saveReads");
+    QTEST(static_cast<int>(m_listener.phases.filter(" 65536").size()), "romReads");
+    QTEST(static_cast<int>(m_listener.phases.filter(" 32768").size()), "saveReads");
 }
 
 void CartridgeBackupTest::failedReadKeepsNothing()

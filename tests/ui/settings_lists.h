@@ -11,7 +11,7 @@ struct SettingsLists {
     {
         const auto lists = box.findChildren<QComboBox *>();
         if (lists.size() != 4)
-            qFatal("the settings have %d lists", lists.size());
+            qFatal("the settings have %d lists", static_cast<int>(lists.size()));
         system = lists[0];
         item1 = lists[1];
         item2 = lists[2];
