@@ -193,8 +193,8 @@ void ConsoleTest::tabKeyLeavesTheLog()
     layout.addWidget(console);
     layout.addWidget(after);
     window.show();
-    QApplication::setActiveWindow(&window);
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
     console->setFocus();
     QTest::keyClick(console, Qt::Key_Tab);
     QVERIFY(after->hasFocus());

@@ -83,7 +83,9 @@ struct Window {
         tabs.addTab(new QWidget, "About");
         tabs.setCornerWidget(corner);
         tabs.show();
-        QApplication::setActiveWindow(&tabs);
+        tabs.activateWindow();
+        if (!QTest::qWaitForWindowActive(&tabs))
+            qFatal("the window does not become active");
     }
 
     QTabWidget tabs;

@@ -81,7 +81,8 @@ void SettingsUseTest::init()
 void SettingsUseTest::wheelPassesAListWithoutFocus()
 {
     m_settings->selectItem2(1048576);
-    QApplication::setActiveWindow(m_settings);
+    m_settings->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_settings));
     m_lists->verify->setFocus();
     QVERIFY(m_lists->verify->hasFocus());
     WheelWatch around;
@@ -102,7 +103,8 @@ void SettingsUseTest::wheelPassesAListWithoutFocus()
 
 void SettingsUseTest::wheelTurnsTheListWithTheFocus()
 {
-    QApplication::setActiveWindow(m_settings);
+    m_settings->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_settings));
     m_lists->item2->setFocus();
     QVERIFY(m_lists->item2->hasFocus());
     turnWheel(m_lists->item2, -1);

@@ -218,7 +218,8 @@ void TabAboutTest::clickBesideALinkOpensNothing()
 void TabAboutTest::linksOpenByKeyboard()
 {
     const LinkOpener opener;
-    QApplication::setActiveWindow(m_tab.get());
+    m_tab->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_tab.get()));
     labelsOf(*m_tab)[3]->setFocus(Qt::TabFocusReason);
     for (const int index : {3, 4}) {
         QLabel *label = labelsOf(*m_tab)[index];
