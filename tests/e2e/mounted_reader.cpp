@@ -1,13 +1,17 @@
 #include "mounted_reader.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
+#include <QThread>
 
 namespace
 {
 
 constexpr int kMountMs = 30000;
 constexpr int kUnmountMs = 30000;
+constexpr int kLookMs = 3000; // a program's glance at all mounts is shorter
+constexpr int kPauseMs = 20;
 
 QString failure(const QString &what, QProcess &process)
 {
@@ -83,10 +87,17 @@ QVector<QJsonObject> MountedReader::operations() const
 
 QString unmountFolder(const QString &folder)
 {
-    QProcess unmount;
-    unmount.start("fusermount3", {"-u", folder});
-    const bool done = unmount.waitForFinished(kUnmountMs) && unmount.exitCode() == 0;
-    return done ? QString() : failure("fusermount3 -u", unmount);
+    QElapsedTimer clock;
+    clock.start();
+    for (;;) {
+        QProcess unmount;
+        unmount.start("fusermount3", {"-u", folder});
+        if (unmount.waitForFinished(kUnmountMs) && unmount.exitCode() == 0)
+            return QString();
+        if (clock.hasExpired(kLookMs))
+            return failure("fusermount3 -u", unmount);
+        QThread::msleep(kPauseMs);
+    }
 }
 
 int countCommandRuns(const QVector<QJsonObject> &operations)

@@ -46,7 +46,8 @@ private:
     QProcess m_process;
 };
 
-// The unmounting alone; any thread.
+// The unmounting alone; any thread. Tried again for three seconds: file dialogs of other programs
+// look at every mount of the machine for a moment.
 QString unmountFolder(const QString &folder);
 
 // How often the reader took a command run, and how often it served a read, in a log.
