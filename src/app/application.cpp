@@ -2,6 +2,7 @@
 
 #include "app/end_signals.h"
 #include "app/high_dpi.h"
+#include "app/session_end.h"
 #include "app/tab_dialog.h"
 #include "app/translation.h"
 #include "device/device_link.h"
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QIcon>
-#include <QSessionManager>
 #include <QTranslator>
 
 #include <cstdio>
@@ -43,18 +43,6 @@ QIcon programIcon()
     return icon;
 }
 
-// While a job runs, the window has the desktop session go on that was to end, and closes behind the
-// job. Qt 5 would do so of itself, Qt 6 leaves it to the program.
-void askSessionToWait(const TabDialog &dialog)
-{
-    const auto closeOrCancel = [&dialog](QSessionManager &session) {
-        QApplication::closeAllWindows();
-        if (dialog.isVisible())
-            session.cancel();
-    };
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, closeOrCancel);
-}
-
 int runWindow(int &argc, char **argv)
 {
     askForHighDpi();
@@ -68,7 +56,11 @@ int runWindow(int &argc, char **argv)
     installTranslation(QCoreApplication::applicationDirPath(), &translator);
     TabDialog dialog(fileName);
     const EndSignals endSignals([&dialog] { dialog.endProgram(); });
-    askSessionToWait(dialog);
+    // While a job runs, the window stays, and so does the session; Qt 5 would see to it, Qt 6 not.
+    const SessionEnd sessionEnd([&dialog] {
+        QApplication::closeAllWindows();
+        return !dialog.isVisible();
+    });
     dialog.show();
     const int code = QApplication::exec();
     if (dialog.hasLeftJob())

@@ -1,6 +1,6 @@
 #include "app/end_signals.h"
 
-// A log-out reaches the window as a message of its own, and a window has no console.
+// A window has no console; the end of a session is SessionEnd's.
 struct EndSignals::Watch {
 };
 
